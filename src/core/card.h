@@ -1,0 +1,45 @@
+// One suggestion: a group of entries that can go together, with what the user needs to decide.
+// A plain value, made by a rule on its thread and owned by Store afterwards.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/bucket.h"
+#include "core/entry.h"
+
+namespace vesk {
+
+struct Card {
+    /// Stable identifier chosen by the rule; unique within one scan's result.
+    std::string id;
+    std::string title;
+    /// Name of the system pictogram.
+    std::string symbol;
+    Bucket bucket = Bucket::safe;
+    /// How sure the rule is that removal is wanted; a factor of `priority`.
+    double confidence = 0;
+    /// What removal costs, by the rule's estimate; a divisor of `priority`.
+    double risk = 0;
+    /// One sentence.
+    std::string summary;
+    /// What removing the entries means.
+    std::string why;
+    /// Days since anything in the card was last used.
+    double dormancyDays = 0;
+    /// Largest first.
+    std::vector<Entry> entries;
+    /// Stamps of the local backup snapshots that this card stands for; empty for every other card.
+    std::vector<std::string> snapshotIDs;
+    /// Whether the card is ticked for cleaning.
+    bool selected = false;
+
+    /// Bytes of all entries. Ends the program when the sum does not fit 64 bits.
+    std::int64_t size() const;
+
+    /// The ordering score: confidence x days unused (at least 1) x MiB / risk (at least 0.1).
+    double priority() const;
+};
+
+}  // namespace vesk

@@ -1,0 +1,26 @@
+// Sums of sizes and counts that end the program rather than wrap around: a figure shown to the user is true, or there
+// is none. Callable from any thread.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+namespace vesk {
+
+/// a + b, in bytes or counts; ends the program with a message when the sum does not fit 64 bits.
+inline std::int64_t checkedSum(std::int64_t a, std::int64_t b) {
+    std::int64_t sum = 0;
+    if (__builtin_add_overflow(a, b, &sum)) {
+        std::fputs("vesk: a sum of sizes does not fit 64 bits\n", stderr);
+        std::abort();
+    }
+    return sum;
+}
+
+/// Adds `amount` to `total` under the same rule.
+inline void checkedAdd(std::int64_t& total, std::int64_t amount) {
+    total = checkedSum(total, amount);
+}
+
+}  // namespace vesk

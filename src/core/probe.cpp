@@ -1,0 +1,129 @@
+#include "core/probe.h"
+
+#include <algorithm>
+#include <atomic>
+#include <deque>
+#include <utility>
+
+#include "core/checked_sum.h"
+#include "platform/files.h"
+#include "platform/tree_walk.h"
+
+namespace vesk {
+
+namespace {
+
+constexpr std::int64_t cocoaFileReadNoPermission = 257;
+constexpr std::int64_t cocoaFileWriteNoPermission = 513;
+constexpr std::int64_t posixNotPermitted = 1;
+constexpr std::int64_t posixPermissionDenied = 13;
+
+// Files measured between two updates of the tracker.
+constexpr std::int64_t batch = 256;
+
+// What one thread of a walk has added up. Each thread has its own, so that no file costs a lock.
+struct Tally {
+    std::int64_t total = 0;
+    std::optional<Date> newest;
+    Tracker::Counts pending;
+
+    void add(const ResourceValues& values) {
+        const std::int64_t size = Probe::allocatedSize(values);
+        checkedAdd(total, size);
+        checkedAdd(pending.bytes, size);
+        ++pending.files;
+        newest = std::max(newest, Probe::useDate(values));
+    }
+};
+
+}  // namespace
+
+const std::array<std::string_view, 5> Probe::keys = {"totalFileAllocatedSize", "fileAllocatedSize", "isRegularFile",
+                                                     "contentAccessDate", "contentModificationDate"};
+
+const std::set<std::string_view> Probe::keySet(keys.begin(), keys.end());
+
+bool Probe::isPermission(const PlatformError& error) {
+    for (const PlatformError* e = &error; e != nullptr; e = e->underlying.get()) {
+        if (e->domain == cocoaErrorDomain &&
+            (e->code == cocoaFileReadNoPermission || e->code == cocoaFileWriteNoPermission)) {
+            return true;
+        }
+        if (e->domain == posixErrorDomain && (e->code == posixNotPermitted || e->code == posixPermissionDenied)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::int64_t Probe::allocatedSize(const ResourceValues& values) {
+    return values.totalFileAllocatedSize.value_or(values.fileAllocatedSize.value_or(0));
+}
+
+std::optional<Date> Probe::useDate(const ResourceValues& values) {
+    return values.contentAccessDate ? values.contentAccessDate : values.contentModificationDate;
+}
+
+Probe::Measurement Probe::measure(const std::filesystem::path& url) {
+    const std::optional<ResourceValues> values = resourceValues(url);
+    if (!values) {
+        return {};
+    }
+    if (values->isRegularFile) {
+        return measureFile(*values);
+    }
+    const std::optional<std::filesystem::path> folder = resolvingLinks(url);
+    return folder ? measureFolder(*folder) : Measurement{};
+}
+
+Probe::Measurement Probe::measureFile(const ResourceValues& values) {
+    const std::int64_t size = allocatedSize(values);
+    tracker->add({size, 1});
+    return {size, useDate(values)};
+}
+
+Probe::Measurement Probe::measureFolder(const std::filesystem::path& folder) {
+    std::deque<Tally> tallies;  // a deque: visitors keep pointers into it while it grows
+    const auto makeVisitor = [&]() -> FileVisitor {
+        Tally* tally = &tallies.emplace_back();
+        return [this, tally](const ResourceValues& values) {
+            tally->add(values);
+            if (tally->pending.files == batch) {
+                tracker->add(std::exchange(tally->pending, {}));
+            }
+        };
+    };
+    std::atomic<bool> refused = false;
+    const auto onError = [&](const PlatformError& error) {
+        if (isPermission(error)) {
+            refused.store(true, std::memory_order_relaxed);
+        }
+    };
+
+    const bool opened = walkTree(folder, makeVisitor, onError);
+    blocked = blocked || refused.load();
+    if (!opened) {
+        return {};
+    }
+
+    Measurement result;
+    Tracker::Counts rest;
+    for (const Tally& tally : tallies) {
+        checkedAdd(result.size, tally.total);
+        result.newest = std::max(result.newest, tally.newest);
+        checkedAdd(rest.bytes, tally.pending.bytes);
+        checkedAdd(rest.files, tally.pending.files);
+    }
+    tracker->add(rest);
+    return result;
+}
+
+std::optional<Entry> Probe::entry(const std::filesystem::path& url, std::string name) {
+    if (!itemExists(url)) {
+        return std::nullopt;
+    }
+    const Measurement measured = measure(url);
+    return Entry{Uuid::random(), url, std::move(name), measured.size, measured.newest};
+}
+
+}  // namespace vesk

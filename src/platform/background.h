@@ -1,0 +1,14 @@
+// Work that must not be felt by whoever sits at the machine.
+#pragma once
+
+namespace vesk {
+
+/// Gives the calling thread, for the rest of its life, the priority of background work: on Linux nice 10 for this
+/// thread alone, on macOS the utility class. Calling it again does nothing. A refusal is ignored: the work is then
+/// only less polite.
+void enterBackground();
+
+/// Whether the calling thread has entered the background.
+bool inBackground();
+
+}  // namespace vesk

@@ -1,0 +1,49 @@
+// The door to single files and folders: every listing, existence test and look at one item goes through here.
+// Nothing here follows a link unless it says so, changes an access time, or throws. Callable from any thread.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/error.h"
+#include "platform/resource_values.h"
+
+namespace vesk {
+
+/// One child of a listed folder.
+struct FolderItem {
+    /// The child's name: bytes, not necessarily UTF-8.
+    std::string name;
+    /// True for a folder (a package too), false for files and for links, also those to a folder.
+    bool isDirectory = false;
+    /// Last change of the content. Absent when it could not be read, or when the listing was not asked for dates.
+    std::optional<Date> contentModificationDate;
+};
+
+struct FolderListing {
+    /// The children in byte order of their names, hidden ones too. Empty when the listing failed.
+    std::vector<FolderItem> items;
+    /// Why the listing failed; absent when it did not.
+    std::optional<PlatformError> error;
+};
+
+/// What a listing tells of each child: its name and kind alone (no look at the children), or its date as well
+/// (one look at each).
+enum class ListingDetail { kinds, dates };
+
+/// Lists the direct children of a folder. A link to a folder is followed at the end of the path.
+FolderListing listFolder(const std::filesystem::path& folder, ListingDetail detail);
+
+/// Looks at one item, not following a link at the end of the path; absent when it does not exist or may not be
+/// looked at.
+std::optional<ResourceValues> resourceValues(const std::filesystem::path& item);
+
+/// Whether something exists at the path. Follows links: a dangling one does not exist.
+bool itemExists(const std::filesystem::path& item);
+
+/// The path with every link in it resolved; absent when it leads nowhere.
+std::optional<std::filesystem::path> resolvingLinks(const std::filesystem::path& item);
+
+}  // namespace vesk

@@ -1,0 +1,138 @@
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+
+#include "platform/folder_reader.h"
+
+namespace vesk {
+
+namespace {
+
+constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+
+// Reading a folder sets its access time, which "Old downloads" judges by, so a scan would change what the next one
+// finds. Only the owner may ask for O_NOATIME; for others' folders the plain call has to do.
+template <typename Open>
+Descriptor openWithoutTrace(Open open) {
+    int number = open(O_NOATIME);
+    if (number < 0 && errno == EPERM) {
+        number = open(0);
+    }
+    return Descriptor(number);
+}
+
+// The device that an open folder lies on, for kernels that cannot refuse mount points by themselves.
+bool sameDevice(int first, int second) {
+    struct stat a {};
+    struct stat b {};
+    return fstat(first, &a) == 0 && fstat(second, &b) == 0 && a.st_dev == b.st_dev;
+}
+
+Descriptor openComparingDevices(int parent, const char* name) {
+    Descriptor child = openFolder(parent, name, LastLink::refuse);
+    if (child && !sameDevice(parent, child.get())) {
+        child.close();
+        errno = EXDEV;
+    }
+    return child;
+}
+
+ItemKind kindOf(unsigned char type) {
+    switch (type) {
+        case DT_DIR:
+            return ItemKind::folder;
+        case DT_REG:
+            return ItemKind::regularFile;
+        case DT_UNKNOWN:
+            return ItemKind::unknown;
+        default:
+            return ItemKind::other;
+    }
+}
+
+bool isDotOrDotDot(const char* name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+}  // namespace
+
+Descriptor openFolder(int parent, const char* path, LastLink lastLink) {
+    const int flags = openFlags | (lastLink == LastLink::refuse ? O_NOFOLLOW : 0);
+    return openWithoutTrace([&](int extra) { return openat(parent, path, flags | extra); });
+}
+
+Descriptor openChildOnSameDevice(int parent, const char* name) {
+    // openat2 is missing before Linux 5.6 and forbidden by some sandboxes.
+    static std::atomic<bool> missing = false;
+    if (missing.load(std::memory_order_relaxed)) {
+        return openComparingDevices(parent, name);
+    }
+    open_how how{};
+    how.resolve = RESOLVE_NO_XDEV;
+    Descriptor child = openWithoutTrace([&](int extra) {
+        how.flags = static_cast<unsigned>(openFlags | O_NOFOLLOW | extra);
+        return static_cast<int>(syscall(SYS_openat2, parent, name, &how, sizeof how));
+    });
+    // A refusal of the call itself and of this folder look alike (EPERM), so the older way has the last word.
+    if (!child && (errno == ENOSYS || errno == EPERM)) {
+        if (errno == ENOSYS) {
+            missing.store(true, std::memory_order_relaxed);
+        }
+        return openComparingDevices(parent, name);
+    }
+    return child;
+}
+
+int readNames(int folder, const std::function<void(ListedItem)>& visit) {
+    alignas(dirent64) std::array<char, 32 * 1024> buffer;
+    for (;;) {
+        const long got = syscall(SYS_getdents64, folder, buffer.data(), buffer.size());
+        if (got < 0) {
+            return errno;
+        }
+        if (got == 0) {
+            return 0;
+        }
+        for (long at = 0; at < got;) {
+            const auto* item = reinterpret_cast<const dirent64*>(buffer.data() + at);
+            at += item->d_reclen;
+            if (!isDotOrDotDot(item->d_name)) {
+                visit(ListedItem{item->d_name, kindOf(item->d_type)});
+            }
+        }
+    }
+}
+
+int lookAt(int folder, const char* name, ResourceValues& values) {
+    constexpr unsigned wanted = STATX_TYPE | STATX_BLOCKS | STATX_ATIME | STATX_MTIME;
+    struct statx found {};
+    if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, wanted, &found) != 0) {
+        return errno;
+    }
+    values.isRegularFile = S_ISREG(found.stx_mode);
+    values.isDirectory = S_ISDIR(found.stx_mode);
+    values.fileAllocatedSize.reset();
+    values.totalFileAllocatedSize.reset();
+    if ((found.stx_mask & STATX_BLOCKS) != 0) {
+        values.totalFileAllocatedSize = static_cast<std::int64_t>(found.stx_blocks) * 512;
+    }
+    const auto date = [&](unsigned bit, const statx_timestamp& stamp) -> std::optional<Date> {
+        if ((found.stx_mask & bit) == 0) {
+            return std::nullopt;
+        }
+        return dateFromUnix(stamp.tv_sec, stamp.tv_nsec);
+    };
+    values.contentAccessDate = date(STATX_ATIME, found.stx_atime);
+    values.contentModificationDate = date(STATX_MTIME, found.stx_mtime);
+    return 0;
+}
+
+}  // namespace vesk

@@ -1,0 +1,36 @@
+// The user's preferences: a small store of named values that survives the program.
+//
+// On macOS they are the platform's user defaults; on Linux one file for each key in a folder that only its owner may
+// read, each replaced whole, so that a reader finds the old value or the new one and never a part.
+// Used by Store on the main thread.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vesk {
+
+class Preferences {
+public:
+    /// The preferences of this user on Linux: the folder "vesk" in World::configHome.
+    Preferences();
+    /// Preferences kept in `folder`, made with mode 0700 when something is first stored.
+    explicit Preferences(std::filesystem::path folder);
+
+    /// A stored yes or no; absent when nothing, or something else, is stored under the key.
+    std::optional<bool> boolean(std::string_view key) const;
+    /// Returns false when the value could not be stored; the old one then stays.
+    bool setBoolean(std::string_view key, bool value);
+
+    /// Stored bytes; absent when there are none or they cannot be read.
+    std::optional<std::string> data(std::string_view key) const;
+    /// Returns false when the value could not be stored; the old one then stays.
+    bool setData(std::string_view key, std::string_view bytes);
+
+private:
+    std::filesystem::path folder_;
+};
+
+}  // namespace vesk

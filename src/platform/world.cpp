@@ -1,0 +1,75 @@
+#include "platform/world.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+namespace vesk {
+
+namespace {
+
+World& currentWorld() {
+    static World instance = World::ofCurrentUser();
+    return instance;
+}
+
+std::filesystem::path absoluteFromEnvironment(const char* name) {
+    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): read before any thread starts
+    std::filesystem::path path = value == nullptr ? "" : value;
+    return path.is_absolute() ? path : std::filesystem::path();
+}
+
+std::filesystem::path homeFromUserDatabase() {
+    std::vector<char> buffer(16384);
+    passwd record{};
+    passwd* found = nullptr;
+    if (getpwuid_r(getuid(), &record, buffer.data(), buffer.size(), &found) != 0 || found == nullptr) {
+        return {};
+    }
+    return found->pw_dir;
+}
+
+}  // namespace
+
+World World::ofCurrentUser() {
+    World result;
+    result.home = absoluteFromEnvironment("HOME");
+    if (result.home.empty()) {
+        result.home = homeFromUserDatabase();
+    }
+    result.configHome = absoluteFromEnvironment("XDG_CONFIG_HOME");
+    if (result.configHome.empty()) {
+        result.configHome = result.home / ".config";
+    }
+    result.dataHome = absoluteFromEnvironment("XDG_DATA_HOME");
+    if (result.dataHome.empty()) {
+        result.dataHome = result.home / ".local/share";
+    }
+    return result;
+}
+
+World World::below(std::filesystem::path root, std::filesystem::path home) {
+    World result;
+    result.configHome = home / ".config";
+    result.dataHome = home / ".local/share";
+    result.root = std::move(root);
+    result.home = std::move(home);
+    return result;
+}
+
+std::filesystem::path World::rooted(std::string_view absolute) const {
+    return root / std::filesystem::path(absolute).relative_path();
+}
+
+const World& world() {
+    return currentWorld();
+}
+
+void setWorld(World world) {
+    currentWorld() = std::move(world);
+}
+
+}  // namespace vesk

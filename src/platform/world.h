@@ -1,0 +1,38 @@
+// Where the world lies: the one place that says which folder is "/", which is the home folder and where
+// preferences and Trash are kept. A program sets it once, first thing in main; tests and tools set another one,
+// so that nothing they do can reach the real home, the real "/" or the real Trash.
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+namespace vesk {
+
+struct World {
+    /// The folder that stands for "/".
+    std::filesystem::path root = "/";
+    /// The signed-in user's home folder; empty when it cannot be told.
+    std::filesystem::path home;
+    /// Where Linux programs keep preferences (XDG Base Directory Specification 0.8, $XDG_CONFIG_HOME).
+    std::filesystem::path configHome;
+    /// Where the home Trash lies on Linux (the same document, $XDG_DATA_HOME).
+    std::filesystem::path dataHome;
+
+    /// The world of whoever runs this process: "/", $HOME (the user database when it is unset, empty or relative),
+    /// and the XDG folders (relative values are ignored, as their specification says).
+    static World ofCurrentUser();
+
+    /// A made-up world: below `root` and `home` alone, with preferences and Trash inside `home`.
+    static World below(std::filesystem::path root, std::filesystem::path home);
+
+    /// The place below `root` that stands for an absolute path such as "/Applications".
+    std::filesystem::path rooted(std::string_view absolute) const;
+};
+
+/// The world in force. Readable from any thread once set.
+const World& world();
+
+/// Sets the world. Call it before anything else runs.
+void setWorld(World world);
+
+}  // namespace vesk

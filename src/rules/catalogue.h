@@ -1,0 +1,13 @@
+// The catalogue of cleanup rules.
+#pragma once
+
+#include <vector>
+
+#include "core/spec.h"
+
+namespace vesk::Scanner {
+
+/// The thirteen rules in their order, built afresh on each call. Callable from any thread.
+std::vector<Spec> specs();
+
+}  // namespace vesk::Scanner

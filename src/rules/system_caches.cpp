@@ -1,0 +1,134 @@
+// Browser clones, application caches and old crash reports: what the system and its applications leave behind and
+// make again by themselves.
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string_view>
+
+#include "core/scanner.h"
+#include "platform/text.h"
+#include "platform/world.h"
+#include "rules/listing.h"
+#include "rules/rules.h"
+
+namespace vesk::rules {
+
+namespace {
+
+namespace clones {
+constexpr std::string_view root = "/private/var/folders";
+constexpr std::string_view holder = "X";
+constexpr std::string_view mark = "code_sign_clone";
+constexpr std::string_view braveMark = "brave";
+constexpr const char* braveName = "Brave ghost clone";
+constexpr const char* chromeName = "Chrome ghost clone";
+
+constexpr const char* id = "clones";
+// Chrome's title stands for both browsers.
+constexpr const char* title = "Chrome ghost clones";
+constexpr const char* symbol = "square.on.square.dashed";
+constexpr double confidence = 0.95;
+constexpr double risk = 1.0;
+constexpr const char* summary = "Leftover copies Chrome and Brave make while updating themselves.";
+constexpr const char* why =
+    "These temporary copies are only used while a browser is being verified or updated. The browser quietly makes a "
+    "new one whenever it needs it.";
+}  // namespace clones
+
+namespace caches {
+constexpr std::string_view location = "Library/Caches";
+constexpr std::array<std::string_view, 3> skippedPrefixes = {"com.apple.", "Adobe", "."};
+// The first five belong to the rules about downloads; "CloudKit" is never offered.
+constexpr std::array<std::string_view, 6> skippedNames = {"Homebrew",    "pip",   "pnpm",
+                                                          "huggingface", "torch", "CloudKit"};
+
+constexpr const char* id = "caches";
+constexpr const char* title = "App caches";
+constexpr const char* symbol = "internaldrive";
+constexpr double confidence = 0.85;
+constexpr double risk = 1.5;
+constexpr const char* summary = "Temporary files your apps saved to load faster.";
+constexpr const char* why =
+    "Caches are copies of things apps can download or rebuild. Apps may feel a touch slower the first time you open "
+    "them afterwards.";
+}  // namespace caches
+
+namespace crashes {
+constexpr std::chrono::seconds age{604'800};
+constexpr std::array<std::string_view, 2> locations = {"Library/Logs/DiagnosticReports",
+                                                       "Library/Logs/DiagnosticReports/Retired"};
+constexpr const char* entryName = "Crash report";
+
+constexpr const char* id = "crash";
+constexpr const char* title = "Old crash reports";
+constexpr const char* symbol = "exclamationmark.bubble";
+constexpr double confidence = 0.98;
+constexpr double risk = 1.0;
+constexpr const char* summary = "Reports about app crashes from over a week ago.";
+constexpr const char* why = "These are only diagnostic notes. Nothing reads them unless you send them to a developer.";
+}  // namespace crashes
+
+bool isCacheOffered(std::string_view name) {
+    const auto skips = [&](std::string_view prefix) { return name.starts_with(prefix); };
+    return std::none_of(caches::skippedPrefixes.begin(), caches::skippedPrefixes.end(), skips) &&
+           std::find(caches::skippedNames.begin(), caches::skippedNames.end(), name) == caches::skippedNames.end();
+}
+
+const char* cloneName(std::string_view fileName) {
+    return lowercased(fileName).find(clones::braveMark) != std::string::npos ? clones::braveName : clones::chromeName;
+}
+
+void add(std::vector<Entry>& entries, std::optional<Entry> entry) {
+    if (entry) {
+        entries.push_back(*std::move(entry));
+    }
+}
+
+}  // namespace
+
+std::vector<Card> browserClones(Probe& probe) {
+    const std::filesystem::path root = world().rooted(clones::root);
+    std::vector<Entry> entries;
+    for (const FolderItem& first : childrenOf(root, ListingDetail::kinds)) {
+        for (const FolderItem& second : childrenOf(root / first.name, ListingDetail::kinds)) {
+            const std::filesystem::path holder = root / first.name / second.name / clones::holder;
+            for (const FolderItem& item : childrenOf(holder, ListingDetail::kinds)) {
+                if (item.name.find(clones::mark) != std::string::npos) {
+                    add(entries, probe.entry(holder / item.name, cloneName(item.name)));
+                }
+            }
+        }
+    }
+    return listOf(Scanner::makeCard(clones::id, clones::title, clones::symbol, Bucket::safe, clones::confidence,
+                                    clones::risk, clones::summary, clones::why, std::move(entries)));
+}
+
+std::vector<Card> appCaches(Probe& probe) {
+    const std::filesystem::path location = Scanner::home() / caches::location;
+    std::vector<Entry> entries;
+    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
+        if (isCacheOffered(item.name)) {
+            add(entries, probe.entry(location / item.name, Scanner::pretty(item.name)));
+        }
+    }
+    return listOf(Scanner::makeCard(caches::id, caches::title, caches::symbol, Bucket::safe, caches::confidence,
+                                    caches::risk, caches::summary, caches::why, std::move(entries)));
+}
+
+std::vector<Card> oldCrashReports(Probe& probe) {
+    const Date cutOff = now() - crashes::age;
+    std::vector<Entry> entries;
+    for (const std::string_view path : crashes::locations) {
+        const std::filesystem::path location = Scanner::home() / path;
+        for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
+            if (!item.isDirectory && item.contentModificationDate.value_or(Date::max()) < cutOff) {
+                add(entries, probe.entry(location / item.name, crashes::entryName));
+            }
+        }
+    }
+    return listOf(Scanner::makeCard(crashes::id, crashes::title, crashes::symbol, Bucket::safe, crashes::confidence,
+                                    crashes::risk, crashes::summary, crashes::why, std::move(entries)));
+}
+
+}  // namespace vesk::rules

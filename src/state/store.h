@@ -1,0 +1,191 @@
+// The one observable state of the application. The app makes one at start and hands it to every view; all of it is
+// read and written on the main thread only. Work on other threads hands its results back before any field changes.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/card.h"
+#include "core/spec.h"
+#include "core/tracker.h"
+#include "platform/preferences.h"
+#include "platform/volume.h"
+#include "state/card_list.h"
+#include "state/celebration.h"
+#include "state/history_entry.h"
+
+class QTimer;
+
+namespace vesk {
+
+class ScanRun;
+struct RuleResult;
+
+class Store : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString phase READ phaseName NOTIFY phaseChanged)
+    Q_PROPERTY(vesk::CardList* cards READ cardList CONSTANT)
+    Q_PROPERTY(QStringList blockedAreas READ blockedAreaNames NOTIFY blockedAreasChanged)
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(qint64 foundBytes READ foundBytes NOTIFY foundBytesChanged)
+    Q_PROPERTY(qint64 filesSeen READ filesSeen NOTIFY filesSeenChanged)
+    Q_PROPERTY(qint64 capacity READ capacity NOTIFY capacityChanged)
+    Q_PROPERTY(qint64 free READ free NOTIFY freeChanged)
+    Q_PROPERTY(bool cleaning READ cleaning NOTIFY cleaningChanged)
+    Q_PROPERTY(bool showConfirm READ showConfirm WRITE setShowConfirm NOTIFY showConfirmChanged)
+    Q_PROPERTY(QString detailID READ detailIDText WRITE setDetailIDText NOTIFY detailIDChanged)
+    Q_PROPERTY(QString notice READ noticeText WRITE setNoticeText NOTIFY noticeChanged)
+    Q_PROPERTY(bool previewOnly READ previewOnly WRITE setPreviewOnly NOTIFY previewOnlyChanged)
+    Q_PROPERTY(qint64 safeBytes READ safeBytes NOTIFY totalsChanged)
+    Q_PROPERTY(qint64 smartBytes READ smartBytes NOTIFY totalsChanged)
+    Q_PROPERTY(qint64 personalBytes READ personalBytes NOTIFY totalsChanged)
+    Q_PROPERTY(qint64 selectedBytes READ selectedBytes NOTIFY totalsChanged)
+    Q_PROPERTY(int selectedSnapshots READ selectedSnapshots NOTIFY totalsChanged)
+    Q_PROPERTY(int selectedCount READ selectedCount NOTIFY totalsChanged)
+    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
+
+public:
+    /// `idle`: nothing scanned yet. `scanning`: a scan is running. `done`: `cards` holds the last scan's result.
+    enum class Phase { idle, scanning, done };
+
+    /// What the store takes from outside; the defaults are the application's own.
+    struct Sources {
+        /// The rules, asked for afresh at each scan.
+        std::function<std::vector<Spec>()> catalogue;
+        /// The start-up volume's figures.
+        std::function<VolumeFigures()> volume;
+        Sources();
+    };
+
+    /// Reads the preview switch, the history and the volume's figures. No scan starts here.
+    explicit Store(Sources sources = Sources(), QObject* parent = nullptr);
+    ~Store() override;
+
+    Phase phase() const { return phase_; }
+    /// The result of the last finished scan, in display order.
+    const std::vector<Card>& cards() const { return cardList_.cards(); }
+    /// Labels of the rules that met a permission refusal in the last finished scan, in order.
+    const std::vector<std::string>& blockedAreas() const { return blockedAreas_; }
+    /// Fraction of the rules finished in the running scan, 0 to 1.
+    double progress() const { return progress_; }
+    /// Bytes and regular files measured so far in the running scan, as of the last look, at most 100 ms ago.
+    qint64 foundBytes() const { return foundBytes_; }
+    qint64 filesSeen() const { return filesSeen_; }
+    /// Total capacity of the start-up volume in bytes; 1 when unknown, so that it can be divided by.
+    qint64 capacity() const { return capacity_; }
+    /// Bytes available on the start-up volume for important use; 0 when unknown.
+    qint64 free() const { return free_; }
+    bool cleaning() const { return cleaning_; }
+    bool showConfirm() const { return showConfirm_; }
+    /// Id of the card whose detail sheet is open; absent when none is.
+    const std::optional<std::string>& detailID() const { return detailID_; }
+    /// A one-line message to the user; absent when there is none.
+    const std::optional<std::string>& notice() const { return notice_; }
+    bool previewOnly() const { return previewOnly_; }
+
+    void setShowConfirm(bool value);
+    void setDetailID(std::optional<std::string> id);
+    void setNotice(std::optional<std::string> text);
+    /// Stores the switch and writes it to the preferences, on every call.
+    void setPreviewOnly(bool value);
+
+    /// Bytes of all cards of the bucket, ticked or not.
+    std::int64_t safeBytes() const;
+    std::int64_t smartBytes() const;
+    /// Everything else in use on the volume, at least 0: not a sum over cards.
+    std::int64_t personalBytes() const;
+    std::vector<Card> selectedCards() const;
+    std::int64_t selectedBytes() const;
+    int selectedSnapshots() const;
+    int selectedCount() const;
+    /// Whether a scan or a cleaning is running: the one guard against overlapping work.
+    bool busy() const;
+
+    /// The first card of that id; absent when there is none.
+    std::optional<Card> card(const std::string& id) const;
+
+    /// The totals of the last scan's tracker at this moment, which `foundBytes` and `filesSeen` may lag.
+    Tracker::Counts trackerCounts() const;
+
+    /// Runs every rule and publishes their cards in order of priority. Does nothing while `busy`.
+    Q_INVOKABLE void scan();
+
+    /// Ticks or unticks the first card of that id; does nothing when there is none.
+    Q_INVOKABLE void setSelected(const QString& id, bool value);
+    /// Ticks the safe cards and unticks all others.
+    Q_INVOKABLE void selectSafeOnly();
+    /// Opens the system's privacy settings at Full Disk Access, where the system has them.
+    Q_INVOKABLE void openFullDiskAccess();
+
+Q_SIGNALS:
+    void phaseChanged();
+    void cardsChanged();
+    void blockedAreasChanged();
+    void progressChanged();
+    void foundBytesChanged();
+    void filesSeenChanged();
+    void capacityChanged();
+    void freeChanged();
+    void cleaningChanged();
+    void showConfirmChanged();
+    void detailIDChanged();
+    void noticeChanged();
+    void previewOnlyChanged();
+    /// Any of the figures worked out from the cards and the volume may have changed.
+    void totalsChanged();
+    void busyChanged();
+
+private:
+    /// Sets a field and tells of it, also when the value stays the same.
+    template <typename Value>
+    void publish(Value& field, Value value, void (Store::*changed)());
+
+    QString phaseName() const;
+    CardList* cardList() { return &cardList_; }
+    QStringList blockedAreaNames() const;
+    QString detailIDText() const;
+    void setDetailIDText(const QString& text);
+    QString noticeText() const;
+    void setNoticeText(const QString& text);
+
+    void setPhase(Phase phase);
+    void readVolume();
+    std::int64_t bytesIn(Bucket bucket) const;
+
+    void publishCounts();
+    void takeRuleResult(RuleResult result);
+    void finishScan();
+
+    Sources sources_;
+    Preferences preferences_;
+
+    Phase phase_ = Phase::idle;
+    CardList cardList_;
+    std::vector<std::string> blockedAreas_;
+    double progress_ = 0.0;
+    qint64 foundBytes_ = 0;
+    qint64 filesSeen_ = 0;
+    qint64 capacity_ = 1;
+    qint64 free_ = 0;
+    bool cleaning_ = false;
+    bool showConfirm_ = false;
+    std::optional<std::string> detailID_;
+    std::optional<std::string> notice_;
+    bool previewOnly_ = false;
+
+    // Of the running scan.
+    std::unique_ptr<ScanRun> scanRun_;
+    QTimer* poller_ = nullptr;
+    std::vector<Card> collectedCards_;
+    std::vector<std::string> collectedBlocked_;
+    std::size_t finishedRules_ = 0;
+};
+
+}  // namespace vesk

@@ -1,0 +1,52 @@
+// The made-up world of a test program: a temporary folder that stands for "/", with a home folder inside. It is set
+// once, before any test runs, and emptied before each test, so tests neither see each other nor the machine they run
+// on.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/date.h"
+
+namespace vesk::testing {
+
+/// The folder that stands for "/".
+const std::filesystem::path& testRoot();
+/// The home folder below it, "/Users/tester".
+const std::filesystem::path& testHome();
+
+/// A date so many seconds before `now()`.
+Date secondsAgo(double seconds);
+/// A date so many days before `now()`.
+Date daysAgo(double days);
+
+/// Makes a file of `size` bytes, written out so that it takes space on disk, with the folders above it.
+void makeFile(const std::filesystem::path& path, std::int64_t size = 4096);
+/// Makes a folder with the folders above it.
+void makeFolder(const std::filesystem::path& path);
+/// Makes a symbolic link, with the folders above it.
+void makeLink(const std::filesystem::path& path, const std::filesystem::path& target);
+
+/// Sets both times of an item itself (a link's own); set a folder's after everything in it is made.
+void setDates(const std::filesystem::path& path, Date modified, Date accessed);
+void setDates(const std::filesystem::path& path, Date both);
+
+/// Bytes that an item itself takes on disk, as stat tells.
+std::int64_t allocated(const std::filesystem::path& path);
+
+/// A test in an empty world.
+class TemporaryHome : public ::testing::Test {
+protected:
+    TemporaryHome();
+    ~TemporaryHome() override;
+
+    /// Stops the clock of `now` for the rest of the test.
+    void stopClock(Date at);
+};
+
+}  // namespace vesk::testing

@@ -1,0 +1,39 @@
+// The main of every GoogleTest program of Vesk.
+
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+
+#include "support/temporary_home.h"
+
+namespace {
+
+// Root may read everything, so a test of a refused folder would see no refusal: tests run as an ordinary user.
+void becomeOrdinaryUser() {
+    if (geteuid() != 0) {
+        return;
+    }
+    const passwd* nobody = getpwnam("nobody");  // NOLINT(concurrency-mt-unsafe): no other thread yet
+    if (nobody == nullptr || setgroups(0, nullptr) != 0 ||
+        setresgid(nobody->pw_gid, nobody->pw_gid, nobody->pw_gid) != 0 ||
+        setresuid(nobody->pw_uid, nobody->pw_uid, nobody->pw_uid) != 0) {
+        std::fputs("cannot run the tests as an ordinary user\n", stderr);
+        std::exit(2);  // NOLINT(concurrency-mt-unsafe): no other thread yet
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    if (!GTEST_FLAG_GET(list_tests)) {
+        becomeOrdinaryUser();
+        vesk::testing::testHome();  // sets the made-up world before anything can read the real one
+    }
+    return RUN_ALL_TESTS();
+}
