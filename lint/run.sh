@@ -33,22 +33,26 @@ tidy() {
 
 scripts() { shell_sources | xargs -0 shellcheck --external-sources; }
 
-# Has CMake look for Q_OBJECT everywhere anew: it warns of one that it overlooked only when it reads the file.
+# Has AutoMoc read everything anew, for it warns only when it reads a file. A Q_OBJECT that does not begin its line it
+# overlooks without a word.
 automoc() {
-  local targets
+  local info targets=0 found
+  found=$(cpp_sources | xargs -0 grep -nHE '^[^/]*[^/[:space:]].*\bQ_(OBJECT|GADGET|NAMESPACE)\b' | grep -v '#define') && {
+    echo "not at the beginning of its line:"
+    echo "$found"
+    return 1
+  }
   find "$build" -name ParseCache.txt -exec rm -f {} +
-  targets=$(ninja -C "$build" -t targets all | sed -n 's/^\([^ /:]*_autogen\): .*/\1/p')
-  [ -n "$targets" ] || { echo "no target of CMake's AutoMoc was found"; return 1; }
-  find "$build" -path '*_autogen/timestamp' -exec rm -f {} +
-  # shellcheck disable=SC2086 # one argument for each target
-  cmake --build --preset lint --target $targets >"$output.automoc" 2>&1
-  local status=$?
-  if [ $status -ne 0 ] || grep -qiE 'automoc *(warning|error)|AutoMoc: *warning' "$output.automoc"; then
-    cat "$output.automoc"
-    status=1
-  fi
-  rm -f "$output.automoc"
-  return $status
+  while IFS= read -r info; do
+    targets=$((targets + 1))
+    found=$(cmake -E cmake_autogen "$info" Debug 2>&1) || { echo "$found"; return 1; }
+    if grep -qi 'warning' <<<"$found"; then
+      echo "$found"
+      return 1
+    fi
+  done < <(find "$build" -name AutogenInfo.json)
+  [ $targets -gt 0 ] || { echo "AutoMoc is at work nowhere"; return 1; }
+  echo "$targets targets"
 }
 
 # qmllint leaves with success after mere warnings; here each is an error.
