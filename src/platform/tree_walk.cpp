@@ -21,6 +21,7 @@
 
 #include "platform/background.h"
 #include "platform/folder_reader.h"
+#include "platform/thread_order.h"
 
 namespace vesk {
 
@@ -225,9 +226,13 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
         });
     };
 
+    // Stands for all that the tasks of this walk hand to each other.
+    char order = 0;
     std::vector<WaitingFolder> first;
     walkOpened(std::move(opened), [&](WaitingFolder waiting) { first.push_back(std::move(waiting)); });
+    tellHandedOver(&order);
     tbb::parallel_for_each(first.begin(), first.end(), [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
+        tellTakenOver(&order);
         if (background) {
             enterBackground();
         }
@@ -238,8 +243,13 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
             return;
         }
         waiting.parent.reset();
-        walkOpened(std::move(folder), [&](WaitingFolder next) { feeder.add(std::move(next)); });
+        walkOpened(std::move(folder), [&](WaitingFolder next) {
+            tellHandedOver(&order);
+            feeder.add(std::move(next));
+        });
+        tellHandedOver(&order);
     });
+    tellTakenOver(&order);
     return true;
 }
 
