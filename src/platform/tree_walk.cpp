@@ -27,6 +27,10 @@ namespace vesk {
 
 namespace {
 
+// Stands for all that the tasks of walks hand to each other. Not a walk's own: a task would have to read where it is
+// before it could be told that it may.
+char order = 0;
+
 // Descriptors that all walks of this process hold open for folders whose subfolders wait.
 std::atomic<int> heldFolders = 0;
 
@@ -225,12 +229,9 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
         });
     };
 
-    // Stands for all that the tasks of this walk hand to each other.
-    char order = 0;
     std::vector<WaitingFolder> first;
     walkOpened(std::move(opened), [&](WaitingFolder waiting) { first.push_back(std::move(waiting)); });
-    tellHandedOver(&order);
-    tbb::parallel_for_each(first.begin(), first.end(), [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
+    const auto walkWaiting = [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
         tellTakenOver(&order);
         if (background) {
             enterBackground();
@@ -247,7 +248,9 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
             feeder.add(std::move(next));
         });
         tellHandedOver(&order);
-    });
+    };
+    tellHandedOver(&order);
+    tbb::parallel_for_each(first.begin(), first.end(), walkWaiting);
     tellTakenOver(&order);
     return true;
 }
