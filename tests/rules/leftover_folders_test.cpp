@@ -1,7 +1,7 @@
 // Support folders of applications that are installed no more.
 
-#include "rules/rule_test.h"
 #include "platform/files.h"
+#include "rules/rule_test.h"
 #include "rules/rules.h"
 
 namespace vesk {
