@@ -9,6 +9,7 @@
 #include "platform/settings_link.h"
 #include "platform/world.h"
 #include "rules/catalogue.h"
+#include "rules/run_tool.h"
 #include "state/scan_run.h"
 
 namespace vesk {
@@ -26,7 +27,9 @@ std::optional<std::string> presentText(const QString& text) {
 Store::Sources::Sources()
     : catalogue(Scanner::specs),
       volume([] { return readVolumeFigures(world().root); }),
-      runTool([](const std::string&, const std::vector<std::string>&) { return -1; }) {
+      runTool([](const std::string& path, const std::vector<std::string>& arguments) {
+          return vesk::runTool(path, arguments).status;
+      }) {
 }
 
 Store::Store(Sources sources, QObject* parent)
