@@ -1,8 +1,8 @@
 // The user's preferences: a small store of named values that survives the program.
 //
-// On macOS they are the platform's user defaults; on Linux one file for each key in a folder that only its owner may
-// read, each replaced whole, so that a reader finds the old value or the new one and never a part.
-// Used by Store on the main thread.
+// On macOS they are the platform's user defaults; on Linux, and in every made-up world, one file for each key in a
+// folder that only its owner may read, each replaced whole, so that a reader finds the old value or the new one and
+// never a part. Used by Store on the main thread.
 #pragma once
 
 #include <filesystem>
@@ -14,7 +14,7 @@ namespace vesk {
 
 class Preferences {
 public:
-    /// The preferences of this user on Linux: the folder "vesk" in World::configHome.
+    /// The preferences of this user: on Linux, and in a made-up world, the folder "vesk" in World::configHome.
     Preferences();
     /// Preferences kept in `folder`, made with mode 0700 when something is first stored.
     explicit Preferences(std::filesystem::path folder);

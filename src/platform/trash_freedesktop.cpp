@@ -303,7 +303,8 @@ void forgetLostRecord(const fs::path& trashed, const fs::path& original) {
         return;
     }
     const Descriptor file(open(record.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    std::array<char, 16 * 1024> text{};
+    constexpr std::size_t longest = 16'384;
+    std::array<char, longest> text{};
     const ssize_t length = file ? read(file.get(), text.data(), text.size()) : -1;
     const std::optional<std::string> place =
         length > 0 ? placeInTrashInfo({text.data(), static_cast<std::size_t>(length)}) : std::nullopt;

@@ -7,20 +7,9 @@
 
 namespace vesk {
 
-namespace {
-
-// The system's call knows one Trash only, the real one: nothing of a made-up world may end up there.
-bool isRealWorld() {
-    const World real = World::ofCurrentUser();
-    const World& current = world();
-    return current.root == real.root && current.home == real.home && current.configHome == real.configHome &&
-           current.dataHome == real.dataHome;
-}
-
-}  // namespace
-
 TrashOutcome moveToUsersTrash(const HeldItem& item) {
-    if (!isRealWorld()) {
+    // The system's call knows one Trash only, the real one: nothing of a made-up world may end up there.
+    if (!isWorldOfCurrentUser()) {
         return moveToFreedesktopTrash(item);
     }
     // -[NSFileManager trashItemAtURL:resultingItemURL:error:] underneath: it moves a link itself, and on to the Trash

@@ -68,6 +68,10 @@ const World& world() {
     return currentWorld();
 }
 
+bool isWorldOfCurrentUser() {
+    return world() == World::ofCurrentUser();
+}
+
 void setWorld(World world) {
     currentWorld() = std::move(world);
 }

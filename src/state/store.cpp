@@ -81,7 +81,7 @@ void Store::setCleaning(bool value) {
 }
 
 void Store::setCelebration(std::optional<Celebration> celebration) {
-    publish(celebration_, std::move(celebration), &Store::celebrationChanged);
+    publish(celebration_, celebration, &Store::celebrationChanged);
 }
 
 void Store::dismissCelebration() {

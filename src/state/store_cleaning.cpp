@@ -1,7 +1,9 @@
 // The clean of Store, step by step.
 
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 #include "core/checked_sum.h"
@@ -62,9 +64,8 @@ void Store::performClean() {
 
 std::vector<std::string> Store::titlesOf(const std::vector<Card>& cards) {
     std::vector<std::string> titles;
-    for (const Card& card : cards) {
-        titles.push_back(card.title);
-    }
+    titles.reserve(cards.size());
+    std::transform(cards.begin(), cards.end(), std::back_inserter(titles), [](const Card& card) { return card.title; });
     return titles;
 }
 

@@ -41,15 +41,15 @@ public:
     Store& store() { return *store_; }
     bool scan() {
         store_->scan();
-        return waitUntil([this] { return !store_->busy(); });
+        return waitFor([this] { return !store_->busy(); });
     }
     bool clean() {
         store_->performClean();
-        return waitUntil([this] { return !store_->cleaning(); });
+        return waitFor([this] { return !store_->cleaning(); });
     }
     bool undo(std::size_t row) {
         store_->undo(store_->history().at(row).id);
-        return waitUntil([this] { return !store_->cleaning(); });
+        return waitFor([this] { return !store_->cleaning(); });
     }
 
 private:

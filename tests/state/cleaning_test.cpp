@@ -102,13 +102,13 @@ TEST_F(CleaningTest, NothingTickedOrBusyIsNoClean) {
     store.scan();
     store.performClean();
     EXPECT_FALSE(store.cleaning()) << "while scanning";
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     store.performClean();
     EXPECT_TRUE(store.cleaning());
     store.performClean();
     store.scan();
     EXPECT_NE(store.phase(), Store::Phase::scanning) << "while cleaning";
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_EQ(store.history().size(), 1U);
 }
 
@@ -212,7 +212,7 @@ TEST_F(CleaningTest, APreviewTouchesNothing) {
     QObject::connect(&store, &Store::phaseChanged, [&] { ++phases; });
     store.performClean();
     EXPECT_TRUE(store.cleaning());
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_GE(elapsed.elapsed(), 900);
     EXPECT_EQ(portrait(junk()), before);
     EXPECT_FALSE(isThere(homeTrash()));
@@ -246,13 +246,13 @@ TEST_F(CleaningTest, TheSwitchIsReadOnceForARun) {
     store.setPreviewOnly(true);
     store.performClean();
     store.setPreviewOnly(false);
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_TRUE(store.history()[0].preview);
     EXPECT_TRUE(isThere(junk() / "a"));
 
     store.performClean();
     store.setPreviewOnly(true);
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_FALSE(store.history()[0].preview);
     EXPECT_FALSE(isThere(junk() / "a"));
 }
@@ -265,7 +265,7 @@ TEST_F(CleaningTest, ASelectionChangedDuringTheRunDoesNotCount) {
     store.setPreviewOnly(true);
     store.performClean();
     store.setSelected("junk", false);
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_EQ(store.history()[0].bytes, total);
     EXPECT_THAT(store.history()[0].titles, ElementsAre("Title of junk"));
 }
@@ -405,7 +405,7 @@ TEST_F(CleaningTest, QuittingFinishesTheStepUnderWayAndRecordsTheRun) {
     offer([](Probe&) { return std::vector<Card>{snapshotCard({"1", "2", "3"})}; });
     Store& store = scannedStore();
     store.performClean();
-    ASSERT_TRUE(waitUntil([&] { return calls == 1; }));
+    ASSERT_TRUE(waitFor([&] { return calls == 1; }));
     store_.reset();
     EXPECT_EQ(calls, 1);
     ASSERT_EQ(storedHistory().size(), 1U);
@@ -437,7 +437,7 @@ TEST_F(CleaningTest, QuittingDoesNotWaitForAToolThatHangs) {
     offer([](Probe&) { return std::vector<Card>{snapshotCard({"1"})}; });
     Store& store = scannedStore();
     store.performClean();
-    ASSERT_TRUE(waitUntil([&] {
+    ASSERT_TRUE(waitFor([&] {
         const std::lock_guard guard(hanging->lock);
         return hanging->called;
     }));

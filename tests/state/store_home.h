@@ -3,8 +3,6 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -18,23 +16,9 @@
 #include "platform/files.h"
 #include "state/store.h"
 #include "support/temporary_home.h"
+#include "support/waiting.h"
 
 namespace vesk::testing {
-
-/// Runs the event loop until something holds; false when it does not within ten seconds.
-template <typename Condition>
-bool waitUntil(Condition holds) {
-    constexpr int patience = 10'000;
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (!holds()) {
-        if (elapsed.elapsed() > patience) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 /// A card that offers these items, measured whole, as its rule would after a look at the disk.
 inline Card cardOf(Probe& probe, std::string id, std::string title, const std::vector<std::filesystem::path>& items) {
@@ -104,16 +88,16 @@ protected:
     }
     void scan() {
         store_->scan();
-        ASSERT_TRUE(waitUntil([this] { return !store_->busy(); }));
+        ASSERT_TRUE(waitFor([this] { return !store_->busy(); }));
     }
     /// Starts a clean and waits for it and for the scan that follows.
     void clean() {
         store_->performClean();
-        ASSERT_TRUE(waitUntil([this] { return !store_->busy(); }));
+        ASSERT_TRUE(waitFor([this] { return !store_->busy(); }));
     }
     void undo(std::size_t row = 0) {
         store_->undo(store_->history().at(row).id);
-        ASSERT_TRUE(waitUntil([this] { return !store_->busy(); }));
+        ASSERT_TRUE(waitFor([this] { return !store_->busy(); }));
     }
 
     static std::filesystem::path trashFiles() { return testHome() / ".local/share/Trash/files"; }

@@ -125,7 +125,7 @@ TEST_F(UndoTest, AnUnknownEntryOrABusyStoreChangesNothing) {
     EXPECT_FALSE(store.cleaning());
     store.scan();
     store.undo(store.history()[0].id);
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_THAT(namesIn(junk()), IsEmpty());
     EXPECT_FALSE(store.notice());
 }
@@ -139,7 +139,7 @@ TEST_F(UndoTest, HoldsOffOtherWorkWhileItRuns) {
     store.performClean();
     store.scan();
     EXPECT_NE(store.phase(), Store::Phase::scanning);
-    ASSERT_TRUE(waitUntil([&] { return !store.busy(); }));
+    ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     expectAsBefore();
     EXPECT_EQ(store.notice(), "All 3 items are back where they were.");
 }
