@@ -52,7 +52,8 @@ void Store::scan() {
     collectedBlocked_.clear();
     collectedFolders_ = {};
     finishedRules_ = 0;
-    scanRun_ = std::make_unique<ScanRun>(sources_.catalogue());
+    scanRun_ = std::make_unique<ScanRun>(sources_.catalogue(),
+                                         [this](RuleResult result) { takeRuleResult(std::move(result)); });
 
     publishCounts();
     poller_->start();
@@ -61,7 +62,7 @@ void Store::scan() {
         finishScan();
         return;
     }
-    scanRun_->start([this](RuleResult result) { takeRuleResult(std::move(result)); });
+    scanRun_->start();
 }
 
 void Store::publishCounts() {
