@@ -46,6 +46,13 @@ public:
     using Done = std::function<void(Result)>;
 
     DetachedTask() = default;
+    /// Work that still runs is left behind: it is asked to stop, and nobody hears of its result.
+    ~DetachedTask() {
+        if (control_) {
+            const std::lock_guard guard(control_->lock_);
+            control_->stop_ = true;
+        }
+    }
     DetachedTask(const DetachedTask&) = delete;
     DetachedTask& operator=(const DetachedTask&) = delete;
 
