@@ -38,7 +38,9 @@ void provide(const Shape& shape, const std::filesystem::path& where) {
     if (!isThere(shape, stamp)) {
         std::filesystem::remove(stamp);
         std::filesystem::remove_all(tree);
-        const int folder = vesk::bench::makeFolders(AT_FDCWD, tree.string());
+        const int parent = open(where.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        const int folder = vesk::bench::makeFolder(parent, std::string(shape.name));
+        vesk::bench::closeFolder(parent);
         const std::int64_t files = shape.make(folder);
         vesk::bench::closeFolder(folder);
         std::ofstream(stamp) << stampOf(shape, files);
