@@ -2,16 +2,16 @@
 
 #include <fcntl.h>
 #include <oneapi/tbb/enumerable_thread_specific.h>
-#include <oneapi/tbb/parallel_for_each.h>
+#include <oneapi/tbb/task_group.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -56,11 +56,6 @@ private:
     Descriptor descriptor_;
 };
 
-struct WaitingFolder {
-    std::shared_ptr<const HeldFolder> parent;
-    std::string name;
-};
-
 // Somebody else in the process may use up the descriptors for a moment; that must not change a figure.
 template <typename Open>
 Descriptor openPatiently(Open open) {
@@ -76,24 +71,39 @@ Descriptor openPatiently(Open open) {
 
 using ErrorHandler = std::function<void(const PlatformError&)>;
 
-// Hands every regular file of an open folder to `visitor`, every subfolder's name to `addSubfolder`.
-void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onError,
-                const std::function<void(const char*)>& addSubfolder) {
+// Looks at one item. A regular file goes to `visitor`; true when it is a folder.
+bool lookAndTellFolder(int folder, const char* name, const FileVisitor& visitor, const ErrorHandler& onError) {
+    ResourceValues values;
+    if (const int unreadable = lookAt(folder, name, values); unreadable != 0) {
+        onError(posixError(unreadable));
+    } else if (values.isRegularFile) {
+        visitor(values);
+    }
+    return values.isDirectory;
+}
+
+// Hands every regular file of an open folder to `visitor`, except those that `leaveFile` takes for another thread, and
+// every subfolder's name to `addSubfolder`.
+template <typename AddSubfolder, typename LeaveFile>
+void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onError, AddSubfolder addSubfolder,
+                LeaveFile leaveFile) {
     const int failure = readNames(folder, [&](ListedItem item) {
-        if (item.kind == ItemKind::folder) {
-            addSubfolder(item.name);
-            return;
-        }
-        if (item.kind == ItemKind::other) {
-            return;
-        }
-        ResourceValues values;
-        if (const int unreadable = lookAt(folder, item.name, values); unreadable != 0) {
-            onError(posixError(unreadable));
-        } else if (values.isRegularFile) {
-            visitor(values);
-        } else if (values.isDirectory && item.kind == ItemKind::unknown) {
-            addSubfolder(item.name);
+        switch (item.kind) {
+            case ItemKind::folder:
+                addSubfolder(item.name);
+                break;
+            case ItemKind::regularFile:
+                if (!leaveFile(item.name)) {
+                    lookAndTellFolder(folder, item.name, visitor, onError);
+                }
+                break;
+            case ItemKind::unknown:
+                if (lookAndTellFolder(folder, item.name, visitor, onError)) {
+                    addSubfolder(item.name);
+                }
+                break;
+            case ItemKind::other:
+                break;
         }
     });
     if (failure != 0) {
@@ -137,7 +147,9 @@ private:
 
     std::vector<std::string> subfoldersOf(int folder) {
         std::vector<std::string> names;
-        readFolder(folder, visitor_, onError_, [&](const char* name) { names.emplace_back(name); });
+        readFolder(
+            folder, visitor_, onError_, [&](const char* name) { names.emplace_back(name); },
+            [](const char* /*name*/) { return false; });
         return names;
     }
 
@@ -194,6 +206,156 @@ private:
     const ErrorHandler& onError_;
 };
 
+// Names in one folder that wait for a thread, one after the other, each ended by a 0. Several together, so that their
+// waiting costs less memory and time than their work.
+struct Batch {
+    enum class Of { files, subfolders };
+
+    Of of;
+    std::shared_ptr<const HeldFolder> folder;
+    std::string names;
+    int count = 0;
+
+    void add(const char* name) {
+        names.append(name, std::strlen(name) + 1);
+        ++count;
+    }
+
+    template <typename Visit>
+    void forEach(Visit visit) const {
+        for (const char* name = names.data(); name < names.data() + names.size(); name += std::strlen(name) + 1) {
+            visit(name);
+        }
+    }
+};
+
+// Walks a tree on all cores. A tree of a few folders is walked by the calling thread alone, which is done before
+// others would have woken; the files of a large folder are shared among threads like folders are.
+class ParallelWalk {
+public:
+    ParallelWalk(const std::function<FileVisitor()>& makeVisitor, const ErrorHandler& onError)
+        : visitors_([this, &makeVisitor] {
+              const std::lock_guard lock(makingVisitor_);
+              return makeVisitor();
+          }),
+          onError_(onError) {}
+
+    void run(Descriptor top) {
+        enter(std::move(top));
+        while (!alone_.empty()) {
+            const Batch batch = std::move(alone_.back());
+            alone_.pop_back();
+            work(batch);
+        }
+        others_.wait();
+    }
+
+private:
+    static constexpr int foldersWalkedAlone = 16;
+    static constexpr int subfoldersInBatch = 16;
+    static constexpr int filesInBatch = 512;
+    // A folder's names are read faster than its files are looked at; the reader then looks at some itself.
+    static constexpr int mostFileBatches = 32;
+
+    void work(const Batch& batch) {
+        if (background_) {
+            enterBackground();
+        }
+        const int folder = batch.folder->descriptor();
+        if (batch.of == Batch::Of::files) {
+            fileBatches_.fetch_sub(1, std::memory_order_relaxed);
+            const FileVisitor& visitor = visitors_.local();
+            batch.forEach([&](const char* name) { lookAndTellFolder(folder, name, visitor, onError_); });
+            return;
+        }
+        batch.forEach([&](const char* name) {
+            Descriptor child = openPatiently([&] { return openChildOnSameDevice(folder, name); });
+            if (child) {
+                enter(std::move(child));
+            } else {
+                onError_(posixError(errno));
+            }
+        });
+    }
+
+    void enter(Descriptor opened) {
+        const FileVisitor& visitor = visitors_.local();
+        if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit()) {
+            ThriftyWalk(std::move(opened), visitor, onError_).run();
+            return;
+        }
+        if (!shared_ && ++foldersEntered_ > foldersWalkedAlone) {
+            share();
+        }
+        const auto folder = std::make_shared<const HeldFolder>(std::move(opened));
+        Batch subfolders{Batch::Of::subfolders, folder, {}};
+        Batch files{Batch::Of::files, folder, {}};
+        int filesMet = 0;
+        bool leaving = false;
+        const auto leaveFile = [&](const char* name) {
+            if (filesMet++ % filesInBatch == 0) {
+                leaving = filesMet > filesInBatch && fileBatches_.load(std::memory_order_relaxed) < mostFileBatches;
+            }
+            if (leaving) {
+                files.add(name);
+                if (files.count == filesInBatch) {
+                    leave(files);
+                }
+            }
+            return leaving;
+        };
+        const auto addSubfolder = [&](const char* name) {
+            subfolders.add(name);
+            if (subfolders.count == subfoldersInBatch) {
+                leave(subfolders);
+            }
+        };
+        readFolder(folder->descriptor(), visitor, onError_, addSubfolder, leaveFile);
+        leave(files);
+        leave(subfolders);
+    }
+
+    // Puts a batch by for whichever thread is free, and empties it.
+    void leave(Batch& batch) {
+        if (batch.count == 0) {
+            return;
+        }
+        Batch left{batch.of, batch.folder, std::exchange(batch.names, {}), std::exchange(batch.count, 0)};
+        if (left.of == Batch::Of::files) {
+            fileBatches_.fetch_add(1, std::memory_order_relaxed);
+            share();
+        }
+        if (shared_) {
+            others_.run([this, left = std::move(left)] { work(left); });
+        } else {
+            alone_.push_back(std::move(left));
+        }
+    }
+
+    // From here on every batch may be taken by any thread. Only the calling thread ever changes `shared_`, before
+    // there is another one.
+    void share() {
+        if (shared_) {
+            return;
+        }
+        shared_ = true;
+        for (Batch& batch : std::exchange(alone_, {})) {
+            others_.run([this, left = std::move(batch)] { work(left); });
+        }
+    }
+
+    std::mutex makingVisitor_;
+    tbb::enumerable_thread_specific<FileVisitor> visitors_;
+    const ErrorHandler& onError_;
+    const bool background_ = inBackground();
+
+    bool shared_ = false;
+    int foldersEntered_ = 0;
+    std::vector<Batch> alone_;
+    std::atomic<int> fileBatches_ = 0;
+    tbb::task_group others_;
+};
+
 }  // namespace
 
 bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor()>& makeVisitor,
@@ -203,42 +365,7 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
         onError(posixError(errno));
         return false;
     }
-
-    std::mutex makingVisitor;
-    tbb::enumerable_thread_specific<FileVisitor> visitors([&] {
-        const std::lock_guard lock(makingVisitor);
-        return makeVisitor();
-    });
-    const bool background = inBackground();
-    const int mostHeld = heldFoldersLimit();
-
-    const auto walkOpened = [&](Descriptor folder, auto&& addWaiting) {
-        const FileVisitor& visitor = visitors.local();
-        if (heldFolders.load(std::memory_order_relaxed) >= mostHeld) {
-            ThriftyWalk(std::move(folder), visitor, onError).run();
-            return;
-        }
-        const auto held = std::make_shared<const HeldFolder>(std::move(folder));
-        readFolder(held->descriptor(), visitor, onError, [&](const char* name) {
-            addWaiting(WaitingFolder{held, name});
-        });
-    };
-
-    std::vector<WaitingFolder> first;
-    walkOpened(std::move(opened), [&](WaitingFolder waiting) { first.push_back(std::move(waiting)); });
-    tbb::parallel_for_each(first.begin(), first.end(), [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
-        if (background) {
-            enterBackground();
-        }
-        const int parent = waiting.parent->descriptor();
-        Descriptor folder = openPatiently([&] { return openChildOnSameDevice(parent, waiting.name.c_str()); });
-        if (!folder) {
-            onError(posixError(errno));
-            return;
-        }
-        waiting.parent.reset();
-        walkOpened(std::move(folder), [&](WaitingFolder next) { feeder.add(std::move(next)); });
-    });
+    ParallelWalk(makeVisitor, onError).run(std::move(opened));
     return true;
 }
 
