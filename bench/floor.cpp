@@ -107,7 +107,7 @@ private:
 
     void look(int folder, const char* name) {
         struct statx found;
-        if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, STATX_BLOCKS, &found) == 0) {
+        if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, STATX_BLOCKS | STATX_ATIME, &found) == 0) {
             bytes_ += static_cast<std::int64_t>(found.stx_blocks) * 512;
             ++files_;
         }

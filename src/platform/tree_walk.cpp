@@ -74,7 +74,7 @@ using ErrorHandler = std::function<void(const PlatformError&)>;
 // Looks at one item. A regular file goes to `visitor`; true when it is a folder.
 bool lookAndTellFolder(int folder, const char* name, const FileVisitor& visitor, const ErrorHandler& onError) {
     ResourceValues values;
-    if (const int unreadable = lookAt(folder, name, values); unreadable != 0) {
+    if (const int unreadable = lookAt(folder, name, values, WantedDates::lastUse); unreadable != 0) {
         onError(posixError(unreadable));
     } else if (values.isRegularFile) {
         visitor(values);
@@ -217,6 +217,10 @@ struct Batch {
     int count = 0;
 
     void add(const char* name) {
+        constexpr std::size_t usualLength = 320;
+        if (count == 0) {
+            names.reserve(usualLength);
+        }
         names.append(name, std::strlen(name) + 1);
         ++count;
     }
