@@ -1,5 +1,7 @@
-// vesk-event-loop TREE: scans a made-up home in which TREE is one of the application caches, with the store and its
-// event loop as the application has them, and prints how long the event loop ever left a 1 ms timer waiting.
+// vesk-event-loop [--home] TREE: scans with the store and its event loop as the application has them, and prints how
+// long that took and how long the event loop ever left a 1 ms timer waiting.
+//
+// TREE is one of the application caches of a made-up home; with --home it is the home itself.
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -11,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/world.h"
@@ -18,24 +21,32 @@
 
 namespace {
 
-// A home whose "Library/Caches/tree" is a link to the tree, since a million files are not made for each run.
-class MadeUpHome {
+// An empty folder that stands for "/". In it may lie a home whose "Library/Caches/tree" is a link to the tree, since a
+// million files are not made for each run.
+class MadeUpWorld {
 public:
-    explicit MadeUpHome(const std::filesystem::path& tree) {
+    enum class TreeIs { home, cache };
+
+    MadeUpWorld(const std::filesystem::path& tree, TreeIs role) {
         std::string pattern = (std::filesystem::temp_directory_path() / "vesk-bench-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) {
             std::perror("vesk-event-loop: making a folder");
             std::exit(1);
         }
         folder_ = pattern;
+        const std::filesystem::path whole = std::filesystem::canonical(tree);
+        if (role == TreeIs::home) {
+            vesk::setWorld(vesk::World::below(folder_, whole));
+            return;
+        }
         const std::filesystem::path home = folder_ / "home";
         std::filesystem::create_directories(home / "Library/Caches");
-        std::filesystem::create_directory_symlink(std::filesystem::canonical(tree), home / "Library/Caches/tree");
+        std::filesystem::create_directory_symlink(whole, home / "Library/Caches/tree");
         vesk::setWorld(vesk::World::below(folder_, home));
     }
-    MadeUpHome(const MadeUpHome&) = delete;
-    MadeUpHome& operator=(const MadeUpHome&) = delete;
-    ~MadeUpHome() {
+    MadeUpWorld(const MadeUpWorld&) = delete;
+    MadeUpWorld& operator=(const MadeUpWorld&) = delete;
+    ~MadeUpWorld() {
         std::error_code ignored;
         std::filesystem::remove_all(folder_, ignored);
     }
@@ -51,12 +62,13 @@ double milliseconds(qint64 nanoseconds) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count != 2) {
-        std::fprintf(stderr, "usage: vesk-event-loop TREE\n");
+    const bool isHome = count == 3 && std::string_view(arguments[1]) == "--home";
+    if (count != (isHome ? 3 : 2)) {
+        std::fprintf(stderr, "usage: vesk-event-loop [--home] TREE\n");
         return 2;
     }
     const QCoreApplication application(count, arguments);
-    const MadeUpHome home(arguments[1]);
+    const MadeUpWorld made(arguments[count - 1], isHome ? MadeUpWorld::TreeIs::home : MadeUpWorld::TreeIs::cache);
     vesk::Store store;
 
     std::vector<qint64> gaps;

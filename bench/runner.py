@@ -92,13 +92,18 @@ class Comparison:
         return ratios[len(ratios) // 4], ratios[-1 - len(ratios) // 4]
 
 
-def compare(first, second, pairs, before=lambda: None):
-    """Runs A B A B ...; `before` comes before each run. One warm-up of each is not counted."""
+def compare(first, second, pairs, before=lambda: None, own_clock=False):
+    """Runs A B A B ...; `before` comes before each run. One warm-up of each is not counted.
+
+    `own_clock`: the wall time is the one that the programs print, which leaves out their start.
+    """
     comparison = Comparison([], [])
     for turn in range(-1, pairs):
         for command, costs in ((first, comparison.first), (second, comparison.second)):
             before()
             cost = cost_of(command)
+            if own_clock:
+                cost.wall = said(r"([\d.]+) seconds", cost.output)
             if turn >= 0:
                 costs.append(cost)
     return comparison

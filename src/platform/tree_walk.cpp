@@ -284,7 +284,7 @@ private:
 
     void enter(Descriptor opened) {
         const FileVisitor& visitor = visitors_.local();
-        if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit()) {
+        if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit_) {
             ThriftyWalk(std::move(opened), visitor, onError_).run();
             return;
         }
@@ -352,6 +352,7 @@ private:
     tbb::enumerable_thread_specific<FileVisitor> visitors_;
     const ErrorHandler& onError_;
     const bool background_ = inBackground();
+    const int heldFoldersLimit_ = heldFoldersLimit();
 
     bool shared_ = false;
     int foldersEntered_ = 0;
