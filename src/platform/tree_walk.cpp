@@ -1,8 +1,6 @@
 #include "platform/tree_walk.h"
 
 #include <fcntl.h>
-#include <oneapi/tbb/enumerable_thread_specific.h>
-#include <oneapi/tbb/task_group.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,13 +11,13 @@
 #include <chrono>
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "platform/background.h"
+#include "platform/divided_work.h"
 #include "platform/folder_reader.h"
 
 namespace vesk {
@@ -207,9 +205,9 @@ private:
 };
 
 // Names in one folder that wait for a thread, one after the other, each ended by a 0. Several together, so that their
-// waiting costs less memory and time than their work.
+// waiting costs less memory and time than their work. The top of a walk, which is open already, has no names.
 struct Batch {
-    enum class Of { files, subfolders };
+    enum class Of { top, files, subfolders };
 
     Of of;
     std::shared_ptr<const HeldFolder> folder;
@@ -237,59 +235,59 @@ struct Batch {
 // others would have woken; the files of a large folder are shared among threads like folders are.
 class ParallelWalk {
 public:
-    ParallelWalk(const std::function<FileVisitor()>& makeVisitor, const ErrorHandler& onError)
-        : visitors_([this, &makeVisitor] {
-              const std::lock_guard lock(makingVisitor_);
-              return makeVisitor();
-          }),
-          onError_(onError) {}
+    ParallelWalk(Descriptor top, const std::function<FileVisitor()>& makeVisitor, const ErrorHandler& onError)
+        : top_(std::move(top)),
+          onError_(onError),
+          work_(makeVisitor, [this](const Batch& batch, Worker& worker) { workOn(batch, worker); }) {}
 
-    void run(Descriptor top) {
-        enter(std::move(top));
-        while (!alone_.empty()) {
-            const Batch batch = std::move(alone_.back());
-            alone_.pop_back();
-            work(batch);
-        }
-        others_.wait();
-    }
+    void run() { work_.run(Batch{Batch::Of::top, nullptr, {}}); }
 
 private:
+    using Work = DividedWork<Batch, FileVisitor>;
+    using Worker = Work::Worker;
+
     static constexpr int foldersWalkedAlone = 16;
     static constexpr int subfoldersInBatch = 16;
     static constexpr int filesInBatch = 512;
     // A folder's names are read faster than its files are looked at; the reader then looks at some itself.
     static constexpr int mostFileBatches = 32;
 
-    void work(const Batch& batch) {
+    void workOn(const Batch& batch, Worker& worker) {
         if (background_) {
             enterBackground();
         }
-        const int folder = batch.folder->descriptor();
-        if (batch.of == Batch::Of::files) {
-            fileBatches_.fetch_sub(1, std::memory_order_relaxed);
-            const FileVisitor& visitor = visitors_.local();
-            batch.forEach([&](const char* name) { lookAndTellFolder(folder, name, visitor, onError_); });
-            return;
+        switch (batch.of) {
+            case Batch::Of::top:
+                enter(std::move(top_), worker);
+                break;
+            case Batch::Of::files:
+                fileBatches_.fetch_sub(1, std::memory_order_relaxed);
+                batch.forEach([&](const char* name) {
+                    lookAndTellFolder(batch.folder->descriptor(), name, worker.state, onError_);
+                });
+                break;
+            case Batch::Of::subfolders:
+                batch.forEach([&](const char* name) { enterChild(batch.folder->descriptor(), name, worker); });
+                break;
         }
-        batch.forEach([&](const char* name) {
-            Descriptor child = openPatiently([&] { return openChildOnSameDevice(folder, name); });
-            if (child) {
-                enter(std::move(child));
-            } else {
-                onError_(posixError(errno));
-            }
-        });
     }
 
-    void enter(Descriptor opened) {
-        const FileVisitor& visitor = visitors_.local();
+    void enterChild(int folder, const char* name, Worker& worker) {
+        Descriptor child = openPatiently([&] { return openChildOnSameDevice(folder, name); });
+        if (child) {
+            enter(std::move(child), worker);
+        } else {
+            onError_(posixError(errno));
+        }
+    }
+
+    void enter(Descriptor opened, Worker& worker) {
         if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit_) {
-            ThriftyWalk(std::move(opened), visitor, onError_).run();
+            ThriftyWalk(std::move(opened), worker.state, onError_).run();
             return;
         }
-        if (!shared_ && ++foldersEntered_ > foldersWalkedAlone) {
-            share();
+        if (!worker.shared() && ++foldersEntered_ > foldersWalkedAlone) {
+            worker.share();
         }
         const auto folder = std::make_shared<const HeldFolder>(std::move(opened));
         Batch subfolders{Batch::Of::subfolders, folder, {}};
@@ -303,7 +301,7 @@ private:
             if (leaving) {
                 files.add(name);
                 if (files.count == filesInBatch) {
-                    leave(files);
+                    leave(files, worker);
                 }
             }
             return leaving;
@@ -311,54 +309,34 @@ private:
         const auto addSubfolder = [&](const char* name) {
             subfolders.add(name);
             if (subfolders.count == subfoldersInBatch) {
-                leave(subfolders);
+                leave(subfolders, worker);
             }
         };
-        readFolder(folder->descriptor(), visitor, onError_, addSubfolder, leaveFile);
-        leave(files);
-        leave(subfolders);
+        readFolder(folder->descriptor(), worker.state, onError_, addSubfolder, leaveFile);
+        leave(files, worker);
+        leave(subfolders, worker);
     }
 
     // Puts a batch by for whichever thread is free, and empties it.
-    void leave(Batch& batch) {
+    void leave(Batch& batch, Worker& worker) {
         if (batch.count == 0) {
             return;
         }
-        Batch left{batch.of, batch.folder, std::exchange(batch.names, {}), std::exchange(batch.count, 0)};
-        if (left.of == Batch::Of::files) {
+        if (batch.of == Batch::Of::files) {
             fileBatches_.fetch_add(1, std::memory_order_relaxed);
-            share();
+            worker.share();
         }
-        if (shared_) {
-            others_.run([this, left = std::move(left)] { work(left); });
-        } else {
-            alone_.push_back(std::move(left));
-        }
+        worker.add(Batch{batch.of, batch.folder, std::exchange(batch.names, {}), std::exchange(batch.count, 0)});
     }
 
-    // From here on every batch may be taken by any thread. Only the calling thread ever changes `shared_`, before
-    // there is another one.
-    void share() {
-        if (shared_) {
-            return;
-        }
-        shared_ = true;
-        for (Batch& batch : std::exchange(alone_, {})) {
-            others_.run([this, left = std::move(batch)] { work(left); });
-        }
-    }
-
-    std::mutex makingVisitor_;
-    tbb::enumerable_thread_specific<FileVisitor> visitors_;
+    Descriptor top_;
     const ErrorHandler& onError_;
     const bool background_ = inBackground();
     const int heldFoldersLimit_ = heldFoldersLimit();
 
-    bool shared_ = false;
     int foldersEntered_ = 0;
-    std::vector<Batch> alone_;
     std::atomic<int> fileBatches_ = 0;
-    tbb::task_group others_;
+    Work work_;
 };
 
 }  // namespace
@@ -370,7 +348,7 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
         onError(posixError(errno));
         return false;
     }
-    ParallelWalk(makeVisitor, onError).run(std::move(opened));
+    ParallelWalk(std::move(opened), makeVisitor, onError).run();
     return true;
 }
 
