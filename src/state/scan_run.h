@@ -10,6 +10,7 @@
 
 #include "core/spec.h"
 #include "core/tracker.h"
+#include "state/seen_folders.h"
 
 class QThreadPool;
 
@@ -21,6 +22,8 @@ struct RuleResult {
     std::vector<Card> cards;
     /// Whether its probe was refused somewhere.
     bool blocked = false;
+    /// The folders that the cards' entries lie in.
+    SeenFolders folders;
 };
 
 class ScanRun : public QObject {
@@ -33,7 +36,7 @@ public:
     ~ScanRun() override;
 
     /// Starts every rule. `onResult` is called on this thread for each as it finishes, in the order of finishing.
-    void start(std::function<void(RuleResult)> onResult);
+    void start(const std::function<void(RuleResult)>& onResult);
 
     std::size_t ruleCount() const { return rules_.size(); }
     Tracker::Counts counts() const { return tracker_->counts(); }
