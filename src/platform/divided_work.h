@@ -30,7 +30,18 @@ public:
         /// Adds an item, to be done by this thread or another.
         void add(Item item) {
             items_.push_back(std::move(item));
-            giveIfWanted();
+            // A single one is for this thread itself: work that is a chain would else go to and fro between two.
+            if (items_.size() > 1) {
+                giveIfWanted();
+            }
+        }
+
+        /// Hands items of this thread to others that have none. For an item that takes long, to be called in between;
+        /// costs next to nothing when all are busy.
+        void giveIfWanted() {
+            if (!items_.empty() && work_.shared_ && work_.someoneIsFree()) {
+                work_.give(items_);
+            }
         }
 
         /// Whether helpers are called. At first they are not: little work is done before one has woken.
@@ -47,13 +58,6 @@ public:
 
     private:
         friend DividedWork;
-
-        // The oldest item most likely has the most work behind it.
-        void giveIfWanted() {
-            if (!items_.empty() && work_.shared_ && work_.someoneIsFree() && work_.give(items_.front())) {
-                items_.pop_front();
-            }
-        }
 
         void workOff() {
             while (!items_.empty()) {
@@ -101,18 +105,21 @@ private:
 
     bool someoneIsFree() const { return callerWaits_.load(std::memory_order_relaxed) || aHelperIsFree(); }
 
-    // Hands an item over, unless whoever was free has found other work meanwhile.
-    bool give(Item& item) {
+    // Hands over the older half, which most likely has the most work behind it, unless whoever was free has found other
+    // work meanwhile.
+    void give(std::deque<Item>& items) {
         const std::lock_guard lock(lock_);
         if (callerWaits_.load(std::memory_order_relaxed)) {
             changed_.notify_one();
         } else if (callHelper([this] { help(); })) {
             ++helping_;
         } else {
-            return false;
+            return;
         }
-        handedOver_.push_back(std::move(item));
-        return true;
+        for (std::size_t half = (items.size() + 1) / 2; half > 0; --half) {
+            handedOver_.push_back(std::move(items.front()));
+            items.pop_front();
+        }
     }
 
     // A helper's part. The last use of this object is under the lock: `run` may return as soon as that is free.
@@ -132,10 +139,7 @@ private:
         }
     }
 
-    void takeInto(Worker& worker) {
-        worker.items_.push_back(std::move(handedOver_.front()));
-        handedOver_.pop_front();
-    }
+    void takeInto(Worker& worker) { worker.items_.swap(handedOver_); }
 
     const std::function<State()> makeState_;
     const std::function<void(const Item&, Worker&)> doItem_;

@@ -296,6 +296,7 @@ private:
         bool leaving = false;
         const auto leaveFile = [&](const char* name) {
             if (filesMet++ % filesInBatch == 0) {
+                worker.giveIfWanted();
                 leaving = filesMet > filesInBatch && fileBatches_.load(std::memory_order_relaxed) < mostFileBatches;
             }
             if (leaving) {
