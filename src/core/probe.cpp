@@ -21,8 +21,9 @@ constexpr std::int64_t posixPermissionDenied = 13;
 // Files measured between two updates of the tracker.
 constexpr std::int64_t batch = 256;
 
-// What one thread of a walk has added up. Each thread has its own, so that no file costs a lock.
-struct Tally {
+// What one thread of a walk has added up. Each thread has its own, so that no file costs a lock, and on cache lines of
+// its own, so that none waits for another's.
+struct alignas(128) Tally {
     std::int64_t total = 0;
     std::optional<Date> newest;
     Tracker::Counts pending;
@@ -32,7 +33,10 @@ struct Tally {
         checkedAdd(total, size);
         checkedAdd(pending.bytes, size);
         ++pending.files;
-        newest = std::max(newest, Probe::useDate(values));
+        const std::optional<Date> used = Probe::useDate(values);
+        if (used > newest) {
+            newest = used;
+        }
     }
 };
 

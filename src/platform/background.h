@@ -3,7 +3,7 @@
 
 namespace vesk {
 
-/// Gives the calling thread, for the rest of its life, the priority of background work: on Linux nice 10 for this
+/// Gives the calling thread, for the rest of its life, the priority of background work: on Linux nice 15 for this
 /// thread alone, on macOS the utility class. Calling it again does nothing. A refusal is ignored: the work is then
 /// only less polite.
 void enterBackground();

@@ -53,7 +53,11 @@ Descriptor openChildOnSameDevice(int parent, const char* name);
 /// that ended the reading.
 int readNames(int folder, const std::function<void(ListedItem)>& visit);
 
+/// Which dates a look asks for: both, or the one that tells the last use. The latter is the access date, and the
+/// modification date only where the file system keeps no access date; the other one may or may not come with it.
+enum class WantedDates { both, lastUse };
+
 /// Looks at one item of an open folder, not following links. Returns 0, or an errno value.
-int lookAt(int folder, const char* name, ResourceValues& values);
+int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dates = WantedDates::both);
 
 }  // namespace vesk

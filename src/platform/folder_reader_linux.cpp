@@ -111,27 +111,35 @@ int readNames(int folder, const std::function<void(ListedItem)>& visit) {
     }
 }
 
-int lookAt(int folder, const char* name, ResourceValues& values) {
-    constexpr unsigned wanted = STATX_TYPE | STATX_BLOCKS | STATX_ATIME | STATX_MTIME;
-    struct statx found {};
-    if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, wanted, &found) != 0) {
+int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dates) {
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
+    constexpr unsigned always = STATX_TYPE | STATX_BLOCKS | STATX_ATIME;
+    // Whoever asks for the modification date makes Linux note in the file that its times were asked for (since 6.13,
+    // for the sake of finer time stamps): a write that every look of a scan can do without.
+    const unsigned wanted = dates == WantedDates::both ? always | STATX_MTIME : always;
+    // Left as it is: the kernel fills all of it, and clearing it first would cost as much as reading it.
+    struct statx found;
+    if (statx(folder, name, flags, wanted, &found) != 0) {
         return errno;
+    }
+    if (dates == WantedDates::lastUse && (found.stx_mask & (STATX_ATIME | STATX_MTIME)) == 0) {
+        return lookAt(folder, name, values, WantedDates::both);
     }
     values.isRegularFile = S_ISREG(found.stx_mode);
     values.isDirectory = S_ISDIR(found.stx_mode);
     values.fileAllocatedSize.reset();
     values.totalFileAllocatedSize.reset();
+    values.contentAccessDate.reset();
+    values.contentModificationDate.reset();
     if ((found.stx_mask & STATX_BLOCKS) != 0) {
         values.totalFileAllocatedSize = static_cast<std::int64_t>(found.stx_blocks) * 512;
     }
-    const auto date = [&](unsigned bit, const statx_timestamp& stamp) -> std::optional<Date> {
-        if ((found.stx_mask & bit) == 0) {
-            return std::nullopt;
-        }
-        return dateFromUnix(stamp.tv_sec, stamp.tv_nsec);
-    };
-    values.contentAccessDate = date(STATX_ATIME, found.stx_atime);
-    values.contentModificationDate = date(STATX_MTIME, found.stx_mtime);
+    if ((found.stx_mask & STATX_ATIME) != 0) {
+        values.contentAccessDate = dateFromUnix(found.stx_atime.tv_sec, found.stx_atime.tv_nsec);
+    }
+    if ((found.stx_mask & STATX_MTIME) != 0) {
+        values.contentModificationDate = dateFromUnix(found.stx_mtime.tv_sec, found.stx_mtime.tv_nsec);
+    }
     return 0;
 }
 

@@ -1,35 +1,28 @@
 #include "platform/tree_walk.h"
 
 #include <fcntl.h>
-#include <oneapi/tbb/enumerable_thread_specific.h>
-#include <oneapi/tbb/parallel_for_each.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "platform/background.h"
+#include "platform/divided_work.h"
 #include "platform/folder_reader.h"
-#include "platform/thread_order.h"
 
 namespace vesk {
 
 namespace {
-
-// Stands for all that the tasks of walks hand to each other. Not a walk's own: a task would have to read where it is
-// before it could be told that it may.
-char order = 0;
 
 // Descriptors that all walks of this process hold open for folders whose subfolders wait.
 std::atomic<int> heldFolders = 0;
@@ -61,11 +54,6 @@ private:
     Descriptor descriptor_;
 };
 
-struct WaitingFolder {
-    std::shared_ptr<const HeldFolder> parent;
-    std::string name;
-};
-
 // Somebody else in the process may use up the descriptors for a moment; that must not change a figure.
 template <typename Open>
 Descriptor openPatiently(Open open) {
@@ -81,24 +69,39 @@ Descriptor openPatiently(Open open) {
 
 using ErrorHandler = std::function<void(const PlatformError&)>;
 
-// Hands every regular file of an open folder to `visitor`, every subfolder's name to `addSubfolder`.
-void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onError,
-                const std::function<void(const char*)>& addSubfolder) {
+// Looks at one item. A regular file goes to `visitor`; true when it is a folder.
+bool lookAndTellFolder(int folder, const char* name, const FileVisitor& visitor, const ErrorHandler& onError) {
+    ResourceValues values;
+    if (const int unreadable = lookAt(folder, name, values, WantedDates::lastUse); unreadable != 0) {
+        onError(posixError(unreadable));
+    } else if (values.isRegularFile) {
+        visitor(values);
+    }
+    return values.isDirectory;
+}
+
+// Hands every regular file of an open folder to `visitor`, except those that `leaveFile` takes for another thread, and
+// every subfolder's name to `addSubfolder`.
+template <typename AddSubfolder, typename LeaveFile>
+void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onError, AddSubfolder addSubfolder,
+                LeaveFile leaveFile) {
     const int failure = readNames(folder, [&](ListedItem item) {
-        if (item.kind == ItemKind::folder) {
-            addSubfolder(item.name);
-            return;
-        }
-        if (item.kind == ItemKind::other) {
-            return;
-        }
-        ResourceValues values;
-        if (const int unreadable = lookAt(folder, item.name, values); unreadable != 0) {
-            onError(posixError(unreadable));
-        } else if (values.isRegularFile) {
-            visitor(values);
-        } else if (values.isDirectory && item.kind == ItemKind::unknown) {
-            addSubfolder(item.name);
+        switch (item.kind) {
+            case ItemKind::folder:
+                addSubfolder(item.name);
+                break;
+            case ItemKind::regularFile:
+                if (!leaveFile(item.name)) {
+                    lookAndTellFolder(folder, item.name, visitor, onError);
+                }
+                break;
+            case ItemKind::unknown:
+                if (lookAndTellFolder(folder, item.name, visitor, onError)) {
+                    addSubfolder(item.name);
+                }
+                break;
+            case ItemKind::other:
+                break;
         }
     });
     if (failure != 0) {
@@ -142,7 +145,9 @@ private:
 
     std::vector<std::string> subfoldersOf(int folder) {
         std::vector<std::string> names;
-        readFolder(folder, visitor_, onError_, [&](const char* name) { names.emplace_back(name); });
+        readFolder(
+            folder, visitor_, onError_, [&](const char* name) { names.emplace_back(name); },
+            [](const char* /*name*/) { return false; });
         return names;
     }
 
@@ -199,6 +204,142 @@ private:
     const ErrorHandler& onError_;
 };
 
+// Names in one folder that wait for a thread, one after the other, each ended by a 0. Several together, so that their
+// waiting costs less memory and time than their work. The top of a walk, which is open already, has no names.
+struct Batch {
+    enum class Of { top, files, subfolders };
+
+    Of of;
+    std::shared_ptr<const HeldFolder> folder;
+    std::string names;
+    int count = 0;
+
+    void add(const char* name) {
+        constexpr std::size_t usualLength = 320;
+        if (count == 0) {
+            names.reserve(usualLength);
+        }
+        names.append(name, std::strlen(name) + 1);
+        ++count;
+    }
+
+    template <typename Visit>
+    void forEach(Visit visit) const {
+        for (const char* name = names.data(); name < names.data() + names.size(); name += std::strlen(name) + 1) {
+            visit(name);
+        }
+    }
+};
+
+// Walks a tree on all cores. A tree of a few folders is walked by the calling thread alone, which is done before
+// others would have woken; the files of a large folder are shared among threads like folders are.
+class ParallelWalk {
+public:
+    ParallelWalk(Descriptor top, const std::function<FileVisitor()>& makeVisitor, const ErrorHandler& onError)
+        : top_(std::move(top)),
+          onError_(onError),
+          work_(makeVisitor, [this](const Batch& batch, Worker& worker) { workOn(batch, worker); }) {}
+
+    void run() { work_.run(Batch{Batch::Of::top, nullptr, {}}); }
+
+private:
+    using Work = DividedWork<Batch, FileVisitor>;
+    using Worker = Work::Worker;
+
+    static constexpr int foldersWalkedAlone = 16;
+    static constexpr int subfoldersInBatch = 16;
+    static constexpr int filesInBatch = 512;
+    // A folder's names are read faster than its files are looked at; the reader then looks at some itself.
+    static constexpr int mostFileBatches = 32;
+
+    void workOn(const Batch& batch, Worker& worker) {
+        if (background_) {
+            enterBackground();
+        }
+        switch (batch.of) {
+            case Batch::Of::top:
+                enter(std::move(top_), worker);
+                break;
+            case Batch::Of::files:
+                fileBatches_.fetch_sub(1, std::memory_order_relaxed);
+                batch.forEach([&](const char* name) {
+                    lookAndTellFolder(batch.folder->descriptor(), name, worker.state, onError_);
+                });
+                break;
+            case Batch::Of::subfolders:
+                batch.forEach([&](const char* name) { enterChild(batch.folder->descriptor(), name, worker); });
+                break;
+        }
+    }
+
+    void enterChild(int folder, const char* name, Worker& worker) {
+        Descriptor child = openPatiently([&] { return openChildOnSameDevice(folder, name); });
+        if (child) {
+            enter(std::move(child), worker);
+        } else {
+            onError_(posixError(errno));
+        }
+    }
+
+    void enter(Descriptor opened, Worker& worker) {
+        if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit_) {
+            ThriftyWalk(std::move(opened), worker.state, onError_).run();
+            return;
+        }
+        if (!worker.shared() && ++foldersEntered_ > foldersWalkedAlone) {
+            worker.share();
+        }
+        const auto folder = std::make_shared<const HeldFolder>(std::move(opened));
+        Batch subfolders{Batch::Of::subfolders, folder, {}};
+        Batch files{Batch::Of::files, folder, {}};
+        int filesMet = 0;
+        bool leaving = false;
+        const auto leaveFile = [&](const char* name) {
+            if (filesMet++ % filesInBatch == 0) {
+                worker.giveIfWanted();
+                leaving = filesMet > filesInBatch && fileBatches_.load(std::memory_order_relaxed) < mostFileBatches;
+            }
+            if (leaving) {
+                files.add(name);
+                if (files.count == filesInBatch) {
+                    leave(files, worker);
+                }
+            }
+            return leaving;
+        };
+        const auto addSubfolder = [&](const char* name) {
+            subfolders.add(name);
+            if (subfolders.count == subfoldersInBatch) {
+                leave(subfolders, worker);
+            }
+        };
+        readFolder(folder->descriptor(), worker.state, onError_, addSubfolder, leaveFile);
+        leave(files, worker);
+        leave(subfolders, worker);
+    }
+
+    // Puts a batch by for whichever thread is free, and empties it.
+    void leave(Batch& batch, Worker& worker) {
+        if (batch.count == 0) {
+            return;
+        }
+        if (batch.of == Batch::Of::files) {
+            fileBatches_.fetch_add(1, std::memory_order_relaxed);
+            worker.share();
+        }
+        worker.add(Batch{batch.of, batch.folder, std::exchange(batch.names, {}), std::exchange(batch.count, 0)});
+    }
+
+    Descriptor top_;
+    const ErrorHandler& onError_;
+    const bool background_ = inBackground();
+    const int heldFoldersLimit_ = heldFoldersLimit();
+
+    int foldersEntered_ = 0;
+    std::atomic<int> fileBatches_ = 0;
+    Work work_;
+};
+
 }  // namespace
 
 bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor()>& makeVisitor,
@@ -208,50 +349,7 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
         onError(posixError(errno));
         return false;
     }
-
-    std::mutex makingVisitor;
-    tbb::enumerable_thread_specific<FileVisitor> visitors([&] {
-        const std::lock_guard lock(makingVisitor);
-        return makeVisitor();
-    });
-    const bool background = inBackground();
-    const int mostHeld = heldFoldersLimit();
-
-    const auto walkOpened = [&](Descriptor folder, auto&& addWaiting) {
-        const FileVisitor& visitor = visitors.local();
-        if (heldFolders.load(std::memory_order_relaxed) >= mostHeld) {
-            ThriftyWalk(std::move(folder), visitor, onError).run();
-            return;
-        }
-        const auto held = std::make_shared<const HeldFolder>(std::move(folder));
-        readFolder(held->descriptor(), visitor, onError, [&](const char* name) {
-            addWaiting(WaitingFolder{held, name});
-        });
-    };
-
-    std::vector<WaitingFolder> first;
-    walkOpened(std::move(opened), [&](WaitingFolder waiting) { first.push_back(std::move(waiting)); });
-    const auto walkWaiting = [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
-        tellTakenOver(&order);
-        if (background) {
-            enterBackground();
-        }
-        const int parent = waiting.parent->descriptor();
-        Descriptor folder = openPatiently([&] { return openChildOnSameDevice(parent, waiting.name.c_str()); });
-        if (!folder) {
-            onError(posixError(errno));
-            return;
-        }
-        waiting.parent.reset();
-        walkOpened(std::move(folder), [&](WaitingFolder next) {
-            tellHandedOver(&order);
-            feeder.add(std::move(next));
-        });
-        tellHandedOver(&order);
-    };
-    tellHandedOver(&order);
-    tbb::parallel_for_each(first.begin(), first.end(), walkWaiting);
-    tellTakenOver(&order);
+    ParallelWalk(std::move(opened), makeVisitor, onError).run();
     return true;
 }
 

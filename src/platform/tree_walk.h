@@ -17,7 +17,8 @@
 
 namespace vesk {
 
-/// Is handed the values of one regular file.
+/// Is handed the values of one regular file: its size and the date of its last use. The modification date may be
+/// absent where the access date is there.
 using FileVisitor = std::function<void(const ResourceValues&)>;
 
 /// Walks the folder at `top`, a path without links.
