@@ -88,7 +88,7 @@ void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onEr
             return;
         }
         ResourceValues values;
-        if (const int unreadable = lookAt(folder, item.name, values); unreadable != 0) {
+        if (const int unreadable = lookAt(folder, item, values); unreadable != 0) {
             onError(posixError(unreadable));
         } else if (values.isRegularFile) {
             visitor(values);
