@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -58,6 +59,11 @@ World World::below(std::filesystem::path root, std::filesystem::path home) {
     result.root = std::move(root);
     result.home = std::move(home);
     return result;
+}
+
+bool World::isReal() const {
+    std::error_code failure;
+    return root == "/" && std::filesystem::equivalent(home, homeFromUserDatabase(), failure) && !failure;
 }
 
 std::filesystem::path World::rooted(std::string_view absolute) const {

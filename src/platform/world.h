@@ -25,6 +25,11 @@ struct World {
     /// A made-up world: below `root` and `home` alone, with preferences and Trash inside `home`.
     static World below(std::filesystem::path root, std::filesystem::path home);
 
+    /// Whether this is the world that the system's own services know: the real "/" and the home folder that the user
+    /// database names. In any other one a service without a folder to its name (macOS's Trash and user defaults) would
+    /// reach beyond it and must not be asked.
+    bool isReal() const;
+
     /// The place below `root` that stands for an absolute path such as "/Applications".
     std::filesystem::path rooted(std::string_view absolute) const;
 };
