@@ -62,8 +62,12 @@ World World::below(std::filesystem::path root, std::filesystem::path home) {
 }
 
 bool World::isReal() const {
+    return isRealWith(homeFromUserDatabase());
+}
+
+bool World::isRealWith(const std::filesystem::path& homeOfUser) const {
     std::error_code failure;
-    return root == "/" && std::filesystem::equivalent(home, homeFromUserDatabase(), failure) && !failure;
+    return root == "/" && std::filesystem::equivalent(home, homeOfUser, failure) && !failure;
 }
 
 std::filesystem::path World::rooted(std::string_view absolute) const {

@@ -29,6 +29,8 @@ struct World {
     /// database names. In any other one a service without a folder to its name (macOS's Trash and user defaults) would
     /// reach beyond it and must not be asked.
     bool isReal() const;
+    /// The same, where the user database names `homeOfUser`.
+    bool isRealWith(const std::filesystem::path& homeOfUser) const;
 
     /// The place below `root` that stands for an absolute path such as "/Applications".
     std::filesystem::path rooted(std::string_view absolute) const;

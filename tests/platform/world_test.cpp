@@ -1,8 +1,6 @@
 #include "platform/world.h"
 
 #include <gtest/gtest.h>
-#include <pwd.h>
-#include <unistd.h>
 
 #include "support/temporary_home.h"
 
@@ -10,6 +8,7 @@ namespace vesk {
 namespace {
 
 using testing::makeFolder;
+using testing::makeLink;
 using testing::testHome;
 
 class WorldTest : public testing::TemporaryHome {};
@@ -18,24 +17,25 @@ TEST_F(WorldTest, TheTestsOwnWorldIsNotReal) {
     EXPECT_FALSE(world().isReal());
 }
 
-TEST_F(WorldTest, AMadeUpHomeIsNotRealEvenBelowTheRealRoot) {
+TEST_F(WorldTest, AnotherHomeIsNotRealEvenBelowTheRealRoot) {
+    const std::filesystem::path homeOfUser = testHome() / "user";
+    makeFolder(homeOfUser);
     makeFolder(testHome() / "other");
-    EXPECT_FALSE(World::below("/", testHome() / "other").isReal());
-    EXPECT_FALSE(World::below("/", testHome() / "missing").isReal());
-    EXPECT_FALSE(World::below("/", "").isReal());
+    for (const std::filesystem::path& home : {testHome() / "other", testHome() / "missing", std::filesystem::path()}) {
+        EXPECT_FALSE(World::below("/", home).isRealWith(homeOfUser)) << home;
+    }
+    EXPECT_FALSE(World::below("/", testHome() / "missing").isRealWith(testHome() / "missing"));
+    EXPECT_FALSE(World::below("/", "").isRealWith(""));
 }
 
-TEST_F(WorldTest, TheUserDatabasesHomeIsRealByWhateverPath) {
-    const passwd* user = getpwuid(getuid());  // NOLINT(concurrency-mt-unsafe): no other thread
-    ASSERT_NE(user, nullptr);
-    const std::filesystem::path home = user->pw_dir;
-    if (!std::filesystem::exists(home)) {
-        EXPECT_FALSE(World::below("/", home).isReal());
-        GTEST_SKIP() << "this user's home folder does not exist";
+TEST_F(WorldTest, TheUsersHomeIsRealByWhateverPathButOnlyBelowTheRealRoot) {
+    const std::filesystem::path homeOfUser = testHome() / "user";
+    makeFolder(homeOfUser);
+    makeLink(testHome() / "link", "user");
+    for (const std::filesystem::path& home : {homeOfUser, homeOfUser / ".", testHome() / "link"}) {
+        EXPECT_TRUE(World::below("/", home).isRealWith(homeOfUser)) << home;
+        EXPECT_FALSE(World::below(testHome(), home).isRealWith(homeOfUser)) << home;
     }
-    EXPECT_TRUE(World::below("/", home).isReal());
-    EXPECT_TRUE(World::below("/", home / ".").isReal());
-    EXPECT_FALSE(World::below(testHome(), home).isReal());
 }
 
 }  // namespace
