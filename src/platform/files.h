@@ -36,6 +36,10 @@ enum class ListingDetail { kinds, dates };
 /// Lists the direct children of a folder. A link to a folder is followed at the end of the path.
 FolderListing listFolder(const std::filesystem::path& folder, ListingDetail detail);
 
+/// Lists a folder that lies directly in `parent`, for walks: a link or the foot of another volume (a mount point) is
+/// not entered but fails.
+FolderListing listSubfolder(const std::filesystem::path& parent, const std::string& name, ListingDetail detail);
+
 /// Looks at one item, not following a link at the end of the path; absent when it does not exist or may not be
 /// looked at.
 std::optional<ResourceValues> resourceValues(const std::filesystem::path& item);
