@@ -1,7 +1,8 @@
 // The user's preferences: a small store of named values that survives the program.
 //
-// On macOS they are the platform's user defaults, as long as the world in force is the user's own; everywhere else one
-// file for each key (preference_files.h). Used by Store on the main thread.
+// On macOS they are the platform's user defaults; on Linux, and in every made-up world, one file for each key in a
+// folder that only its owner may read, each replaced whole, so that a reader finds the old value or the new one and
+// never a part. Used by Store on the main thread.
 #pragma once
 
 #include <filesystem>
@@ -9,13 +10,11 @@
 #include <string>
 #include <string_view>
 
-#include "platform/preference_files.h"
-
 namespace vesk {
 
 class Preferences {
 public:
-    /// The preferences of this user: the platform's user defaults, or the folder "vesk" in World::configHome.
+    /// The preferences of this user: on Linux, and in a made-up world, the folder "vesk" in World::configHome.
     Preferences();
     /// Preferences kept in `folder`, made with mode 0700 when something is first stored.
     explicit Preferences(std::filesystem::path folder);
@@ -31,8 +30,7 @@ public:
     bool setData(std::string_view key, std::string_view bytes);
 
 private:
-    // Absent where the system keeps preferences itself.
-    std::optional<PreferenceFiles> files_;
+    std::filesystem::path folder_;
 };
 
 }  // namespace vesk

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "platform/preferences.h"
+#include "platform/preferences_files.h"
 #include "platform/world.h"
 
 namespace vesk {
@@ -8,23 +9,23 @@ namespace vesk {
 Preferences::Preferences() : Preferences(world().configHome / "vesk") {
 }
 
-Preferences::Preferences(std::filesystem::path folder) : files_(std::in_place, std::move(folder)) {
+Preferences::Preferences(std::filesystem::path folder) : folder_(std::move(folder)) {
 }
 
 std::optional<bool> Preferences::boolean(std::string_view key) const {
-    return files_->boolean(key);
+    return booleanFromPreferenceFile(data(key));
 }
 
 bool Preferences::setBoolean(std::string_view key, bool value) {
-    return files_->setBoolean(key, value);
+    return setData(key, preferenceFileText(value));
 }
 
 std::optional<std::string> Preferences::data(std::string_view key) const {
-    return files_->data(key);
+    return readPreferenceFile(folder_, key);
 }
 
 bool Preferences::setData(std::string_view key, std::string_view bytes) {
-    return files_->setData(key, bytes);
+    return writePreferenceFile(folder_, key, bytes);
 }
 
 }  // namespace vesk

@@ -2,6 +2,7 @@
 
 #include "platform/core_foundation.h"
 #include "platform/preferences.h"
+#include "platform/preferences_files.h"
 #include "platform/world.h"
 
 namespace vesk {
@@ -42,18 +43,16 @@ Owned<CFPropertyListRef> storedOfType(std::string_view key, CFTypeID type) {
 
 }  // namespace
 
-Preferences::Preferences() {
-    if (!world().isReal()) {
-        files_.emplace(world().configHome / "vesk");
-    }
+// A made-up world has files of its own; an empty folder stands for the user defaults, which it must not reach.
+Preferences::Preferences() : folder_(isWorldOfCurrentUser() ? std::filesystem::path() : world().configHome / "vesk") {
 }
 
-Preferences::Preferences(std::filesystem::path folder) : files_(std::in_place, std::move(folder)) {
+Preferences::Preferences(std::filesystem::path folder) : folder_(std::move(folder)) {
 }
 
 std::optional<bool> Preferences::boolean(std::string_view key) const {
-    if (files_) {
-        return files_->boolean(key);
+    if (!folder_.empty()) {
+        return booleanFromPreferenceFile(data(key));
     }
     const Owned<CFPropertyListRef> value = storedOfType(key, CFBooleanGetTypeID());
     if (!value) {
@@ -63,15 +62,15 @@ std::optional<bool> Preferences::boolean(std::string_view key) const {
 }
 
 bool Preferences::setBoolean(std::string_view key, bool value) {
-    if (files_) {
-        return files_->setBoolean(key, value);
+    if (!folder_.empty()) {
+        return setData(key, preferenceFileText(value));
     }
     return storeValue(key, value ? kCFBooleanTrue : kCFBooleanFalse);
 }
 
 std::optional<std::string> Preferences::data(std::string_view key) const {
-    if (files_) {
-        return files_->data(key);
+    if (!folder_.empty()) {
+        return readPreferenceFile(folder_, key);
     }
     const Owned<CFPropertyListRef> value = storedOfType(key, CFDataGetTypeID());
     if (!value) {
@@ -83,8 +82,8 @@ std::optional<std::string> Preferences::data(std::string_view key) const {
 }
 
 bool Preferences::setData(std::string_view key, std::string_view bytes) {
-    if (files_) {
-        return files_->setData(key, bytes);
+    if (!folder_.empty()) {
+        return writePreferenceFile(folder_, key, bytes);
     }
     const Owned<CFDataRef> data(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bytes.data()),
                                              static_cast<CFIndex>(bytes.size())));

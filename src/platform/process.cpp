@@ -112,6 +112,7 @@ std::optional<pid_t> start(const std::filesystem::path& path, const std::vector<
     std::vector<std::string> words = {path.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }
@@ -126,7 +127,7 @@ std::optional<pid_t> start(const std::filesystem::path& path, const std::vector<
 
 std::string readToEnd(const Descriptor& source) {
     std::string read;
-    std::array<char, 64 * 1024> block;
+    std::array<char, 65536> block;
     for (;;) {
         const ssize_t got = ::read(source.get(), block.data(), block.size());
         if (got > 0) {

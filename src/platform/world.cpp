@@ -78,6 +78,10 @@ const World& world() {
     return currentWorld();
 }
 
+bool isWorldOfCurrentUser() {
+    return world() == World::ofCurrentUser() && world().isReal();
+}
+
 void setWorld(World world) {
     currentWorld() = std::move(world);
 }

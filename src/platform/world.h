@@ -34,10 +34,16 @@ struct World {
 
     /// The place below `root` that stands for an absolute path such as "/Applications".
     std::filesystem::path rooted(std::string_view absolute) const;
+
+    friend bool operator==(const World&, const World&) = default;
 };
 
 /// The world in force. Readable from any thread once set.
 const World& world();
+
+/// Whether the world in force is the one of whoever runs this process, and not a made-up one; one made up through the
+/// environment ($HOME) counts as such too.
+bool isWorldOfCurrentUser();
 
 /// Sets the world. Call it before anything else runs.
 void setWorld(World world);

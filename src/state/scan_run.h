@@ -1,8 +1,7 @@
-// One scan under way: every rule as a task of its own at background priority, all on one tracker.
+// One scan under way: every rule on a thread of its own at background priority, all on one tracker.
 // Made, asked and destroyed on the main thread; results arrive there too.
 #pragma once
 
-#include <QObject>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,8 +9,8 @@
 
 #include "core/spec.h"
 #include "core/tracker.h"
-
-class QThreadPool;
+#include "state/doorbell.h"
+#include "state/seen_folders.h"
 
 namespace vesk {
 
@@ -21,27 +20,36 @@ struct RuleResult {
     std::vector<Card> cards;
     /// Whether its probe was refused somewhere.
     bool blocked = false;
+    /// The folders that the cards' entries lie in.
+    SeenFolders folders;
 };
 
-class ScanRun : public QObject {
-    Q_OBJECT
-
+class ScanRun {
 public:
-    /// Prepares a run of these rules.
-    explicit ScanRun(std::vector<Spec> rules);
+    /// Prepares a run of these rules. `onResult` is called on this thread for each as it finishes, in the order of
+    /// finishing, and may destroy the run.
+    ScanRun(std::vector<Spec> rules, std::function<void(RuleResult)> onResult);
     /// Forgets what still runs: its results are dropped. Waits a moment for its threads, never for ever.
-    ~ScanRun() override;
+    ~ScanRun();
+    ScanRun(const ScanRun&) = delete;
+    ScanRun& operator=(const ScanRun&) = delete;
 
-    /// Starts every rule. `onResult` is called on this thread for each as it finishes, in the order of finishing.
-    void start(const std::function<void(RuleResult)>& onResult);
+    /// Starts every rule.
+    void start();
 
     std::size_t ruleCount() const { return rules_.size(); }
     Tracker::Counts counts() const { return tracker_->counts(); }
 
 private:
+    struct Inbox;
+
+    void takeResults();
+
     std::vector<Spec> rules_;
+    std::function<void(RuleResult)> onResult_;
     std::shared_ptr<Tracker> tracker_ = std::make_shared<Tracker>();
-    std::unique_ptr<QThreadPool> threads_;
+    Doorbell doorbell_;
+    std::shared_ptr<Inbox> inbox_;
 };
 
 }  // namespace vesk

@@ -50,8 +50,10 @@ void Store::scan() {
 
     collectedCards_.clear();
     collectedBlocked_.clear();
+    collectedFolders_ = {};
     finishedRules_ = 0;
-    scanRun_ = std::make_unique<ScanRun>(sources_.catalogue());
+    scanRun_ = std::make_unique<ScanRun>(sources_.catalogue(),
+                                         [this](RuleResult result) { takeRuleResult(std::move(result)); });
 
     publishCounts();
     poller_->start();
@@ -60,7 +62,7 @@ void Store::scan() {
         finishScan();
         return;
     }
-    scanRun_->start([this](RuleResult result) { takeRuleResult(std::move(result)); });
+    scanRun_->start();
 }
 
 void Store::publishCounts() {
@@ -71,6 +73,7 @@ void Store::publishCounts() {
 
 void Store::takeRuleResult(RuleResult result) {
     std::move(result.cards.begin(), result.cards.end(), std::back_inserter(collectedCards_));
+    collectedFolders_.merge(std::move(result.folders));
     if (result.blocked) {
         collectedBlocked_.push_back(std::move(result.label));
     }
@@ -85,6 +88,7 @@ void Store::takeRuleResult(RuleResult result) {
 void Store::finishScan() {
     poller_->stop();
 
+    seenFolders_ = std::exchange(collectedFolders_, {});
     cardList_.replace(inPriorityOrder(std::exchange(collectedCards_, {})));
     Q_EMIT cardsChanged();
     std::sort(collectedBlocked_.begin(), collectedBlocked_.end());

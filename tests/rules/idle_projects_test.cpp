@@ -252,7 +252,7 @@ TEST_F(IdleProjects, WithSeveralMatchesAreMeasuredOnceEach) {
 // Runs itself again where this user may mount something: in a name space of its own.
 TEST_F(IdleProjects, AreNotSearchedForOnOtherVolumes) {
     constexpr const char* inside = "VESK_TEST_MAY_MOUNT";
-    if (std::getenv(inside) == nullptr) {
+    if (std::getenv(inside) == nullptr) {  // NOLINT(concurrency-mt-unsafe): no other thread
         const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
         const std::vector<std::string> space = {"--user", "--map-current-user", "--keep-caps", "--mount"};
         std::vector<std::string> words = space;

@@ -37,8 +37,8 @@ constexpr InstalledApplication applications[] = {
     {"System/Applications/Notes.app", "com.apple.Notes"},
 };
 
-// Hours since each snapshot that the backup tool tells of.
-constexpr std::array<int, 4> snapshotAges = {2, 9, 26, 50};
+// Hours since each snapshot that the backup tool tells of, which lists the oldest first.
+constexpr std::array<int, 4> snapshotAges = {50, 26, 9, 2};
 constexpr const char* snapshotList = "private/var/db/local-snapshots";
 
 // Stands in for the backup tool. It keeps its snapshots in a list, so one that Vesk deletes is gone in the next scan.
@@ -171,8 +171,8 @@ std::string snapshotLines() {
         std::tm local{};
         localtime_r(&taken, &local);
         std::array<char, 32> stamp{};
-        std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d-%H%M%S", &local);
-        lines = "com.apple.TimeMachine." + std::string(stamp.data()) + ".local\n" + lines;
+        const std::size_t length = std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d-%H%M%S", &local);
+        lines.append("com.apple.TimeMachine.").append(stamp.data(), length).append(".local\n");
     }
     return lines;
 }
