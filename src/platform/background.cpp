@@ -1,31 +1,12 @@
 #include "platform/background.h"
 
-#ifdef __APPLE__
-#include <pthread/qos.h>
-#else
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-#endif
+#include "platform/background_system.h"
 
 namespace vesk {
 
 namespace {
 
 thread_local bool entered = false;
-
-#ifdef __APPLE__
-void lowerPriority() {
-    pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0);
-}
-#else
-void lowerPriority() {
-    // At 10 a program that keeps all cores busy loses 14 % to a scan, at 15 it loses 4 %.
-    constexpr int background = 15;
-    // On Linux a nice value belongs to a thread; the call takes its kernel id.
-    setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), background);
-}
-#endif
 
 }  // namespace
 

@@ -26,7 +26,7 @@ FolderListing listOpened(const Descriptor& opened, ListingDetail detail) {
         item.isDirectory = found.kind == ItemKind::folder;
         ResourceValues values;
         if ((detail == ListingDetail::dates || found.kind == ItemKind::unknown) &&
-            lookAt(opened.get(), found.name, values) == 0) {
+            lookAt(opened.get(), found, values) == 0) {
             item.isDirectory = values.isDirectory;
             item.contentModificationDate = values.contentModificationDate;
         }

@@ -24,6 +24,8 @@ public:
     int get() const { return number_; }
     explicit operator bool() const { return number_ >= 0; }
     void close();
+    /// Leaves the closing to somebody else.
+    int release() { return std::exchange(number_, -1); }
 
 private:
     int number_ = -1;
@@ -31,10 +33,13 @@ private:
 
 enum class ItemKind { folder, regularFile, other, unknown };
 
-/// What a folder's own listing says of an item. `name` is valid during the call that hands it over.
+/// What a folder's own listing says of an item. `name` and `values` are valid during the call that hands it over.
 struct ListedItem {
     const char* name;
     ItemKind kind;
+    /// What a look at the item would tell, where the system delivers it with the names (macOS); else null. Of a folder
+    /// it tells no size.
+    const ResourceValues* values = nullptr;
 };
 
 /// Whether a link at the very end of the path is followed.
@@ -49,8 +54,8 @@ Descriptor openFolder(int parent, const char* path, LastLink lastLink);
 /// fails with EXDEV.
 Descriptor openChildOnSameDevice(int parent, const char* name);
 
-/// Reads every name of an open folder except "." and "..", in the file system's order. Returns 0, or the errno value
-/// that ended the reading.
+/// Reads every name of an open folder except "." and "..", in the file system's order; once for each opening, since it
+/// leaves off at the folder's end. Returns 0, or the errno value that ended the reading.
 int readNames(int folder, const std::function<void(ListedItem)>& visit);
 
 /// Which dates a look asks for: both, or the one that tells the last use. The latter is the access date, and the
@@ -59,5 +64,14 @@ enum class WantedDates { both, lastUse };
 
 /// Looks at one item of an open folder, not following links. Returns 0, or an errno value.
 int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dates = WantedDates::both);
+
+/// The same for an item of a listing: what came with it, or else a look.
+inline int lookAt(int folder, const ListedItem& item, ResourceValues& values, WantedDates dates = WantedDates::both) {
+    if (item.values == nullptr) {
+        return lookAt(folder, item.name, values, dates);
+    }
+    values = *item.values;
+    return 0;
+}
 
 }  // namespace vesk

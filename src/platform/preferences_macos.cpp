@@ -1,10 +1,6 @@
-#include <QByteArray>
-#include <QSettings>
-#include <QString>
-#include <QVariant>
-#include <algorithm>
 #include <utility>
 
+#include "platform/core_foundation.h"
 #include "platform/preferences.h"
 #include "platform/preferences_files.h"
 #include "platform/world.h"
@@ -13,32 +9,36 @@ namespace vesk {
 
 namespace {
 
-// The user defaults of the application. QSettings writes "/" in a key as the "." that the defaults show, and a "." as
-// another character.
-QString defaultsKey(std::string_view key) {
-    std::string text(key);
-    std::replace(text.begin(), text.end(), '.', '/');
-    return QString::fromStdString(text);
+// The user defaults' own place for a program: its domain, this user, any host.
+Owned<CFPropertyListRef> storedValue(CFStringRef key) {
+    return Owned<CFPropertyListRef>(CFPreferencesCopyValue(key, kCFPreferencesCurrentApplication,
+                                                           kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
 }
 
-// Calls `use` with the application's own defaults, not those of the organization or the machine.
-template <typename Use>
-auto withDefaults(Use use) {
-    QSettings defaults;
-    defaults.setFallbacksEnabled(false);
-    return use(defaults);
+void setValue(CFStringRef key, CFPropertyListRef value) {
+    CFPreferencesSetValue(key, value, kCFPreferencesCurrentApplication, kCFPreferencesCurrentUser,
+                          kCFPreferencesAnyHost);
 }
 
-bool store(std::string_view key, const QVariant& value) {
-    return withDefaults([&](QSettings& defaults) {
-        defaults.setValue(defaultsKey(key), value);
-        defaults.sync();
-        return defaults.status() == QSettings::NoError;
-    });
+bool storeValue(std::string_view key, CFPropertyListRef value) {
+    const Owned<CFStringRef> name = makeString(key);
+    if (!name || value == nullptr) {
+        return false;
+    }
+    const Owned<CFPropertyListRef> old = storedValue(name.get());
+    setValue(name.get(), value);
+    if (CFPreferencesSynchronize(kCFPreferencesCurrentApplication, kCFPreferencesCurrentUser, kCFPreferencesAnyHost)) {
+        return true;
+    }
+    // What could not be written must not be read back either. No value at all removes the key.
+    setValue(name.get(), old.get());
+    return false;
 }
 
-QVariant stored(std::string_view key) {
-    return withDefaults([&](QSettings& defaults) { return defaults.value(defaultsKey(key)); });
+Owned<CFPropertyListRef> storedOfType(std::string_view key, CFTypeID type) {
+    const Owned<CFStringRef> name = makeString(key);
+    Owned<CFPropertyListRef> value = name ? storedValue(name.get()) : nullptr;
+    return value && CFGetTypeID(value.get()) == type ? std::move(value) : nullptr;
 }
 
 }  // namespace
@@ -54,27 +54,40 @@ std::optional<bool> Preferences::boolean(std::string_view key) const {
     if (!folder_.empty()) {
         return booleanFromPreferenceFile(data(key));
     }
-    const QVariant value = stored(key);
-    return value.isValid() && value.canConvert<bool>() ? std::optional(value.toBool()) : std::nullopt;
+    const Owned<CFPropertyListRef> value = storedOfType(key, CFBooleanGetTypeID());
+    if (!value) {
+        return std::nullopt;
+    }
+    return CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0;
 }
 
 bool Preferences::setBoolean(std::string_view key, bool value) {
-    return folder_.empty() ? store(key, value) : setData(key, preferenceFileText(value));
+    if (!folder_.empty()) {
+        return setData(key, preferenceFileText(value));
+    }
+    return storeValue(key, value ? kCFBooleanTrue : kCFBooleanFalse);
 }
 
 std::optional<std::string> Preferences::data(std::string_view key) const {
     if (!folder_.empty()) {
         return readPreferenceFile(folder_, key);
     }
-    const QVariant value = stored(key);
-    return value.userType() == QMetaType::QByteArray ? std::optional(value.toByteArray().toStdString()) : std::nullopt;
+    const Owned<CFPropertyListRef> value = storedOfType(key, CFDataGetTypeID());
+    if (!value) {
+        return std::nullopt;
+    }
+    const auto data = static_cast<CFDataRef>(value.get());
+    return std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
+                       static_cast<std::size_t>(CFDataGetLength(data)));
 }
 
 bool Preferences::setData(std::string_view key, std::string_view bytes) {
     if (!folder_.empty()) {
         return writePreferenceFile(folder_, key, bytes);
     }
-    return store(key, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    const Owned<CFDataRef> data(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bytes.data()),
+                                             static_cast<CFIndex>(bytes.size())));
+    return storeValue(key, data.get());
 }
 
 }  // namespace vesk

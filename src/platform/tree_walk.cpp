@@ -70,9 +70,9 @@ Descriptor openPatiently(Open open) {
 using ErrorHandler = std::function<void(const PlatformError&)>;
 
 // Looks at one item. A regular file goes to `visitor`; true when it is a folder.
-bool lookAndTellFolder(int folder, const char* name, const FileVisitor& visitor, const ErrorHandler& onError) {
+bool lookAndTellFolder(int folder, const ListedItem& item, const FileVisitor& visitor, const ErrorHandler& onError) {
     ResourceValues values;
-    if (const int unreadable = lookAt(folder, name, values, WantedDates::lastUse); unreadable != 0) {
+    if (const int unreadable = lookAt(folder, item, values, WantedDates::lastUse); unreadable != 0) {
         onError(posixError(unreadable));
     } else if (values.isRegularFile) {
         visitor(values);
@@ -91,12 +91,13 @@ void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onEr
                 addSubfolder(item.name);
                 break;
             case ItemKind::regularFile:
-                if (!leaveFile(item.name)) {
-                    lookAndTellFolder(folder, item.name, visitor, onError);
+                // Leaving a file for another thread spares the look at it alone.
+                if (item.values != nullptr || !leaveFile(item.name)) {
+                    lookAndTellFolder(folder, item, visitor, onError);
                 }
                 break;
             case ItemKind::unknown:
-                if (lookAndTellFolder(folder, item.name, visitor, onError)) {
+                if (lookAndTellFolder(folder, item, visitor, onError)) {
                     addSubfolder(item.name);
                 }
                 break;
@@ -263,7 +264,7 @@ private:
             case Batch::Of::files:
                 fileBatches_.fetch_sub(1, std::memory_order_relaxed);
                 batch.forEach([&](const char* name) {
-                    lookAndTellFolder(batch.folder->descriptor(), name, worker.state, onError_);
+                    lookAndTellFolder(batch.folder->descriptor(), {name, ItemKind::regularFile}, worker.state, onError_);
                 });
                 break;
             case Batch::Of::subfolders:

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -60,6 +61,15 @@ World World::below(std::filesystem::path root, std::filesystem::path home) {
     return result;
 }
 
+bool World::isReal() const {
+    return isRealWith(homeFromUserDatabase());
+}
+
+bool World::isRealWith(const std::filesystem::path& homeOfUser) const {
+    std::error_code failure;
+    return root == "/" && std::filesystem::equivalent(home, homeOfUser, failure) && !failure;
+}
+
 std::filesystem::path World::rooted(std::string_view absolute) const {
     return root / std::filesystem::path(absolute).relative_path();
 }
@@ -69,7 +79,7 @@ const World& world() {
 }
 
 bool isWorldOfCurrentUser() {
-    return world() == World::ofCurrentUser();
+    return world() == World::ofCurrentUser() && world().isReal();
 }
 
 void setWorld(World world) {

@@ -25,6 +25,13 @@ struct World {
     /// A made-up world: below `root` and `home` alone, with preferences and Trash inside `home`.
     static World below(std::filesystem::path root, std::filesystem::path home);
 
+    /// Whether this is the world that the system's own services know: the real "/" and the home folder that the user
+    /// database names. In any other one a service without a folder to its name (macOS's Trash and user defaults) would
+    /// reach beyond it and must not be asked.
+    bool isReal() const;
+    /// The same, where the user database names `homeOfUser`.
+    bool isRealWith(const std::filesystem::path& homeOfUser) const;
+
     /// The place below `root` that stands for an absolute path such as "/Applications".
     std::filesystem::path rooted(std::string_view absolute) const;
 
@@ -34,7 +41,8 @@ struct World {
 /// The world in force. Readable from any thread once set.
 const World& world();
 
-/// Whether the world in force is the one of whoever runs this process, and not a made-up one.
+/// Whether the world in force is the one of whoever runs this process, and not a made-up one; one made up through the
+/// environment ($HOME) counts as such too.
 bool isWorldOfCurrentUser();
 
 /// Sets the world. Call it before anything else runs.
