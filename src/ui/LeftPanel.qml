@@ -1,0 +1,169 @@
+// The left side of the main screen: the disk at a glance, and the button that starts a clean.
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+Flickable {
+    id: panel
+
+    required property Store store
+
+    readonly property string sizeText: {
+        const parts = [];
+        if (store.selectedBytes > 0) {
+            parts.push(ByteCount.text(store.selectedBytes));
+        }
+        if (store.selectedSnapshots >= 1) {
+            parts.push(`${store.selectedSnapshots} snapshot${store.selectedSnapshots === 1 ? "" : "s"}`);
+        }
+        return parts.join(" + ");
+    }
+    readonly property string buttonTitle: {
+        if (store.cleaning) {
+            return "Working…";
+        }
+        if (store.selectedCount === 0) {
+            return "Pick something to clean";
+        }
+        return (store.previewOnly ? "Preview " : "Clean ") + sizeText;
+    }
+    readonly property string confirmTitle: store.previewOnly ? `Preview ${sizeText}?` : `Move ${sizeText} to the Trash?`
+    readonly property string confirmMessage: {
+        if (store.previewOnly) {
+            return "Preview only is on, so nothing will be moved or removed.";
+        }
+        return "Everything goes to the Trash, so you can put it back from History or the Trash."
+            + (store.selectedSnapshots >= 1
+               ? " Time Machine snapshots can't go in the Trash, so those are removed for good." : "");
+    }
+
+    contentHeight: Math.max(height, column.implicitHeight)
+    interactive: contentHeight > height
+    boundsBehavior: Flickable.StopAtBounds
+    T.ScrollBar.vertical: SlimScrollBar {}
+
+    ColumnLayout {
+        id: column
+
+        width: panel.width
+        height: panel.contentHeight
+        spacing: 0
+
+        Words {
+            objectName: "productTitle"
+            text: "Vesk"
+            font.pixelSize: Theme.title
+            font.weight: Font.Black
+            Accessible.role: Accessible.Heading
+        }
+        Item {
+            Layout.fillHeight: true
+            Layout.minimumHeight: 4
+            Layout.maximumHeight: 48
+        }
+        WheelView {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.preferredWidth: height
+            Layout.preferredHeight: 328
+            Layout.minimumHeight: 240
+            Layout.fillHeight: true
+            Layout.maximumHeight: 328
+            store: panel.store
+        }
+        Item {
+            Layout.fillHeight: true
+            Layout.minimumHeight: 16
+            Layout.maximumHeight: 48
+        }
+        LegendRow {
+            objectName: "safeLegend"
+            Layout.fillWidth: true
+            color: Theme.green
+            title: "Safe junk"
+            detail: "Clears in one click"
+            size: panel.store.safeBytes
+        }
+        LegendRow {
+            objectName: "smartLegend"
+            Layout.fillWidth: true
+            Layout.topMargin: Theme.gap
+            color: Theme.yellow
+            title: "Smart review"
+            detail: "You decide, card by card"
+            size: panel.store.smartBytes
+        }
+        LegendRow {
+            objectName: "personalLegend"
+            Layout.fillWidth: true
+            Layout.topMargin: Theme.gap
+            color: Theme.blue
+            title: "Personal files"
+            detail: "Never touched or scanned"
+            size: panel.store.personalBytes
+        }
+        Item {
+            Layout.fillHeight: true
+            Layout.minimumHeight: 12
+            Layout.preferredHeight: 12
+        }
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 12
+
+            ColumnLayout {
+                spacing: 0
+
+                Words {
+                    Layout.fillWidth: true
+                    text: "Preview only"
+                    font.weight: Font.Bold
+                    elide: Text.ElideRight
+                }
+                Words {
+                    Layout.fillWidth: true
+                    text: "Do everything except delete"
+                    color: Theme.softInk
+                    font.pixelSize: Theme.caption
+                    elide: Text.ElideRight
+                }
+            }
+            ToggleSwitch {
+                objectName: "previewSwitch"
+                name: "Preview only"
+                checked: panel.store.previewOnly
+                onToggled: panel.store.previewOnly = checked
+                Accessible.description: "Do everything except delete"
+            }
+        }
+        FilledButton {
+            id: mainButton
+
+            objectName: "mainButton"
+            Layout.fillWidth: true
+            Layout.topMargin: 12
+            text: panel.buttonTitle
+            textSize: Theme.headline
+            verticalPadding: 13
+            from: Theme.accent
+            to: Theme.accent2
+            available: panel.store.selectedCount > 0 && !panel.store.busy
+            onClicked: panel.store.showConfirm = true
+
+            SoftShadow {
+                cornerRadius: 20
+                blurRadius: 18
+                offset: 6
+                color: Theme.faded(Theme.accent, 0.45)
+            }
+        }
+        ActionButton {
+            objectName: "scanButton"
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: Theme.gap
+            text: "Scan again"
+            color: Theme.softInk
+            available: !panel.store.busy
+            onClicked: panel.store.scan()
+        }
+    }
+}

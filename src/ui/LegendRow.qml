@@ -1,0 +1,47 @@
+// One line of the wheel's legend.
+import QtQuick
+import QtQuick.Layouts
+
+RowLayout {
+    id: row
+
+    required property color color
+    required property string title
+    required property string detail
+    /// Bytes.
+    required property real size
+
+    spacing: 12
+    Accessible.role: Accessible.ListItem
+    Accessible.name: `${title}, ${ByteCount.text(size)}. ${detail}`
+
+    Rectangle {
+        implicitWidth: 16
+        implicitHeight: 16
+        radius: 8
+        color: row.color
+        Accessible.ignored: true
+    }
+    ColumnLayout {
+        spacing: 0
+
+        Words {
+            Layout.fillWidth: true
+            text: row.title
+            font.weight: Font.Bold
+            elide: Text.ElideRight
+        }
+        Words {
+            Layout.fillWidth: true
+            text: row.detail
+            color: Theme.softInk
+            font.pixelSize: Theme.caption
+            elide: Text.ElideRight
+        }
+    }
+    Words {
+        objectName: "sizeText"
+        text: ByteCount.text(row.size)
+        font.weight: Font.DemiBold
+    }
+}

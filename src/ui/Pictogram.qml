@@ -1,0 +1,16 @@
+// A card's pictogram in one colour.
+import QtQuick
+
+Image {
+    id: image
+
+    required property string symbol
+    property color color: Theme.ink
+    property real size: 20
+
+    width: size
+    height: size
+    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    source: symbol === "" ? "" : "image://vesk/pictogram/" + symbol + "/" + color.toString().slice(1)
+    Accessible.ignored: true
+}

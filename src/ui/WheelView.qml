@@ -1,0 +1,179 @@
+// The disk as a ring: personal, smart and safe bytes one after another, the rest free. During a scan its progress runs
+// inside the ring.
+import QtQuick
+
+Item {
+    id: wheel
+
+    required property Store store
+
+    readonly property real total: Math.max(store.capacity, 1)
+    readonly property real personalEnd: store.personalBytes / total
+    readonly property real smartEnd: personalEnd + store.smartBytes / total
+    readonly property real safeEnd: smartEnd + store.safeBytes / total
+    readonly property bool scanning: store.phase === "scanning"
+    readonly property int percent: Math.floor(store.progress * 100)
+    readonly property real ringWidth: 34
+    /// How far the words in the middle may reach.
+    readonly property real roomInside: (Math.min(width, height) - 2 * ringWidth) * 0.86
+
+    Accessible.role: Accessible.Chart
+    Accessible.name: scanning
+        ? `Scanning: ${percent}%, ${ByteCount.text(store.foundBytes)} checked`
+        : `Disk: ${ByteCount.text(store.free)} free of ${ByteCount.text(store.capacity)}. `
+          + `Personal files ${ByteCount.text(store.personalBytes)}, `
+          + `smart review ${ByteCount.text(store.smartBytes)}, safe junk ${ByteCount.text(store.safeBytes)}`
+
+    component Spring: SpringValue {
+        response: 0.9
+        dampingFraction: 0.6
+    }
+    component Share: Arc {
+        anchors.fill: parent
+        lineWidth: wheel.ringWidth
+    }
+
+    Spring {
+        id: personalSpring
+        target: wheel.personalEnd
+    }
+    Spring {
+        id: smartSpring
+        target: wheel.smartEnd
+    }
+    Spring {
+        id: safeSpring
+        target: wheel.safeEnd
+    }
+
+    Share {
+        color: Theme.track
+    }
+    Share {
+        objectName: "personalArc"
+        to: personalSpring.value
+        color: Theme.blue
+    }
+    Share {
+        objectName: "smartArc"
+        from: personalSpring.value
+        to: smartSpring.value
+        color: Theme.yellow
+    }
+    Share {
+        objectName: "safeArc"
+        from: smartSpring.value
+        to: safeSpring.value
+        color: Theme.green
+    }
+
+    Loader {
+        objectName: "progressRing"
+        anchors.fill: parent
+        active: wheel.scanning
+        sourceComponent: Item {
+            SpringValue {
+                id: progressSpring
+                target: Math.max(wheel.store.progress, 0.02)
+                response: 0.5
+                dampingFraction: 0.8
+            }
+            Arc {
+                anchors.fill: parent
+                inset: wheel.ringWidth + 8
+                lineWidth: 8
+                color: Theme.faded(Theme.accent, 0.15)
+            }
+            Arc {
+                objectName: "progressArc"
+                anchors.fill: parent
+                inset: wheel.ringWidth + 8
+                lineWidth: 8
+                roundCaps: true
+                to: progressSpring.value
+                color: Theme.accent
+                endColor: Theme.accent2
+            }
+            Spinner {
+                anchors.fill: parent
+                inset: (wheel.ringWidth - lineWidth) / 2
+            }
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        width: wheel.roomInside
+        visible: wheel.scanning
+        spacing: 2
+
+        Words {
+            objectName: "percentText"
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: wheel.percent + "%"
+            font.pixelSize: Theme.display
+            font.weight: Font.Black
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 20
+        }
+        Words {
+            width: parent.width - 16
+            anchors.horizontalCenter: parent.horizontalCenter
+            horizontalAlignment: Text.AlignHCenter
+            text: "Sniffing around…"
+            font.weight: Font.DemiBold
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 8
+        }
+        Words {
+            objectName: "checkedText"
+            width: parent.width - 24
+            anchors.horizontalCenter: parent.horizontalCenter
+            horizontalAlignment: Text.AlignHCenter
+            text: ByteCount.text(wheel.store.foundBytes) + " checked"
+            color: Theme.softInk
+            font.pixelSize: Theme.caption
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 8
+        }
+    }
+    Column {
+        anchors.centerIn: parent
+        width: wheel.roomInside
+        visible: !wheel.scanning
+        spacing: 2
+
+        Words {
+            objectName: "freeText"
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: ByteCount.text(wheel.store.free)
+            font.pixelSize: Theme.title
+            font.weight: Font.Black
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 16
+        }
+        Words {
+            objectName: "capacityText"
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: "free of " + ByteCount.text(wheel.store.capacity)
+            font.weight: Font.DemiBold
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 8
+        }
+        Words {
+            objectName: "readyText"
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            visible: wheel.store.safeBytes >= 1
+            text: ByteCount.text(wheel.store.safeBytes) + " ready to vesk away"
+            color: Theme.green
+            font.pixelSize: Theme.caption
+            font.weight: Font.Bold
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 8
+        }
+    }
+}

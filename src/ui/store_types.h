@@ -1,0 +1,26 @@
+// Makes the types of the application's state known to the views.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+
+#include "state/card_list.h"
+#include "state/store.h"
+
+namespace vesk {
+
+struct ForeignStore {
+    Q_GADGET
+    QML_FOREIGN(vesk::Store)
+    QML_NAMED_ELEMENT(Store)
+    QML_UNCREATABLE("The application makes the one store and hands it to its window.")
+};
+
+struct ForeignCardList {
+    Q_GADGET
+    QML_FOREIGN(vesk::CardList)
+    QML_NAMED_ELEMENT(CardList)
+    QML_UNCREATABLE("The cards of a store.")
+};
+
+}  // namespace vesk
