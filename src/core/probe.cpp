@@ -72,8 +72,11 @@ Probe::Measurement Probe::measure(const std::filesystem::path& url) {
     if (values->isRegularFile) {
         return measureFile(*values);
     }
-    const std::optional<std::filesystem::path> folder = resolvingLinks(url);
-    return folder ? measureFolder(*folder) : Measurement{};
+    if (values->isDirectory) {
+        return measureFolder(url);
+    }
+    const std::optional<std::filesystem::path> target = resolvingLinks(url);
+    return target ? measureFolder(*target) : Measurement{};
 }
 
 Probe::Measurement Probe::measureFile(const ResourceValues& values) {

@@ -29,17 +29,15 @@ namespace {
 // Descriptors that all walks of this process hold open for folders whose subfolders wait.
 std::atomic<int> heldFolders = 0;
 
-// How many of them there may be. Each thread in a walk needs three more, the rest of the program some dozens.
+// How many of them there may be now. Each thread in a walk needs three more, the rest of the program some dozens.
 int heldFoldersLimit() {
-    static const int limit = [] {
-        constexpr rlim_t most = 4096;
-        rlimit allowed{};
-        if (getrlimit(RLIMIT_NOFILE, &allowed) != 0) {
-            return 64;
-        }
-        return static_cast<int>(std::min(allowed.rlim_cur / 2, most));
-    }();
-    return limit;
+    constexpr rlim_t most = 4096;
+    constexpr int whenUnknown = 64;
+    rlimit allowed{};
+    if (getrlimit(RLIMIT_NOFILE, &allowed) != 0) {
+        return whenUnknown;
+    }
+    return static_cast<int>(std::min(allowed.rlim_cur / 2, most));
 }
 
 // A folder that stays open until the last of its subfolders has been opened relative to it.
@@ -212,10 +210,11 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
         return makeVisitor();
     });
     const bool background = inBackground();
+    const int mostHeld = heldFoldersLimit();
 
     const auto walkOpened = [&](Descriptor folder, auto&& addWaiting) {
         const FileVisitor& visitor = visitors.local();
-        if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit()) {
+        if (heldFolders.load(std::memory_order_relaxed) >= mostHeld) {
             ThriftyWalk(std::move(folder), visitor, onError).run();
             return;
         }

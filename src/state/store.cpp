@@ -42,12 +42,6 @@ Store::Store(Sources sources, QObject* parent)
 
 Store::~Store() = default;
 
-template <typename Value>
-void Store::publish(Value& field, Value value, void (Store::*changed)()) {
-    field = std::move(value);
-    Q_EMIT(this->*changed)();
-}
-
 void Store::setShowConfirm(bool value) {
     publish(showConfirm_, value, &Store::showConfirmChanged);
 }

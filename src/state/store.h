@@ -145,7 +145,10 @@ Q_SIGNALS:
 private:
     /// Sets a field and tells of it, also when the value stays the same.
     template <typename Value>
-    void publish(Value& field, Value value, void (Store::*changed)());
+    void publish(Value& field, Value value, void (Store::*changed)()) {
+        field = std::move(value);
+        Q_EMIT(this->*changed)();
+    }
 
     QString phaseName() const;
     CardList* cardList() { return &cardList_; }

@@ -3,6 +3,7 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -25,6 +26,8 @@ void becomeOrdinaryUser() {
         std::fputs("cannot run the tests as an ordinary user\n", stderr);
         std::exit(2);  // NOLINT(concurrency-mt-unsafe): no other thread yet
     }
+    // Changing the user locks a process's own files in /proc, which making namespaces needs.
+    prctl(PR_SET_DUMPABLE, 1);
 }
 
 }  // namespace

@@ -1,0 +1,151 @@
+"""vesk-scan as its users call it: options, the table, the JSON report, exit statuses."""
+
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+PROGRAM = os.environ["VESK_SCAN"]
+DAY = 86_400
+
+
+class VeskScanTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="vesk-scan-")
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name) / "root"
+        self.home = self.root / "Users/tester"
+        self.home.mkdir(parents=True)
+
+    def run_program(self, *options, home=None, env=None):
+        places = ["--root", str(self.root), "--home", str(home or self.home)]
+        return self.run_bare(*places, *options, env=env)
+
+    @staticmethod
+    def run_bare(*options, env=None):
+        return subprocess.run(
+            [PROGRAM, *options], capture_output=True, text=True, timeout=60, check=False, env=env,
+            stdin=subprocess.DEVNULL,
+        )
+
+    def report(self):
+        result = self.run_program("--json")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return json.loads(result.stdout)
+
+    def make_file(self, path, size=5000, age=0.0, below=None):
+        file = (below or self.home) / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_bytes(b"v" * size)
+        date = time.time() - age
+        os.utime(file, (date, date))
+        return file
+
+    def test_empty_home_has_nothing_to_clean(self):
+        result = self.run_program()
+        self.assertEqual(result.returncode, 0)
+        self.assertIn("Nothing worth cleaning right now.", result.stdout)
+        self.assertEqual(self.report()["cards"], [])
+
+    def test_json_says_everything_of_a_card(self):
+        cache = self.make_file("Library/Caches/com.acme.Editor/file", 100_000, age=3 * DAY)
+        report = self.report()
+        (card,) = report["cards"]
+        size = cache.stat().st_blocks * 512
+        self.assertEqual(
+            {key: card[key] for key in ("id", "title", "symbol", "bucket", "confidence", "risk")},
+            {"id": "caches", "title": "App caches", "symbol": "internaldrive", "bucket": "safe",
+             "confidence": 0.85, "risk": 1.5},
+        )
+        self.assertTrue(card["selected"])
+        self.assertEqual(card["size"], size)
+        self.assertEqual(card["snapshotIDs"], [])
+        self.assertAlmostEqual(card["dormancyDays"], 3, delta=0.01)
+        self.assertAlmostEqual(card["priority"], 0.85 * card["dormancyDays"] * size / 2**20 / 1.5, places=9)
+        (entry,) = card["entries"]
+        self.assertEqual(entry["path"], str(cache.parent))
+        self.assertEqual(entry["name"], "Acme")
+        self.assertAlmostEqual(entry["lastUsed"], time.time() - 3 * DAY, delta=60)
+        self.assertEqual((report["files"], report["bytes"]), (1, size))
+        self.assertEqual((report["safeBytes"], report["smartBytes"]), (size, 0))
+        self.assertGreater(report["capacity"], report["free"])
+        self.assertEqual(report["personalBytes"], report["capacity"] - report["free"] - size)
+
+    def test_cards_are_best_first_in_both_reports(self):
+        self.make_file("Library/Caches/App/file", 400_000)
+        self.make_file("Library/Logs/DiagnosticReports/old.ips", 400_000, age=300 * DAY)
+        self.assertEqual([card["id"] for card in self.report()["cards"]], ["crash", "caches"])
+        table = self.run_program().stdout.splitlines()
+        self.assertRegex(table[0], r"Card +Bucket +Size +Days unused +Entries")
+        self.assertRegex(table[1], r"Old crash reports +safe +4\d\d KB +300 +1")
+        self.assertRegex(table[2], r"App caches +safe +4\d\d KB +1 +1")
+
+    def test_absolute_places_are_looked_for_below_the_root(self):
+        self.make_file("private/var/folders/ab/cd/X/x.code_sign_clone/file", below=self.root)
+        self.assertEqual([card["id"] for card in self.report()["cards"]], ["clones"])
+
+    def test_refused_areas_are_named(self):
+        if os.geteuid() == 0:
+            self.skipTest("root is refused nothing")
+        caches = self.home / "Library/Caches"
+        caches.mkdir(parents=True)
+        caches.chmod(0)
+        self.addCleanup(caches.chmod, 0o700)
+        self.assertEqual(self.report()["blockedAreas"], ["App caches"])
+        self.assertIn("Could not be read: App caches", self.run_program().stdout)
+
+    def test_names_that_are_not_text_stay_readable(self):
+        folder = os.path.join(os.fsencode(self.home), b"Library/Caches/\xff\xfe")
+        os.makedirs(folder)
+        with open(os.path.join(folder, b"file"), "wb") as file:
+            file.write(b"v" * 5000)
+        (entry,) = self.report()["cards"][0]["entries"]
+        self.assertEqual(os.path.basename(entry["path"]), "\ufffd\ufffd")
+
+    def test_relative_folders_are_taken_from_here(self):
+        self.make_file("Library/Caches/App/file")
+        result = subprocess.run(
+            [PROGRAM, "--root", ".", "--home", "Users/tester", "--json"], cwd=self.root, capture_output=True,
+            text=True, timeout=60, check=True,
+        )
+        (card,) = json.loads(result.stdout)["cards"]
+        self.assertEqual(Path(card["entries"][0]["path"]), self.home / "Library/Caches/App")
+
+    def test_the_home_of_the_environment_is_the_default(self):
+        self.make_file("Library/Caches/App/file")
+        result = self.run_bare("--root", str(self.root), "--json", env={**os.environ, "HOME": str(self.home)})
+        self.assertEqual(len(json.loads(result.stdout)["cards"]), 1)
+
+    def test_bad_calls_say_why_and_end_with_2(self):
+        refused = self.make_file("a file")
+        calls = {
+            "unknown option": ["--yes"],
+            "needs a folder": ["--home"],
+            "No such file": ["--home", str(self.home / "missing")],
+            "Not a directory": ["--home", str(refused)],
+            "never scanned": ["--home", "/"],
+        }
+        for message, options in calls.items():
+            result = self.run_bare(*options)
+            self.assertEqual(result.returncode, 2, options)
+            self.assertIn(message, result.stderr)
+            self.assertEqual(result.stdout, "")
+
+    def test_leaves_no_trace(self):
+        self.make_file("Library/Caches/App/deep/file", age=9 * DAY)
+        folders = [Path(folder) for folder, _, _ in os.walk(self.root)]
+        for folder in folders:
+            os.utime(folder, (time.time() - 9 * DAY, time.time() - DAY))
+        before = [folder.stat() for folder in folders]
+        self.run_program()
+        after = [folder.stat() for folder in folders]
+        self.assertEqual([s.st_atime_ns for s in before], [s.st_atime_ns for s in after])
+        self.assertEqual([s.st_mtime_ns for s in before], [s.st_mtime_ns for s in after])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], "-v"])

@@ -1,0 +1,77 @@
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vesk {
+namespace {
+
+std::string replacements(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += "\xEF\xBF\xBD";
+    }
+    return text;
+}
+
+TEST(DecodedUtf8, KeepsWhatIsWellFormed) {
+    for (const char* text : {"", "plain", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xEF\xBF\xBF",
+                             "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"}) {
+        EXPECT_EQ(decodedUtf8(text), text);
+        EXPECT_TRUE(isUtf8(text)) << text;
+    }
+    EXPECT_EQ(decodedUtf8(std::string("a\0b", 3)), std::string("a\0b", 3));
+}
+
+TEST(DecodedUtf8, ReplacesEachMaximalIllFormedSubpartOnce) {
+    const struct {
+        std::string bytes;
+        std::string text;
+    } cases[] = {
+        {"\xE2\x82", replacements(1)},
+        {"\xE2\x82"
+         "a",
+         replacements(1) + "a"},
+        {"\xFF\xFE", replacements(2)},
+        {"\x80", replacements(1)},
+        {"\xC0\xAF", replacements(2)},          // overlong
+        {"\xE0\x80\xAF", replacements(3)},      // overlong
+        {"\xED\xA0\x80", replacements(3)},      // a surrogate
+        {"\xF4\x90\x80\x80", replacements(4)},  // beyond the last scalar
+        {"\xF0\x9F\x98", replacements(1)},
+        {"\xF0\x9F\x98\xF0\x9F\x98\x80", replacements(1) + "\xF0\x9F\x98\x80"},
+        {"\x61\xF1\x80\x80\xE1\x80\xC2\x62\x80\x63\x80\xBF\x64",  // the standard's own example
+         "a" + replacements(3) + "b" + replacements(1) + "c" + replacements(2) + "d"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(decodedUtf8(c.bytes), c.text);
+        EXPECT_FALSE(isUtf8(c.bytes));
+    }
+}
+
+TEST(Text, LowerCaseDependsOnNoLanguage) {
+    EXPECT_EQ(lowercased("TITLE I"), "title i");
+    EXPECT_EQ(lowercased("\xC3\x84\xC3\x96"), "\xC3\xA4\xC3\xB6");
+    EXPECT_EQ(lowercased("\xC4\xB0"), "i\xCC\x87");  // a dotted capital I
+}
+
+TEST(Text, UpperCaseTakesTheFirstCharacterAlone) {
+    EXPECT_EQ(withFirstCharacterUppercased(""), "");
+    EXPECT_EQ(withFirstCharacterUppercased("acme tools"), "Acme tools");
+    EXPECT_EQ(withFirstCharacterUppercased("\xC3\xA9t\xC3\xA9"), "\xC3\x89t\xC3\xA9");
+    EXPECT_EQ(withFirstCharacterUppercased("e\xCC\x81t"), "E\xCC\x81t");
+    EXPECT_EQ(withFirstCharacterUppercased("1a"), "1a");
+}
+
+TEST(Text, CountsUserPerceivedCharacters) {
+    EXPECT_EQ(characterCount(""), 0U);
+    EXPECT_EQ(characterCount("abc"), 3U);
+    EXPECT_EQ(characterCount("e\xCC\x81"
+                             "a"),
+              2U);
+    EXPECT_EQ(characterCount("\xF0\x9F\x98\x80"), 1U);
+}
+
+}  // namespace
+}  // namespace vesk

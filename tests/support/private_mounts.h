@@ -1,0 +1,22 @@
+// File systems of a test's own, seen by no other process.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace vesk::testing {
+
+/// Takes this process into a mount namespace of its own. Returns false where the system forbids that to ordinary
+/// users, or when the process already has other threads. Works again after it has worked once.
+bool enterPrivateMounts();
+
+/// Mounts an empty file system in memory at an existing folder, with the mount options given ("size=64k", "ro").
+/// Returns false when it cannot.
+bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::string& options = "");
+
+/// Shows the folder `shown` at the existing folder `at` as well (a bind mount).
+bool mountFolderAgain(const std::filesystem::path& shown, const std::filesystem::path& at);
+
+void unmount(const std::filesystem::path& folder);
+
+}  // namespace vesk::testing

@@ -1,0 +1,115 @@
+// vesk-scan: a read-only report of one scan, in the terminal.
+
+#include <QCoreApplication>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "platform/files.h"
+#include "platform/world.h"
+#include "state/store.h"
+#include "vesk_scan/report.h"
+
+namespace {
+
+constexpr int badCall = 2;
+
+constexpr const char* usage =
+    "usage: vesk-scan [--root DIR] [--home DIR] [--json]\n"
+    "  --root DIR  the folder that stands for \"/\"\n"
+    "  --home DIR  the home folder to look into\n"
+    "  --json      one JSON object instead of a table\n";
+
+struct Options {
+    std::optional<std::filesystem::path> root;
+    std::optional<std::filesystem::path> home;
+    bool json = false;
+};
+
+// Says what is wrong with the call; absent options follow.
+std::nullopt_t refuse(const std::string& message) {
+    std::fputs(("vesk-scan: " + message + "\n").c_str(), stderr);
+    return std::nullopt;
+}
+
+std::optional<Options> readOptions(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view option = argv[i];
+        if (option == "--json") {
+            options.json = true;
+            continue;
+        }
+        if (option != "--root" && option != "--home") {
+            return refuse("unknown option '" + std::string(option) + "'\n" + usage);
+        }
+        if (++i == argc) {
+            return refuse(std::string(option) + " needs a folder\n" + usage);
+        }
+        std::error_code failure;
+        (option == "--root" ? options.root : options.home) = std::filesystem::absolute(argv[i], failure);
+        if (failure || argv[i][0] == '\0') {
+            return refuse(std::string(option) + " needs a folder\n" + usage);
+        }
+    }
+    return options;
+}
+
+bool canBeListed(const std::filesystem::path& folder) {
+    if (folder.empty()) {
+        refuse("the home folder cannot be told; name it with --home");
+        return false;
+    }
+    if (const auto error = vesk::listFolder(folder, vesk::ListingDetail::kinds).error) {
+        refuse("cannot read the folder " + folder.string() + ": " +
+               std::generic_category().message(static_cast<int>(error->code)));
+        return false;
+    }
+    return true;
+}
+
+// Sets the world the options ask for; false, having said why, when it cannot be looked into.
+bool enterWorld(const Options& options) {
+    vesk::World wanted = vesk::World::ofCurrentUser();
+    wanted.root = options.root.value_or(wanted.root);
+    wanted.home = options.home.value_or(wanted.home);
+    if (!canBeListed(wanted.root) || !canBeListed(wanted.home)) {
+        return false;
+    }
+    std::error_code failure;
+    if (std::filesystem::equivalent(wanted.home, "/", failure)) {
+        refuse("the home folder is \"/\", which is never scanned; name another with --home");
+        return false;
+    }
+    vesk::setWorld(std::move(wanted));
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::optional<Options> options = readOptions(argc, argv);
+    if (!options || !enterWorld(*options)) {
+        return badCall;
+    }
+
+    const QCoreApplication application(argc, argv);
+    vesk::Store store;
+    QObject::connect(
+        &store, &vesk::Store::busyChanged, &application,
+        [&store] {
+            if (!store.busy()) {
+                QCoreApplication::quit();
+            }
+        },
+        Qt::QueuedConnection);
+    store.scan();
+    QCoreApplication::exec();
+
+    const std::string report = options->json ? vesk::reportForPrograms(store) : vesk::reportForPeople(store);
+    const bool written = std::fputs(report.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return written ? 0 : 1;
+}

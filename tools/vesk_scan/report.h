@@ -1,0 +1,19 @@
+// The report of one finished scan, as a table for people or as JSON for programs.
+#pragma once
+
+#include <string>
+
+#include "state/store.h"
+
+namespace vesk {
+
+/// A table of the cards (title, bucket, size, days unused, number of entries), the areas that could not be read, and
+/// the totals.
+std::string reportForPeople(const Store& store);
+
+/// One JSON object: `cards` in display order, `blockedAreas`, `files`, `bytes`, `capacity`, `free`, `safeBytes`,
+/// `smartBytes`, `personalBytes`. Dates are seconds since 1970 with fraction, or null; paths that are not UTF-8 carry
+/// replacement characters.
+std::string reportForPrograms(const Store& store);
+
+}  // namespace vesk
