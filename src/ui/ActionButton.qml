@@ -1,5 +1,6 @@
 // A button of words in one colour, without a frame until the pointer or the keyboard is on it.
 import QtQuick
+import Vesk
 
 PressableButton {
     id: button

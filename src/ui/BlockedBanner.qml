@@ -1,6 +1,7 @@
 // Says which places could not be read, and leads to the settings that allow it.
 import QtQuick
 import QtQuick.Layouts
+import Vesk
 
 Rectangle {
     id: banner

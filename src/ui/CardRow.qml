@@ -1,6 +1,7 @@
 // One card of the list: what it is, what it frees, and whether it is ticked. Pressing it opens its detail sheet.
 import QtQuick
 import QtQuick.Layouts
+import Vesk
 
 PressableButton {
     id: row

@@ -1,5 +1,6 @@
 // A small label on a capsule.
 import QtQuick
+import Vesk
 
 Rectangle {
     id: chip

@@ -1,6 +1,7 @@
 // The content of the window: the panel on the left, cards or history on the right, and what is laid over them.
 import QtQuick
 import QtQuick.Layouts
+import Vesk
 
 Item {
     id: content

@@ -1,5 +1,6 @@
 // A button that stands out: dark words on a fill of one colour, or of two that run into each other.
 import QtQuick
+import Vesk
 
 PressableButton {
     id: button

@@ -1,6 +1,7 @@
 // Shows which control the keyboard is on.
 import QtQuick
 import QtQuick.Templates as T
+import Vesk
 
 Rectangle {
     required property T.Control control

@@ -1,6 +1,7 @@
 // One line of the wheel's legend.
 import QtQuick
 import QtQuick.Layouts
+import Vesk
 
 RowLayout {
     id: row

@@ -1,6 +1,7 @@
 // The application's one window.
 import QtQuick
 import QtQuick.Window
+import Vesk
 
 Window {
     id: window

@@ -1,5 +1,6 @@
 // A card's pictogram in one colour.
 import QtQuick
+import Vesk
 
 Image {
     id: image

@@ -2,6 +2,7 @@
 // says whether the button can be used as far as it is itself concerned, whatever lies over it.
 import QtQuick
 import QtQuick.Templates as T
+import Vesk
 
 T.AbstractButton {
     id: button

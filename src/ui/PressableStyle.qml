@@ -1,6 +1,7 @@
 // The press feedback of a button: its `scale` springs to 0.95 while the button is pressed and back to 1.
 import QtQuick
 import QtQuick.Templates as T
+import Vesk
 
 QtObject {
     id: style

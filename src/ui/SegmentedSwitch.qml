@@ -1,6 +1,7 @@
 // A choice between a few words, side by side.
 import QtQuick
 import QtQuick.Templates as T
+import Vesk
 
 FocusScope {
     id: control

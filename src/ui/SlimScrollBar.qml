@@ -1,6 +1,7 @@
 // A scroll bar that is only as visible as it needs to be.
 import QtQuick
 import QtQuick.Templates as T
+import Vesk
 
 T.ScrollBar {
     id: bar

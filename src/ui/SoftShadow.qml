@@ -1,5 +1,6 @@
 // A blurred shadow under its parent, a rounded rectangle. One small picture stretched at its middle.
 import QtQuick
+import Vesk
 
 BorderImage {
     property int cornerRadius: 20

@@ -1,5 +1,6 @@
 // The busy indicator: a short stroke that runs round a circle without end, once in 1.3 seconds.
 import QtQuick
+import Vesk
 
 Arc {
     id: spinner

@@ -1,6 +1,7 @@
 // An on-off switch in one colour. `toggled` tells of the user's changes, by pointer, key or assistive technology.
 import QtQuick
 import QtQuick.Templates as T
+import Vesk
 
 T.Switch {
     id: control

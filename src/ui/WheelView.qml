@@ -1,6 +1,7 @@
 // The disk as a ring: personal, smart and safe bytes one after another, the rest free. During a scan its progress runs
 // inside the ring.
 import QtQuick
+import Vesk
 
 Item {
     id: wheel

@@ -1,5 +1,6 @@
 // A piece of text, shown as it stands (never as markup) and read out as it stands.
 import QtQuick
+import Vesk
 
 Text {
     color: Theme.ink
