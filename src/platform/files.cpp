@@ -11,9 +11,11 @@
 
 namespace vesk {
 
-FolderListing listFolder(const std::filesystem::path& folder, ListingDetail detail) {
+namespace {
+
+// The children of a folder whose opening gave `opened`, or errno.
+FolderListing listOpened(const Descriptor& opened, ListingDetail detail) {
     FolderListing listing;
-    const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);
     if (!opened) {
         listing.error = posixError(errno);
         return listing;
@@ -39,6 +41,17 @@ FolderListing listFolder(const std::filesystem::path& folder, ListingDetail deta
     std::sort(listing.items.begin(), listing.items.end(),
               [](const FolderItem& a, const FolderItem& b) { return a.name < b.name; });
     return listing;
+}
+
+}  // namespace
+
+FolderListing listFolder(const std::filesystem::path& folder, ListingDetail detail) {
+    return listOpened(openFolder(AT_FDCWD, folder.c_str(), LastLink::follow), detail);
+}
+
+FolderListing listSubfolder(const std::filesystem::path& parent, const std::string& name, ListingDetail detail) {
+    const Descriptor above = openFolder(AT_FDCWD, parent.c_str(), LastLink::follow);
+    return listOpened(above ? openChildOnSameDevice(above.get(), name.c_str()) : Descriptor(), detail);
 }
 
 std::optional<ResourceValues> resourceValues(const std::filesystem::path& item) {

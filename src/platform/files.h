@@ -1,10 +1,12 @@
-// The door to single files and folders: every listing, existence test and look at one item goes through here.
+// The door to single files and folders: every listing, existence test, look at one item and move goes through here.
 // Nothing here follows a link unless it says so, changes an access time, or throws. Callable from any thread.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/error.h"
@@ -36,6 +38,10 @@ enum class ListingDetail { kinds, dates };
 /// Lists the direct children of a folder. A link to a folder is followed at the end of the path.
 FolderListing listFolder(const std::filesystem::path& folder, ListingDetail detail);
 
+/// Lists a folder that lies directly in `parent`, for walks: a link or the foot of another volume (a mount point) is
+/// not entered but fails.
+FolderListing listSubfolder(const std::filesystem::path& parent, const std::string& name, ListingDetail detail);
+
 /// Looks at one item, not following a link at the end of the path; absent when it does not exist or may not be
 /// looked at.
 std::optional<ResourceValues> resourceValues(const std::filesystem::path& item);
@@ -45,5 +51,33 @@ bool itemExists(const std::filesystem::path& item);
 
 /// The path with every link in it resolved; absent when it leads nowhere.
 std::optional<std::filesystem::path> resolvingLinks(const std::filesystem::path& item);
+
+/// Which folder stands at a path, so that another one put in its place can be told from it.
+struct FolderIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    /// When the folder was made, since inode numbers are used again; absent when the file system does not say.
+    std::optional<Date> made;
+    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
+};
+
+/// The identity of the folder that a path leads to (links are followed); absent when there is none or it may not be
+/// looked at.
+std::optional<FolderIdentity> folderIdentity(const std::filesystem::path& folder);
+
+/// The same of an open folder.
+std::optional<FolderIdentity> folderIdentity(int folder);
+
+/// Moves an item from one open folder to another, or within one, under a new name: by one rename, never over anything
+/// (EEXIST), never to another file system (EXDEV). Returns 0, or the errno value of the failure; nothing has moved
+/// then.
+int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const char* newName);
+
+/// Makes a folder and those above it that are missing, each with this mode less the user's mask. Returns 0 when the
+/// folder stands, or the errno value of the failure.
+int makeFolders(const std::filesystem::path& folder, unsigned mode);
+
+/// Writes all the bytes to an open file. Returns 0, or the errno value of the failure.
+int writeAll(int file, std::string_view bytes);
 
 }  // namespace vesk

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/files.h"
 #include "platform/folder_reader.h"
 #include "platform/preferences.h"
 #include "platform/world.h"
@@ -18,32 +19,6 @@ namespace {
 
 constexpr std::string_view yes = "true\n";
 constexpr std::string_view no = "false\n";
-
-bool writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-// Makes the folder, and the folders above it, readable by their owner alone.
-bool makePrivateFolder(const std::filesystem::path& folder) {
-    struct stat found {};
-    if (stat(folder.c_str(), &found) == 0) {
-        return S_ISDIR(found.st_mode);
-    }
-    if (folder.has_relative_path() && !makePrivateFolder(folder.parent_path())) {
-        return false;
-    }
-    return mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST;
-}
 
 }  // namespace
 
@@ -90,7 +65,7 @@ std::optional<std::string> Preferences::data(std::string_view key) const {
 }
 
 bool Preferences::setData(std::string_view key, std::string_view bytes) {
-    if (!makePrivateFolder(folder_)) {
+    if (makeFolders(folder_, 0700) != 0) {
         return false;
     }
     std::string temporary = (folder_ / key).string() + ".XXXXXX";
@@ -99,7 +74,7 @@ bool Preferences::setData(std::string_view key, std::string_view bytes) {
     if (!file) {
         return false;
     }
-    const bool written = writeAll(file.get(), bytes) && fsync(file.get()) == 0;
+    const bool written = writeAll(file.get(), bytes) == 0 && fsync(file.get()) == 0;
     file.close();
     if (!written || ::rename(temporary.c_str(), (folder_ / key).c_str()) != 0) {
         ::unlink(temporary.c_str());

@@ -4,29 +4,21 @@
 
 namespace vesk {
 
-namespace {
-
-std::vector<Card> nothing(Probe& /*probe*/) {
-    return {};
-}
-
-}  // namespace
-
 std::vector<Spec> Scanner::specs() {
     return {
         {"Browser clones", rules::browserClones},
         {"App caches", rules::appCaches},
         {"Old crash reports", rules::oldCrashReports},
-        {"Time Machine snapshots", nothing},
-        {"Phone and tablet files", nothing},
-        {"Xcode builds", nothing},
-        {"Dormant AI models", nothing},
-        {"Developer downloads", nothing},
-        {"Idle coding projects", nothing},
-        {"Virtual machine disks", nothing},
-        {"Video editing caches", nothing},
-        {"Leftover app folders", nothing},
-        {"Old downloads", nothing},
+        {"Time Machine snapshots", rules::timeMachineSnapshots},
+        {"Phone and tablet files", rules::phoneAndTabletFiles},
+        {"Xcode builds", rules::xcodeBuilds},
+        {"Dormant AI models", rules::dormantModels},
+        {"Developer downloads", rules::developerDownloads},
+        {"Idle coding projects", projectCards},
+        {"Virtual machine disks", rules::virtualMachineDisks},
+        {"Video editing caches", rules::videoEditingCaches},
+        {"Leftover app folders", orphanCard},
+        {"Old downloads", rules::oldDownloads},
     };
 }
 

@@ -9,7 +9,7 @@
 #include "core/scanner.h"
 #include "platform/text.h"
 #include "platform/world.h"
-#include "rules/listing.h"
+#include "rules/gathering.h"
 #include "rules/rules.h"
 
 namespace vesk::rules {
@@ -24,16 +24,20 @@ constexpr std::string_view braveMark = "brave";
 constexpr const char* braveName = "Brave ghost clone";
 constexpr const char* chromeName = "Chrome ghost clone";
 
-constexpr const char* id = "clones";
 // Chrome's title stands for both browsers.
-constexpr const char* title = "Chrome ghost clones";
-constexpr const char* symbol = "square.on.square.dashed";
-constexpr double confidence = 0.95;
-constexpr double risk = 1.0;
-constexpr const char* summary = "Leftover copies Chrome and Brave make while updating themselves.";
-constexpr const char* why =
-    "These temporary copies are only used while a browser is being verified or updated. The browser quietly makes a "
-    "new one whenever it needs it.";
+constexpr CardDescription card = {
+    .id = "clones",
+    .title = "Chrome ghost clones",
+    .symbol = "square.on.square.dashed",
+    .bucket = Bucket::safe,
+    .confidence = 0.95,
+    .risk = 1.0,
+    .summary = "Leftover copies Chrome and Brave make while updating themselves.",
+    .why =
+        "These temporary copies are only used while a browser is being verified or updated. The browser quietly makes "
+        "a "
+        "new one whenever it needs it.",
+};
 }  // namespace clones
 
 namespace caches {
@@ -43,15 +47,19 @@ constexpr std::array<std::string_view, 3> skippedPrefixes = {"com.apple.", "Adob
 constexpr std::array<std::string_view, 6> skippedNames = {"Homebrew",    "pip",   "pnpm",
                                                           "huggingface", "torch", "CloudKit"};
 
-constexpr const char* id = "caches";
-constexpr const char* title = "App caches";
-constexpr const char* symbol = "internaldrive";
-constexpr double confidence = 0.85;
-constexpr double risk = 1.5;
-constexpr const char* summary = "Temporary files your apps saved to load faster.";
-constexpr const char* why =
-    "Caches are copies of things apps can download or rebuild. Apps may feel a touch slower the first time you open "
-    "them afterwards.";
+constexpr CardDescription card = {
+    .id = "caches",
+    .title = "App caches",
+    .symbol = "internaldrive",
+    .bucket = Bucket::safe,
+    .confidence = 0.85,
+    .risk = 1.5,
+    .summary = "Temporary files your apps saved to load faster.",
+    .why =
+        "Caches are copies of things apps can download or rebuild. Apps may feel a touch slower the first time you "
+        "open "
+        "them afterwards.",
+};
 }  // namespace caches
 
 namespace crashes {
@@ -60,13 +68,16 @@ constexpr std::array<std::string_view, 2> locations = {"Library/Logs/DiagnosticR
                                                        "Library/Logs/DiagnosticReports/Retired"};
 constexpr const char* entryName = "Crash report";
 
-constexpr const char* id = "crash";
-constexpr const char* title = "Old crash reports";
-constexpr const char* symbol = "exclamationmark.bubble";
-constexpr double confidence = 0.98;
-constexpr double risk = 1.0;
-constexpr const char* summary = "Reports about app crashes from over a week ago.";
-constexpr const char* why = "These are only diagnostic notes. Nothing reads them unless you send them to a developer.";
+constexpr CardDescription card = {
+    .id = "crash",
+    .title = "Old crash reports",
+    .symbol = "exclamationmark.bubble",
+    .bucket = Bucket::safe,
+    .confidence = 0.98,
+    .risk = 1.0,
+    .summary = "Reports about app crashes from over a week ago.",
+    .why = "These are only diagnostic notes. Nothing reads them unless you send them to a developer.",
+};
 }  // namespace crashes
 
 bool isCacheOffered(std::string_view name) {
@@ -77,12 +88,6 @@ bool isCacheOffered(std::string_view name) {
 
 const char* cloneName(std::string_view fileName) {
     return lowercased(fileName).find(clones::braveMark) != std::string::npos ? clones::braveName : clones::chromeName;
-}
-
-void add(std::vector<Entry>& entries, std::optional<Entry> entry) {
-    if (entry) {
-        entries.push_back(*std::move(entry));
-    }
 }
 
 }  // namespace
@@ -100,8 +105,7 @@ std::vector<Card> browserClones(Probe& probe) {
             }
         }
     }
-    return listOf(Scanner::makeCard(clones::id, clones::title, clones::symbol, Bucket::safe, clones::confidence,
-                                    clones::risk, clones::summary, clones::why, std::move(entries)));
+    return cardOf(clones::card, std::move(entries));
 }
 
 std::vector<Card> appCaches(Probe& probe) {
@@ -109,11 +113,10 @@ std::vector<Card> appCaches(Probe& probe) {
     std::vector<Entry> entries;
     for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
         if (isCacheOffered(item.name)) {
-            add(entries, probe.entry(location / item.name, Scanner::pretty(item.name)));
+            add(entries, probe.entry(location / item.name, Scanner::pretty(label(item.name))));
         }
     }
-    return listOf(Scanner::makeCard(caches::id, caches::title, caches::symbol, Bucket::safe, caches::confidence,
-                                    caches::risk, caches::summary, caches::why, std::move(entries)));
+    return cardOf(caches::card, std::move(entries));
 }
 
 std::vector<Card> oldCrashReports(Probe& probe) {
@@ -127,8 +130,7 @@ std::vector<Card> oldCrashReports(Probe& probe) {
             }
         }
     }
-    return listOf(Scanner::makeCard(crashes::id, crashes::title, crashes::symbol, Bucket::safe, crashes::confidence,
-                                    crashes::risk, crashes::summary, crashes::why, std::move(entries)));
+    return cardOf(crashes::card, std::move(entries));
 }
 
 }  // namespace vesk::rules

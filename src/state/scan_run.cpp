@@ -17,7 +17,9 @@ RuleResult runRule(const Spec& rule, std::shared_ptr<Tracker> tracker) {
     enterBackground();
     Probe probe(std::move(tracker));
     std::vector<Card> cards = rule.run(probe);
-    return RuleResult{rule.label, std::move(cards), probe.blocked};
+    SeenFolders folders;
+    folders.look(cards);
+    return RuleResult{rule.label, std::move(cards), probe.blocked, std::move(folders)};
 }
 
 }  // namespace

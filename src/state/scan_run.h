@@ -10,6 +10,7 @@
 
 #include "core/spec.h"
 #include "core/tracker.h"
+#include "state/seen_folders.h"
 
 class QThreadPool;
 
@@ -21,6 +22,8 @@ struct RuleResult {
     std::vector<Card> cards;
     /// Whether its probe was refused somewhere.
     bool blocked = false;
+    /// The folders that the cards' entries lie in.
+    SeenFolders folders;
 };
 
 class ScanRun : public QObject {

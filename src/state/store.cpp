@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/byte_count.h"
 #include "core/checked_sum.h"
 #include "platform/settings_link.h"
 #include "platform/world.h"
 #include "rules/catalogue.h"
+#include "rules/run_tool.h"
 #include "state/scan_run.h"
 
 namespace vesk {
@@ -22,14 +24,22 @@ std::optional<std::string> presentText(const QString& text) {
 
 }  // namespace
 
-Store::Sources::Sources() : catalogue(Scanner::specs), volume([] { return readVolumeFigures(world().root); }) {
+Store::Sources::Sources()
+    : catalogue(Scanner::specs),
+      volume([] { return readVolumeFigures(world().root); }),
+      runTool([](const std::string& path, const std::vector<std::string>& arguments) {
+          return vesk::runTool(path, arguments).status;
+      }) {
 }
 
 Store::Store(Sources sources, QObject* parent)
-    : QObject(parent), sources_(std::move(sources)), poller_(new QTimer(this)) {
+    : QObject(parent), sources_(std::move(sources)), poller_(new QTimer(this)), previewPause_(new QTimer(this)) {
     constexpr int pollMilliseconds = 100;
     poller_->setInterval(pollMilliseconds);
     connect(poller_, &QTimer::timeout, this, &Store::publishCounts);
+    previewPause_->setSingleShot(true);
+    previewPause_->setTimerType(Qt::PreciseTimer);
+    connect(previewPause_, &QTimer::timeout, this, &Store::finishPreview);
     connect(this, &Store::cardsChanged, this, &Store::totalsChanged);
     connect(this, &Store::capacityChanged, this, &Store::totalsChanged);
     connect(this, &Store::freeChanged, this, &Store::totalsChanged);
@@ -37,10 +47,13 @@ Store::Store(Sources sources, QObject* parent)
     connect(this, &Store::cleaningChanged, this, &Store::busyChanged);
 
     previewOnly_ = preferences_.boolean(previewKey).value_or(false);
+    loadHistory();
     readVolume();
 }
 
-Store::~Store() = default;
+Store::~Store() {
+    finish();
+}
 
 void Store::setShowConfirm(bool value) {
     publish(showConfirm_, value, &Store::showConfirmChanged);
@@ -61,6 +74,31 @@ void Store::setPreviewOnly(bool value) {
 
 void Store::setPhase(Phase phase) {
     publish(phase_, phase, &Store::phaseChanged);
+}
+
+void Store::setCleaning(bool value) {
+    publish(cleaning_, value, &Store::cleaningChanged);
+}
+
+void Store::setCelebration(std::optional<Celebration> celebration) {
+    publish(celebration_, std::move(celebration), &Store::celebrationChanged);
+}
+
+void Store::dismissCelebration() {
+    setCelebration(std::nullopt);
+}
+
+QVariant Store::celebrationFields() const {
+    if (!celebration_) {
+        return QVariant::fromValue(nullptr);
+    }
+    return QVariantMap{
+        {QStringLiteral("id"), QString::fromStdString(celebration_->id.text())},
+        {QStringLiteral("bytesText"), QString::fromStdString(byteCountText(celebration_->bytes))},
+        {QStringLiteral("preview"), celebration_->preview},
+        {QStringLiteral("snapshots"), static_cast<qint64>(celebration_->snapshots)},
+        {QStringLiteral("failures"), static_cast<qint64>(celebration_->failures)},
+    };
 }
 
 QString Store::phaseName() const {

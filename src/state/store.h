@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/card.h"
@@ -19,7 +20,11 @@
 #include "platform/volume.h"
 #include "state/card_list.h"
 #include "state/celebration.h"
+#include "state/cleaning_worker.h"
+#include "state/detached_task.h"
 #include "state/history_entry.h"
+#include "state/history_list.h"
+#include "state/seen_folders.h"
 
 class QTimer;
 
@@ -40,8 +45,10 @@ class Store : public QObject {
     Q_PROPERTY(qint64 free READ free NOTIFY freeChanged)
     Q_PROPERTY(bool cleaning READ cleaning NOTIFY cleaningChanged)
     Q_PROPERTY(bool showConfirm READ showConfirm WRITE setShowConfirm NOTIFY showConfirmChanged)
+    Q_PROPERTY(QVariant celebration READ celebrationFields NOTIFY celebrationChanged)
     Q_PROPERTY(QString detailID READ detailIDText WRITE setDetailIDText NOTIFY detailIDChanged)
     Q_PROPERTY(QString notice READ noticeText WRITE setNoticeText NOTIFY noticeChanged)
+    Q_PROPERTY(vesk::HistoryList* history READ historyList CONSTANT)
     Q_PROPERTY(bool previewOnly READ previewOnly WRITE setPreviewOnly NOTIFY previewOnlyChanged)
     Q_PROPERTY(qint64 safeBytes READ safeBytes NOTIFY totalsChanged)
     Q_PROPERTY(qint64 smartBytes READ smartBytes NOTIFY totalsChanged)
@@ -61,11 +68,14 @@ public:
         std::function<std::vector<Spec>()> catalogue;
         /// The start-up volume's figures.
         std::function<VolumeFigures()> volume;
+        /// Runs the backup tool and returns its exit status. Called on another thread.
+        std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
         Sources();
     };
 
     /// Reads the preview switch, the history and the volume's figures. No scan starts here.
     explicit Store(Sources sources = Sources(), QObject* parent = nullptr);
+    /// Finishes first.
     ~Store() override;
 
     Phase phase() const { return phase_; }
@@ -84,10 +94,14 @@ public:
     qint64 free() const { return free_; }
     bool cleaning() const { return cleaning_; }
     bool showConfirm() const { return showConfirm_; }
+    /// What the last clean came to, until the user has seen it; absent when there is nothing to show.
+    const std::optional<Celebration>& celebration() const { return celebration_; }
     /// Id of the card whose detail sheet is open; absent when none is.
     const std::optional<std::string>& detailID() const { return detailID_; }
     /// A one-line message to the user; absent when there is none.
     const std::optional<std::string>& notice() const { return notice_; }
+    /// Past cleanups, newest first.
+    const std::vector<HistoryEntry>& history() const { return historyList_.entries(); }
     bool previewOnly() const { return previewOnly_; }
 
     void setShowConfirm(bool value);
@@ -117,6 +131,25 @@ public:
     /// Runs every rule and publishes their cards in order of priority. Does nothing while `busy`.
     Q_INVOKABLE void scan();
 
+    /// Moves every entry of the ticked cards to the Trash, deletes their snapshots, records the run in the history,
+    /// publishes a celebration and scans again. With `previewOnly` nothing is touched and no scan follows. Does nothing
+    /// while `busy` or without a ticked card.
+    Q_INVOKABLE void performClean();
+    /// Ends the celebration.
+    Q_INVOKABLE void dismissCelebration();
+
+    /// Moves the items of the entry with this id back from the Trash, tells the outcome in `notice` and scans again.
+    /// Does nothing while `busy`, nor for an unknown id.
+    void undo(const Uuid& id);
+    /// The same for an id in its textual form.
+    Q_INVOKABLE void undo(const QString& id);
+    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before.
+    void saveHistory();
+
+    /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
+    /// and no scan follows. Waits for that at most a second and a half. For a program that is asked to quit.
+    void finish();
+
     /// Ticks or unticks the first card of that id; does nothing when there is none.
     Q_INVOKABLE void setSelected(const QString& id, bool value);
     /// Ticks the safe cards and unticks all others.
@@ -135,6 +168,7 @@ Q_SIGNALS:
     void freeChanged();
     void cleaningChanged();
     void showConfirmChanged();
+    void celebrationChanged();
     void detailIDChanged();
     void noticeChanged();
     void previewOnlyChanged();
@@ -158,13 +192,30 @@ private:
     QString noticeText() const;
     void setNoticeText(const QString& text);
 
+    QVariant celebrationFields() const;
+    HistoryList* historyList() { return &historyList_; }
+
     void setPhase(Phase phase);
+    void setCleaning(bool value);
+    void setCelebration(std::optional<Celebration> celebration);
     void readVolume();
     std::int64_t bytesIn(Bucket bucket) const;
 
     void publishCounts();
     void takeRuleResult(RuleResult result);
     void finishScan();
+
+    static std::vector<std::string> titlesOf(const std::vector<Card>& cards);
+    static std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards);
+    std::vector<CleaningItem> workListOf(const std::vector<Card>& cards) const;
+    void finishClean(CleaningResult result);
+    void finishPreview();
+    void recordClean(HistoryEntry entry, std::int64_t failures);
+    void rescan();
+
+    void loadHistory();
+    std::optional<std::size_t> historyRow(const Uuid& id) const;
+    void finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted);
 
     Sources sources_;
     Preferences preferences_;
@@ -179,16 +230,31 @@ private:
     qint64 free_ = 0;
     bool cleaning_ = false;
     bool showConfirm_ = false;
+    std::optional<Celebration> celebration_;
     std::optional<std::string> detailID_;
     std::optional<std::string> notice_;
+    HistoryList historyList_;
     bool previewOnly_ = false;
+
+    // Where the entries of `cards` lay.
+    SeenFolders seenFolders_;
 
     // Of the running scan.
     std::unique_ptr<ScanRun> scanRun_;
     QTimer* poller_ = nullptr;
     std::vector<Card> collectedCards_;
     std::vector<std::string> collectedBlocked_;
+    SeenFolders collectedFolders_;
     std::size_t finishedRules_ = 0;
+
+    // Of the running clean, preview or undo.
+    std::vector<std::string> cleaningTitles_;
+    std::int64_t previewBytes_ = 0;
+    QTimer* previewPause_ = nullptr;
+    bool finishing_ = false;
+    // Last, so that nothing of theirs outlives what it needs.
+    DetachedTask<CleaningResult> cleaningTask_;
+    DetachedTask<std::size_t> restoreTask_;
 };
 
 }  // namespace vesk

@@ -50,6 +50,7 @@ void Store::scan() {
 
     collectedCards_.clear();
     collectedBlocked_.clear();
+    collectedFolders_ = {};
     finishedRules_ = 0;
     scanRun_ = std::make_unique<ScanRun>(sources_.catalogue());
 
@@ -71,6 +72,7 @@ void Store::publishCounts() {
 
 void Store::takeRuleResult(RuleResult result) {
     std::move(result.cards.begin(), result.cards.end(), std::back_inserter(collectedCards_));
+    collectedFolders_.merge(std::move(result.folders));
     if (result.blocked) {
         collectedBlocked_.push_back(std::move(result.label));
     }
@@ -85,6 +87,7 @@ void Store::takeRuleResult(RuleResult result) {
 void Store::finishScan() {
     poller_->stop();
 
+    seenFolders_ = std::exchange(collectedFolders_, {});
     cardList_.replace(inPriorityOrder(std::exchange(collectedCards_, {})));
     Q_EMIT cardsChanged();
     std::sort(collectedBlocked_.begin(), collectedBlocked_.end());

@@ -1,4 +1,6 @@
 // The cards of the last scan, best first.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T

@@ -1,4 +1,6 @@
 // The content of the window: the panel on the left, cards or history on the right, and what is laid over them.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Vesk

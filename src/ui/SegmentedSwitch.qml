@@ -1,4 +1,6 @@
 // A choice between a few words, side by side.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Vesk

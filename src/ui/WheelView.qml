@@ -1,5 +1,7 @@
 // The disk as a ring: personal, smart and safe bytes one after another, the rest free. During a scan its progress runs
 // inside the ring.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Vesk
 
@@ -97,7 +99,7 @@ Item {
             }
             Spinner {
                 anchors.fill: parent
-                inset: (wheel.ringWidth - lineWidth) / 2
+                inset: wheel.ringWidth / 2 - 4
             }
         }
     }

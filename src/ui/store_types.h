@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include "state/card_list.h"
+#include "state/history_list.h"
 #include "state/store.h"
 
 namespace vesk {
@@ -21,6 +22,20 @@ struct ForeignCardList {
     QML_FOREIGN(vesk::CardList)
     QML_NAMED_ELEMENT(CardList)
     QML_UNCREATABLE("The cards of a store.")
+};
+
+struct ForeignHistoryList {
+    Q_GADGET
+    QML_FOREIGN(vesk::HistoryList)
+    QML_NAMED_ELEMENT(HistoryList)
+    QML_UNCREATABLE("The history of a store.")
+};
+
+// Counts of bytes and files.
+struct ForeignCount {
+    Q_GADGET
+    QML_FOREIGN(qlonglong)
+    QML_ANONYMOUS
 };
 
 }  // namespace vesk

@@ -1,0 +1,52 @@
+#include "rules/gathering.h"
+
+#include <utility>
+
+#include "core/scanner.h"
+#include "platform/text.h"
+
+namespace vesk::rules {
+
+void addCard(std::vector<Card>& cards, const CardDescription& description, std::vector<Entry> entries) {
+    std::optional<Card> card = Scanner::makeCard(description.id, description.title, description.symbol,
+                                                 description.bucket, description.confidence, description.risk,
+                                                 description.summary, description.why, std::move(entries));
+    if (card) {
+        cards.push_back(*std::move(card));
+    }
+}
+
+std::vector<Card> cardOf(const CardDescription& description, std::vector<Entry> entries) {
+    std::vector<Card> cards;
+    addCard(cards, description, std::move(entries));
+    return cards;
+}
+
+void add(std::vector<Entry>& entries, std::optional<Entry> entry) {
+    if (entry) {
+        entries.push_back(*std::move(entry));
+    }
+}
+
+std::vector<FolderItem> childrenOf(const std::filesystem::path& folder, ListingDetail detail) {
+    return listFolder(folder, detail).items;
+}
+
+std::vector<FolderItem> childrenOrBlocked(Probe& probe, const std::filesystem::path& folder, ListingDetail detail) {
+    FolderListing listing = listFolder(folder, detail);
+    if (listing.error && Probe::isPermission(*listing.error)) {
+        probe.blocked = true;
+    }
+    return std::move(listing.items);
+}
+
+std::string label(std::string_view fileName) {
+    return decodedUtf8(fileName);
+}
+
+std::string_view pathExtension(std::string_view fileName) {
+    const std::size_t dot = fileName.rfind('.');
+    return dot == std::string_view::npos || dot == 0 ? std::string_view() : fileName.substr(dot + 1);
+}
+
+}  // namespace vesk::rules

@@ -1,0 +1,51 @@
+// What lies at the top of Downloads and was neither changed nor opened for 60 days.
+
+#include <chrono>
+#include <string_view>
+
+#include "core/scanner.h"
+#include "rules/gathering.h"
+#include "rules/rules.h"
+
+namespace vesk::rules {
+
+namespace {
+
+constexpr std::chrono::seconds age{5'184'000};
+constexpr std::string_view downloads = "Downloads";
+
+constexpr CardDescription downloadCard = {
+    .id = "downloads",
+    .title = "Downloads older than 60 days",
+    .symbol = "arrow.down.circle",
+    .bucket = Bucket::smart,
+    .confidence = 0.6,
+    .risk = 3.0,
+    .summary = "Files you downloaded long ago and haven't opened since.",
+    .why =
+        "They might be installers you're done with, or something you still want. Take a quick look in 'What's "
+        "inside' first.",
+};
+
+// Judged by the item's own two dates, also for a folder. Not every file system keeps access dates.
+bool isOld(const ResourceValues& values, Date cutOff) {
+    return values.contentModificationDate && *values.contentModificationDate < cutOff &&
+           (!values.contentAccessDate || *values.contentAccessDate < cutOff);
+}
+
+}  // namespace
+
+std::vector<Card> oldDownloads(Probe& probe) {
+    const Date cutOff = now() - age;
+    const std::filesystem::path location = Scanner::home() / downloads;
+    std::vector<Entry> entries;
+    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
+        const std::optional<ResourceValues> values = resourceValues(location / item.name);
+        if (values && isOld(*values, cutOff)) {
+            add(entries, probe.entry(location / item.name, label(item.name)));
+        }
+    }
+    return cardOf(downloadCard, std::move(entries));
+}
+
+}  // namespace vesk::rules

@@ -1,0 +1,134 @@
+// Local Time Machine snapshots. They are no files: the card carries their stamps, and cleaning has the backup tool
+// delete them.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include "platform/date.h"
+#include "platform/world.h"
+#include "rules/rules.h"
+#include "rules/run_tool.h"
+
+namespace vesk::rules {
+
+namespace {
+
+constexpr std::string_view tool = "/usr/bin/tmutil";
+constexpr std::string_view prefix = "com.apple.TimeMachine.";
+constexpr std::string_view suffix = ".local";
+// "yyyy-MM-dd-HHmmss" with a 0 for each digit.
+constexpr std::string_view stampShape = "0000-00-00-000000";
+
+constexpr double secondsPerDay = 86'400.0;
+// Snapshots come hourly, so one without a readable time is taken as new, not as the usual thirty days old.
+constexpr double leastDormancy = 1.0;
+
+constexpr const char* id = "snapshots";
+constexpr const char* title = "Local Time Machine snapshots";
+constexpr const char* symbol = "clock.arrow.circlepath";
+constexpr double confidence = 0.9;
+constexpr double risk = 1.5;
+constexpr const char* why =
+    "Your real backups on the Time Machine disk are untouched. These are extra short-term copies macOS also frees "
+    "automatically when space runs low. Note: they can't be put in the Trash, so removing them can't be undone.";
+
+std::string summary(std::size_t count) {
+    return std::to_string(count) + " hourly backup " + (count == 1 ? "copy" : "copies") +
+           " kept on this Mac (size varies).";
+}
+
+std::string_view withoutBlanksAround(std::string_view text) {
+    constexpr std::string_view blanks = " \t";
+    const std::size_t start = text.find_first_not_of(blanks);
+    return start == std::string_view::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
+}
+
+void removeEvery(std::string& text, std::string_view part) {
+    for (std::size_t place = text.find(part); place != std::string::npos; place = text.find(part, place)) {
+        text.erase(place, part.size());
+    }
+}
+
+std::vector<std::string> stampsIn(std::string_view output) {
+    std::vector<std::string> stamps;
+    while (!output.empty()) {
+        const std::size_t end = std::min(output.find('\n'), output.size());
+        const std::string_view line = withoutBlanksAround(output.substr(0, end));
+        output.remove_prefix(std::min(end + 1, output.size()));
+        if (line.starts_with(prefix)) {
+            std::string& stamp = stamps.emplace_back(line);
+            removeEvery(stamp, prefix);
+            removeEvery(stamp, suffix);
+        }
+    }
+    return stamps;
+}
+
+bool hasStampShape(std::string_view text) {
+    const auto fits = [](char found, char wanted) {
+        return wanted == '0' ? found >= '0' && found <= '9' : found == wanted;
+    };
+    return text.size() == stampShape.size() && std::equal(text.begin(), text.end(), stampShape.begin(), fits);
+}
+
+// When a snapshot was taken: the stamp is in this Mac's own time. Absent for a text that is no such stamp.
+std::optional<Date> dateOfStamp(const std::string& stamp) {
+    if (!hasStampShape(stamp)) {
+        return std::nullopt;
+    }
+    const auto number = [&](std::size_t place, std::size_t digits) { return std::stoi(stamp.substr(place, digits)); };
+    std::tm wanted{};
+    wanted.tm_year = number(0, 4) - 1900;
+    wanted.tm_mon = number(5, 2) - 1;
+    wanted.tm_mday = number(8, 2);
+    wanted.tm_hour = number(11, 2);
+    wanted.tm_min = number(13, 2);
+    wanted.tm_sec = number(15, 2);
+    wanted.tm_isdst = -1;
+    std::tm found = wanted;
+    const std::time_t seconds = std::mktime(&found);
+    // mktime makes March 2 of a February 30, but no such day was ever written. An hour that the clocks skipped in
+    // spring is let through.
+    if (wanted.tm_hour > 23 || found.tm_mon != wanted.tm_mon || found.tm_mday != wanted.tm_mday ||
+        found.tm_min != wanted.tm_min || found.tm_sec != wanted.tm_sec) {
+        return std::nullopt;
+    }
+    return dateFromUnix(seconds, 0);
+}
+
+double dormancyDays(const std::vector<std::string>& stamps) {
+    std::optional<Date> newest;
+    for (const std::string& stamp : stamps) {
+        newest = std::max(newest, dateOfStamp(stamp));
+    }
+    return newest ? std::max(leastDormancy, secondsBetween(*newest, now()) / secondsPerDay) : leastDormancy;
+}
+
+}  // namespace
+
+std::vector<Card> timeMachineSnapshots(Probe& /*probe*/) {
+    const ToolResult listed = runTool(world().rooted(tool), {"listlocalsnapshots", "/"});
+    std::vector<std::string> stamps = stampsIn(listed.output);
+    if (stamps.empty()) {
+        return {};
+    }
+    Card card;
+    card.id = id;
+    card.title = title;
+    card.symbol = symbol;
+    card.bucket = Bucket::safe;
+    card.confidence = confidence;
+    card.risk = risk;
+    card.summary = summary(stamps.size());
+    card.why = why;
+    card.dormancyDays = dormancyDays(stamps);
+    card.snapshotIDs = std::move(stamps);
+    card.selected = true;
+    return {card};
+}
+
+}  // namespace vesk::rules

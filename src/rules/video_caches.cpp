@@ -1,0 +1,95 @@
+// Previews and render files of video editors, which make them again from the footage.
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "core/scanner.h"
+#include "platform/text.h"
+#include "rules/gathering.h"
+#include "rules/rules.h"
+
+namespace vesk::rules {
+
+namespace {
+
+constexpr FixedLocation premiere[] = {
+    {"Library/Application Support/Adobe/Common/Media Cache Files", "Premiere media cache"},
+    {"Library/Application Support/Adobe/Common/Media Cache", "Premiere media cache"},
+    {"Library/Application Support/Adobe/Common/Peak Files", "Premiere audio previews"},
+};
+
+constexpr std::string_view caches = "Library/Caches";
+constexpr std::string_view afterEffectsPrefix = "Adobe After Effects";
+constexpr const char* afterEffectsName = "After Effects cache";
+
+constexpr std::string_view movies = "Movies";
+constexpr std::string_view libraryExtension = "fcpbundle";
+constexpr std::array<std::string_view, 2> rendered = {"Render Files", "Transcoded Media"};
+constexpr const char* finalCutName = "Final Cut ";
+
+constexpr CardDescription videoCard = {
+    .id = "video",
+    .title = "Video editing caches",
+    .symbol = "film",
+    .bucket = Bucket::smart,
+    .confidence = 0.8,
+    .risk = 2.0,
+    .summary = "Preview and render files from Final Cut, Premiere and After Effects.",
+    .why =
+        "Your projects and original footage aren't in here. The apps rebuild these previews, but big timelines may "
+        "need time to re-render.",
+};
+
+void addAfterEffects(Probe& probe, std::vector<Entry>& entries) {
+    const std::filesystem::path location = Scanner::home() / caches;
+    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
+        if (item.name.starts_with(afterEffectsPrefix)) {
+            add(entries, probe.entry(location / item.name, afterEffectsName));
+        }
+    }
+}
+
+void addRendered(Probe& probe, const std::filesystem::path& folder, const std::vector<FolderItem>& items,
+                 std::vector<Entry>& entries) {
+    for (const FolderItem& item : items) {
+        if (std::find(rendered.begin(), rendered.end(), item.name) != rendered.end()) {
+            add(entries, probe.entry(folder / item.name, finalCutName + lowercased(item.name)));
+        }
+    }
+}
+
+// Render files lie in an event of the library, or in a folder inside an event.
+void addEvent(Probe& probe, const std::filesystem::path& event, std::vector<Entry>& entries) {
+    const std::vector<FolderItem> items = childrenOrBlocked(probe, event, ListingDetail::kinds);
+    addRendered(probe, event, items, entries);
+    for (const FolderItem& item : items) {
+        if (item.isDirectory) {
+            const std::filesystem::path inner = event / item.name;
+            addRendered(probe, inner, childrenOrBlocked(probe, inner, ListingDetail::kinds), entries);
+        }
+    }
+}
+
+void addFinalCut(Probe& probe, std::vector<Entry>& entries) {
+    const std::filesystem::path location = Scanner::home() / movies;
+    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
+        if (pathExtension(item.name) == libraryExtension) {
+            const std::filesystem::path library = location / item.name;
+            for (const FolderItem& event : childrenOrBlocked(probe, library, ListingDetail::kinds)) {
+                addEvent(probe, library / event.name, entries);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<Card> videoEditingCaches(Probe& probe) {
+    std::vector<Entry> entries = Scanner::fixed(probe, premiere);
+    addAfterEffects(probe, entries);
+    addFinalCut(probe, entries);
+    return cardOf(videoCard, std::move(entries));
+}
+
+}  // namespace vesk::rules

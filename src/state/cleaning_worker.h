@@ -1,0 +1,44 @@
+// The part of a clean that touches the disk. Runs off the main thread, on copies, and knows nothing of Store.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/trash.h"
+#include "state/history_entry.h"
+
+namespace vesk {
+
+/// One entry of a selected card.
+struct CleaningItem {
+    SeenItem item;
+    /// Bytes, as the scan measured them.
+    std::int64_t size = 0;
+};
+
+struct CleaningResult {
+    /// The items that the Trash took, in work-list order. `trashed` is empty where the system did not tell the place.
+    std::vector<HistoryEntry::Move> moves;
+    /// Items that the Trash refused and snapshots that could not be deleted.
+    std::int64_t failures = 0;
+    std::int64_t snapshotsRemoved = 0;
+};
+
+/// What the worker acts with.
+struct CleaningTools {
+    std::function<TrashOutcome(const SeenItem&)> moveToTrash;
+    /// Runs a program and returns its exit status.
+    std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
+    /// Asked before each step: whether to stop there. What was not tried then counts neither as done nor as failed.
+    std::function<bool()> stopRequested = [] { return false; };
+    /// Told once all moves are made: deleting snapshots can take as long as the tool likes.
+    std::function<void(const CleaningResult&)> movesMade = [](const CleaningResult&) {};
+};
+
+/// Moves the items to the Trash one by one, then deletes the snapshots one by one. Nothing is tried twice.
+CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std::vector<std::string>& snapshotIDs,
+                           const CleaningTools& tools);
+
+}  // namespace vesk

@@ -1,0 +1,102 @@
+#include "state/history_list.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QStringList>
+#include <utility>
+
+#include "core/byte_count.h"
+
+namespace vesk {
+
+namespace {
+
+QString joinedTitles(const HistoryEntry& entry) {
+    QStringList titles;
+    for (const std::string& title : entry.titles) {
+        titles.append(QString::fromStdString(title));
+    }
+    return titles.join(QStringLiteral(", "));
+}
+
+// "Feb 22, 2022 at 2:22 AM", whatever language the user has set: all of Vesk's texts are in English.
+QString dateText(Date date) {
+    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(date).time_since_epoch().count();
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(milliseconds);
+    return QLocale(QLocale::English, QLocale::UnitedStates).toString(local, QStringLiteral("MMM d, yyyy 'at' h:mm AP"));
+}
+
+}  // namespace
+
+void HistoryList::load(std::vector<HistoryEntry> entries) {
+    if (entries.empty()) {
+        return;
+    }
+    beginInsertRows({}, 0, static_cast<int>(entries.size()) - 1);
+    entries_ = std::move(entries);
+    endInsertRows();
+    Q_EMIT countChanged();
+}
+
+void HistoryList::prepend(HistoryEntry entry) {
+    beginInsertRows({}, 0, 0);
+    entries_.insert(entries_.begin(), std::move(entry));
+    endInsertRows();
+    Q_EMIT countChanged();
+}
+
+void HistoryList::trim(std::size_t kept) {
+    if (entries_.size() <= kept) {
+        return;
+    }
+    beginRemoveRows({}, static_cast<int>(kept), count() - 1);
+    entries_.resize(kept);
+    endRemoveRows();
+    Q_EMIT countChanged();
+}
+
+void HistoryList::setUndone(std::size_t row, bool undone) {
+    entries_[row].undone = undone;
+    const QModelIndex changed = index(static_cast<int>(row));
+    Q_EMIT dataChanged(changed, changed, {UndoneRole});
+}
+
+int HistoryList::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant HistoryList::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const HistoryEntry& entry = entries_[static_cast<std::size_t>(index.row())];
+    switch (role) {
+        case EntryIdRole:
+            return QString::fromStdString(entry.id.text());
+        case BytesTextRole:
+            return QString::fromStdString(byteCountText(entry.bytes));
+        case PreviewRole:
+            return entry.preview;
+        case Qt::DisplayRole:
+        case TitlesRole:
+            return joinedTitles(entry);
+        case DateTextRole:
+            return dateText(entry.date);
+        case SnapshotsRemovedRole:
+            return static_cast<qint64>(entry.snapshotsRemoved);
+        case UndoneRole:
+            return entry.undone;
+        default:
+            return {};
+    }
+}
+
+QHash<int, QByteArray> HistoryList::roleNames() const {
+    return {
+        {EntryIdRole, "entryId"}, {BytesTextRole, "bytesText"}, {PreviewRole, "preview"},
+        {TitlesRole, "titles"},   {DateTextRole, "dateText"},   {SnapshotsRemovedRole, "snapshotsRemoved"},
+        {UndoneRole, "undone"},
+    };
+}
+
+}  // namespace vesk

@@ -1,0 +1,53 @@
+// The history, newest first, as rows that views show. Lives on the main thread.
+#pragma once
+
+#include <QAbstractListModel>
+#include <cstddef>
+#include <vector>
+
+#include "state/history_entry.h"
+
+namespace vesk {
+
+class HistoryList : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    /// What a view can ask of a row; the names in QML are those in `roleNames`.
+    enum Role {
+        EntryIdRole = Qt::UserRole,
+        BytesTextRole,
+        PreviewRole,
+        TitlesRole,
+        DateTextRole,
+        SnapshotsRemovedRole,
+        UndoneRole,
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    const std::vector<HistoryEntry>& entries() const { return entries_; }
+    int count() const { return static_cast<int>(entries_.size()); }
+
+    /// Starts with these entries. Called once, before any view looks.
+    void load(std::vector<HistoryEntry> entries);
+    /// Puts an entry before all others.
+    void prepend(HistoryEntry entry);
+    /// Drops the oldest entries beyond the first `kept`.
+    void trim(std::size_t kept);
+    /// Marks the entry in a row as undone, or not.
+    void setUndone(std::size_t row, bool undone);
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    std::vector<HistoryEntry> entries_;
+};
+
+}  // namespace vesk

@@ -1,0 +1,138 @@
+// The clean of Store, step by step.
+
+#include <QTimer>
+#include <chrono>
+#include <utility>
+
+#include "core/checked_sum.h"
+#include "platform/trash.h"
+#include "state/store.h"
+
+namespace vesk {
+
+namespace {
+
+// A preview that ended at once would not look as if anything had been worked out.
+constexpr std::chrono::milliseconds previewPause{900};
+// How long a quitting program waits for the step under way.
+constexpr std::chrono::milliseconds quitPatience{1500};
+
+std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
+    std::int64_t freed = 0;
+    for (const HistoryEntry::Move& move : moves) {
+        checkedAdd(freed, move.size);
+    }
+    return freed;
+}
+
+// An item whose place in the Trash is unknown was freed, but cannot be undone.
+std::vector<HistoryEntry::Move> withKnownPlace(std::vector<HistoryEntry::Move> moves) {
+    std::erase_if(moves, [](const HistoryEntry::Move& move) { return move.trashed.empty(); });
+    return moves;
+}
+
+}  // namespace
+
+void Store::performClean() {
+    const std::vector<Card> selected = selectedCards();
+    if (selected.empty() || busy()) {
+        return;
+    }
+    cleaningTitles_ = titlesOf(selected);
+    const std::vector<CleaningItem> workList = workListOf(selected);
+    const std::vector<std::string> snapshotIDs = snapshotIDsOf(selected);
+    setCleaning(true);
+    if (previewOnly_) {
+        previewBytes_ = selectedBytes();
+        previewPause_->start(previewPause);
+        return;
+    }
+    cleaningTask_.start(
+        this,
+        [workList, snapshotIDs, runTool = sources_.runTool](DetachedTask<CleaningResult>::Control& control) {
+            CleaningTools tools;
+            tools.moveToTrash = moveToTrash;
+            tools.runTool = runTool;
+            tools.stopRequested = [&] { return control.stopRequested(); };
+            tools.movesMade = [&](const CleaningResult& soFar) { control.keep(soFar); };
+            return runCleaning(workList, snapshotIDs, tools);
+        },
+        [this](CleaningResult result) { finishClean(std::move(result)); });
+}
+
+std::vector<std::string> Store::titlesOf(const std::vector<Card>& cards) {
+    std::vector<std::string> titles;
+    for (const Card& card : cards) {
+        titles.push_back(card.title);
+    }
+    return titles;
+}
+
+std::vector<CleaningItem> Store::workListOf(const std::vector<Card>& cards) const {
+    std::vector<CleaningItem> workList;
+    for (const Card& card : cards) {
+        for (const Entry& entry : card.entries) {
+            workList.push_back({SeenItem{entry.url, seenFolders_.folderOf(entry.url)}, entry.size});
+        }
+    }
+    return workList;
+}
+
+std::vector<std::string> Store::snapshotIDsOf(const std::vector<Card>& cards) {
+    std::vector<std::string> ids;
+    for (const Card& card : cards) {
+        ids.insert(ids.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
+    }
+    return ids;
+}
+
+void Store::finishClean(CleaningResult result) {
+    HistoryEntry entry;
+    entry.date = now();
+    entry.bytes = freedBytes(result.moves);
+    entry.titles = std::exchange(cleaningTitles_, {});
+    entry.moves = withKnownPlace(std::move(result.moves));
+    entry.snapshotsRemoved = result.snapshotsRemoved;
+    recordClean(std::move(entry), result.failures);
+    rescan();
+}
+
+void Store::finishPreview() {
+    HistoryEntry entry;
+    entry.date = now();
+    entry.bytes = previewBytes_;
+    entry.preview = true;
+    entry.titles = std::exchange(cleaningTitles_, {});
+    recordClean(std::move(entry), 0);
+}
+
+void Store::recordClean(HistoryEntry entry, std::int64_t failures) {
+    Celebration celebration;
+    celebration.bytes = entry.bytes;
+    celebration.preview = entry.preview;
+    celebration.snapshots = entry.snapshotsRemoved;
+    celebration.failures = failures;
+
+    historyList_.prepend(std::move(entry));
+    saveHistory();
+    setCleaning(false);
+    setCelebration(celebration);
+}
+
+void Store::rescan() {
+    if (!finishing_) {
+        scan();
+    }
+}
+
+void Store::finish() {
+    finishing_ = true;
+    if (previewPause_->isActive()) {
+        previewPause_->stop();
+        finishPreview();
+    }
+    cleaningTask_.finish(quitPatience);
+    restoreTask_.finish(quitPatience);
+}
+
+}  // namespace vesk

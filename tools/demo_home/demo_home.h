@@ -1,0 +1,36 @@
+// A made-up Mac to show Vesk on: a start-up volume with one user's home, in which every rule finds something.
+// Used by vesk-demo and by tests; nothing outside the given folder is read or written.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/world.h"
+
+namespace vesk {
+
+/// Fills `folder`, which must be absolute and empty or not there yet, and returns the world that lies in it: `folder`
+/// stands for "/", the home is below "Users". Ages count from `now()`. Takes about 250 MB on disk, set aside without
+/// being written where the file system can do that. Absent when the folder holds anything or something could not be
+/// made (a full disk, say); what was made until then stays.
+std::optional<World> makeDemoHome(const std::filesystem::path& folder);
+
+/// One file of the made-up Mac.
+struct DemoFile {
+    /// Relative to the start-up volume's top.
+    std::string path;
+    std::int64_t kilobytes = 0;
+    /// Days since it was last changed and read. A folder is as old as the newest file in it.
+    double age = 0;
+};
+
+/// The home folder, relative to the volume's top.
+inline constexpr const char* demoHomePath = "Users/robin";
+
+/// Every file but the few with a text of their own (Info.plist, the backup tool).
+std::vector<DemoFile> demoFiles();
+
+}  // namespace vesk
