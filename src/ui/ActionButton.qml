@@ -6,6 +6,7 @@ PressableButton {
     id: button
 
     property color color: Theme.accent
+    property real textSize: Theme.callout
 
     horizontalPadding: 12
     verticalPadding: 8
@@ -14,7 +15,7 @@ PressableButton {
     contentItem: Text {
         text: button.text
         color: button.color
-        font.pixelSize: Theme.callout
+        font.pixelSize: button.textSize
         font.weight: Font.Bold
         textFormat: Text.PlainText
         horizontalAlignment: Text.AlignHCenter

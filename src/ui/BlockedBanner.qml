@@ -7,6 +7,7 @@ Rectangle {
     id: banner
 
     required property Store store
+    readonly property var areas: store.blockedAreas
 
     implicitHeight: column.implicitHeight + 32
     radius: 20
@@ -30,7 +31,7 @@ Rectangle {
         Words {
             objectName: "areasText"
             Layout.fillWidth: true
-            text: `Vesk couldn't peek into: ${banner.store.blockedAreas.join(", ")}. Allow Full Disk Access and scan again to include them.`
+            text: `Vesk couldn't peek into: ${banner.areas.join(", ")}. Allow Full Disk Access and scan again to include them.`
             color: Theme.softInk
             font.pixelSize: Theme.callout
             wrapMode: Text.Wrap

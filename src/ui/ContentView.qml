@@ -5,7 +5,7 @@ import QtQuick
 import QtQuick.Layouts
 import Vesk
 
-Item {
+FocusScope {
     id: content
 
     required property Store store
@@ -13,6 +13,29 @@ Item {
     property real titleBarInset: 0
     /// 0 shows the cards, 1 the history.
     property alias tab: tabs.current
+
+    /// Which of the layers over the screen has the keyboard; empty when none is there.
+    readonly property string topLayer: store.notice !== "" ? "notice"
+        : store.showConfirm ? "confirm"
+        : store.detailID !== "" ? "detail"
+        : store.celebration !== null ? "celebration" : ""
+    /// What had the focus when the first layer came, and whether the keyboard had put it there.
+    property Item focusBefore: null
+    property bool focusBeforeShown: false
+
+    onTopLayerChanged: {
+        if (topLayer !== "" && screen.enabled) {
+            focusBefore = Window.activeFocusItem;
+            focusBeforeShown = (focusBefore as PressableButton)?.visualFocus ?? false;
+            screen.enabled = false;
+        } else if (topLayer === "") {
+            screen.enabled = true;
+            if (focusBefore) {
+                focusBefore.forceActiveFocus(focusBeforeShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
+            }
+            focusBefore = null;
+        }
+    }
 
     Component.onCompleted: store.scan()
 
@@ -25,6 +48,7 @@ Item {
     RowLayout {
         id: screen
 
+        objectName: "screen"
         anchors.top: parent.top
         anchors.topMargin: Theme.margin + content.titleBarInset
         anchors.bottom: parent.bottom
@@ -49,6 +73,7 @@ Item {
             SegmentedSwitch {
                 id: tabs
 
+                objectName: "tabs"
                 Layout.preferredWidth: 220
                 Layout.alignment: Qt.AlignHCenter
                 choices: ["Found", "History"]
@@ -59,6 +84,66 @@ Item {
                 visible: content.tab === 0
                 store: content.store
             }
+            Loader {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                active: content.tab === 1
+                visible: active
+                sourceComponent: HistoryPane {
+                    store: content.store
+                }
+            }
+        }
+    }
+
+    // A new celebration makes a new view, with confetti of its own.
+    Repeater {
+        model: content.store.celebration === null ? [] : [content.store.celebration]
+
+        CelebrationView {
+            required property var modelData
+
+            info: modelData
+            top: content.topLayer === "celebration"
+            onClose: content.store.dismissCelebration()
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: content.store.detailID !== ""
+        sourceComponent: DetailSheet {
+            store: content.store
+            cardID: content.store.detailID
+            top: content.topLayer === "detail"
+            onDismiss: content.store.detailID = ""
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: content.store.showConfirm
+        sourceComponent: MessageDialog {
+            title: leftPanel.confirmTitle
+            message: leftPanel.confirmMessage
+            acceptText: content.store.previewOnly ? "Run preview" : "Move to Trash"
+            rejectText: "Cancel"
+            top: content.topLayer === "confirm"
+            onAccepted: {
+                content.store.showConfirm = false;
+                content.store.performClean();
+            }
+            onRejected: content.store.showConfirm = false
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: content.store.notice !== ""
+        sourceComponent: MessageDialog {
+            title: "Heads up"
+            message: content.store.notice
+            acceptText: "OK"
+            top: content.topLayer === "notice"
+            onAccepted: content.store.notice = ""
+            onRejected: content.store.notice = ""
         }
     }
 }

@@ -28,20 +28,11 @@ PressableButton {
     background: Item {
         scale: button.pressable.scale
 
-        Rectangle {
+        DiagonalGradient {
             anchors.fill: parent
             radius: Math.min(height / 2, 20)
-            gradient: Gradient {
-                orientation: Gradient.Horizontal
-                GradientStop {
-                    position: 0
-                    color: button.from
-                }
-                GradientStop {
-                    position: 1
-                    color: button.to
-                }
-            }
+            from: button.from
+            to: button.to
         }
         Rectangle {
             anchors.fill: parent

@@ -82,7 +82,7 @@ Flickable {
             color: Theme.green
             title: "Safe junk"
             detail: "Clears in one click"
-            size: panel.store.safeBytes
+            size: Number(panel.store.safeBytes)
         }
         LegendRow {
             objectName: "smartLegend"
@@ -91,7 +91,7 @@ Flickable {
             color: Theme.yellow
             title: "Smart review"
             detail: "You decide, card by card"
-            size: panel.store.smartBytes
+            size: Number(panel.store.smartBytes)
         }
         LegendRow {
             objectName: "personalLegend"
@@ -100,7 +100,7 @@ Flickable {
             color: Theme.blue
             title: "Personal files"
             detail: "Never touched or scanned"
-            size: panel.store.personalBytes
+            size: Number(panel.store.personalBytes)
         }
         Item {
             Layout.fillHeight: true

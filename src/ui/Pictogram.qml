@@ -11,7 +11,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
+    sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
     source: symbol === "" ? "" : "image://vesk/pictogram/" + symbol + "/" + color.toString().slice(1)
     Accessible.ignored: true
 }

@@ -8,6 +8,8 @@ T.AbstractButton {
     id: button
 
     property bool available: true
+    /// Whether Return presses the button; in a dialog Return is the default button's.
+    property bool returnPresses: true
     readonly property PressableStyle pressable: PressableStyle {
         button: button
     }
@@ -24,8 +26,18 @@ T.AbstractButton {
         }
     }
 
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: event => {
+        event.accepted = returnPresses;
+        if (returnPresses) {
+            press();
+        }
+    }
+    Keys.onEnterPressed: event => {
+        event.accepted = returnPresses;
+        if (returnPresses) {
+            press();
+        }
+    }
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.focusable: true

@@ -18,7 +18,9 @@ Arc {
 
     Component.onCompleted: spin = true
 
-    NumberAnimation on rotation {
+    NumberAnimation {
+        target: spinner
+        property: "rotation"
         running: spinner.spin && spinner.visible
         from: -90
         to: 270

@@ -8,6 +8,13 @@ T.Switch {
 
     property color tint: Theme.accent
     property string name: text
+    /// Whether Return flips the switch; in a dialog Return is the default button's.
+    property bool returnPresses: true
+    readonly property SpringValue knob: SpringValue {
+        target: control.checked ? 1 : 0
+        response: 0.3
+        dampingFraction: 0.8
+    }
 
     focusPolicy: Qt.StrongFocus
     implicitWidth: implicitIndicatorWidth + leftPadding + rightPadding
@@ -21,8 +28,18 @@ T.Switch {
         }
     }
 
-    Keys.onReturnPressed: flip()
-    Keys.onEnterPressed: flip()
+    Keys.onReturnPressed: event => {
+        event.accepted = returnPresses;
+        if (returnPresses) {
+            flip();
+        }
+    }
+    Keys.onEnterPressed: event => {
+        event.accepted = returnPresses;
+        if (returnPresses) {
+            flip();
+        }
+    }
     Accessible.role: Accessible.CheckBox
     Accessible.name: name
     Accessible.checkable: true
@@ -41,18 +58,12 @@ T.Switch {
 
         Rectangle {
             readonly property real travel: parent.width - width - 6
-            x: 3 + knob.value * travel
+            x: 3 + control.knob.value * travel
             y: 3
             width: 20
             height: 20
             radius: 10
             color: Theme.card
-        }
-        SpringValue {
-            id: knob
-            target: control.checked ? 1 : 0
-            response: 0.3
-            dampingFraction: 0.8
         }
         FocusRing {
             control: control

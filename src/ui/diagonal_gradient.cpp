@@ -6,7 +6,7 @@
 namespace vesk {
 
 DiagonalGradient::DiagonalGradient(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setOpaquePainting(true);
+    setAntialiasing(true);
     connect(this, &DiagonalGradient::changed, this, [this] { update(); });
 }
 
@@ -16,7 +16,10 @@ void DiagonalGradient::paint(QPainter* painter) {
     gradient.setCoordinateMode(QGradient::ObjectMode);
     gradient.setColorAt(0, from_);
     gradient.setColorAt(1, to_);
-    painter->fillRect(boundingRect(), gradient);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(gradient);
+    painter->drawRoundedRect(boundingRect(), radius_, radius_);
 }
 
 }  // namespace vesk
