@@ -13,14 +13,10 @@ ColumnLayout {
 
     spacing: 12
 
-    Loader {
-        objectName: "bannerPlace"
+    BlockedBanner {
         Layout.fillWidth: true
-        active: pane.store.blockedAreas.length > 0
-        visible: active
-        sourceComponent: BlockedBanner {
-            store: pane.store
-        }
+        visible: pane.store.blockedAreas.length > 0
+        store: pane.store
     }
     RowLayout {
         Layout.fillWidth: true

@@ -84,18 +84,20 @@ FocusScope {
                 visible: content.tab === 0
                 store: content.store
             }
-            Loader {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                active: content.tab === 1
-                visible: active
-                sourceComponent: HistoryPane {
+            Repeater {
+                model: content.tab === 1 ? 1 : 0
+
+                HistoryPane {
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
                     store: content.store
                 }
             }
         }
     }
 
+    // What follows is there only while it is shown. (A Loader cannot make bound components in Qt 6.4, a Repeater can.)
+    // What follows is there only while it is shown. (A Loader cannot make bound components in Qt 6.4, a Repeater can.)
     // A new celebration makes a new view, with confetti of its own.
     Repeater {
         model: content.store.celebration === null ? [] : [content.store.celebration]
@@ -104,29 +106,30 @@ FocusScope {
             required property var modelData
 
             info: modelData
-            top: content.topLayer === "celebration"
+            topmost: content.topLayer === "celebration"
             onClose: content.store.dismissCelebration()
         }
     }
-    Loader {
-        anchors.fill: parent
-        active: content.store.detailID !== ""
-        sourceComponent: DetailSheet {
+    Repeater {
+        model: content.store.detailID !== "" ? 1 : 0
+
+        DetailSheet {
             store: content.store
             cardID: content.store.detailID
-            top: content.topLayer === "detail"
+            topmost: content.topLayer === "detail"
             onDismiss: content.store.detailID = ""
         }
     }
-    Loader {
-        anchors.fill: parent
-        active: content.store.showConfirm
-        sourceComponent: MessageDialog {
+    Repeater {
+        model: content.store.showConfirm ? 1 : 0
+
+        MessageDialog {
+            objectName: "confirmDialog"
             title: leftPanel.confirmTitle
             message: leftPanel.confirmMessage
             acceptText: content.store.previewOnly ? "Run preview" : "Move to Trash"
             rejectText: "Cancel"
-            top: content.topLayer === "confirm"
+            topmost: content.topLayer === "confirm"
             onAccepted: {
                 content.store.showConfirm = false;
                 content.store.performClean();
@@ -134,14 +137,15 @@ FocusScope {
             onRejected: content.store.showConfirm = false
         }
     }
-    Loader {
-        anchors.fill: parent
-        active: content.store.notice !== ""
-        sourceComponent: MessageDialog {
+    Repeater {
+        model: content.store.notice !== "" ? 1 : 0
+
+        MessageDialog {
+            objectName: "noticeAlert"
             title: "Heads up"
             message: content.store.notice
             acceptText: "OK"
-            top: content.topLayer === "notice"
+            topmost: content.topLayer === "notice"
             onAccepted: content.store.notice = ""
             onRejected: content.store.notice = ""
         }

@@ -41,52 +41,10 @@ ModalLayer {
             offset: 12
             color: Theme.faded(Theme.ink, 0.28)
         }
-        Loader {
+        ColumnLayout {
             anchors.fill: parent
             anchors.margins: 26
-            focus: true
-            sourceComponent: detail.found ? cardContent : goneContent
-            onLoaded: {
-                if (sheet.top) {
-                    sheet.forceActiveFocus();
-                }
-            }
-        }
-    }
-
-    Component {
-        id: goneContent
-
-        ColumnLayout {
-            spacing: Theme.wideGap
-
-            Words {
-                objectName: "goneText"
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                text: "This card is gone."
-                font.pixelSize: Theme.title2
-                font.weight: Font.Bold
-                wrapMode: Text.Wrap
-            }
-            FilledButton {
-                objectName: "closeButton"
-                Layout.alignment: Qt.AlignRight
-                Layout.minimumWidth: 96
-                focus: true
-                text: "Close"
-                returnPresses: false
-                onClicked: sheet.dismiss()
-            }
-        }
-    }
-
-    Component {
-        id: cardContent
-
-        ColumnLayout {
+            visible: detail.found
             spacing: 16
 
             RowLayout {
@@ -260,11 +218,38 @@ ModalLayer {
                 FilledButton {
                     objectName: "doneButton"
                     Layout.minimumWidth: 96
-                    focus: true
+                    focus: detail.found
                     text: "Done"
                     returnPresses: false
                     onClicked: sheet.dismiss()
                 }
+            }
+        }
+        ColumnLayout {
+            anchors.fill: parent
+            anchors.margins: 26
+            visible: !detail.found
+            spacing: Theme.wideGap
+
+            Words {
+                objectName: "goneText"
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+                text: "This card is gone."
+                font.pixelSize: Theme.title2
+                font.weight: Font.Bold
+                wrapMode: Text.Wrap
+            }
+            FilledButton {
+                objectName: "closeButton"
+                Layout.alignment: Qt.AlignRight
+                Layout.minimumWidth: 96
+                focus: !detail.found
+                text: "Close"
+                returnPresses: false
+                onClicked: sheet.dismiss()
             }
         }
     }

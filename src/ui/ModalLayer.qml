@@ -7,7 +7,7 @@ FocusScope {
     id: layer
 
     /// Whether no other layer lies over this one.
-    property bool top: true
+    property bool topmost: true
     property color dim: Theme.faded(Theme.ink, 0.35)
 
     signal accepted
@@ -15,14 +15,14 @@ FocusScope {
 
     anchors.fill: parent
     focus: true
-    enabled: top
-    onTopChanged: {
-        if (top) {
+    enabled: topmost
+    onTopmostChanged: {
+        if (topmost) {
             forceActiveFocus();
         }
     }
     Component.onCompleted: {
-        if (top) {
+        if (topmost) {
             forceActiveFocus();
         }
     }

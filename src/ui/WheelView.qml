@@ -27,54 +27,62 @@ Item {
           + `Personal files ${ByteCount.text(store.personalBytes)}, `
           + `smart review ${ByteCount.text(store.smartBytes)}, safe junk ${ByteCount.text(store.safeBytes)}`
 
-    component Spring: SpringValue {
+    SpringValue {
+        id: personalSpring
+        target: wheel.personalEnd
         response: 0.9
         dampingFraction: 0.6
     }
-    component Share: Arc {
-        anchors.fill: parent
-        lineWidth: wheel.ringWidth
-    }
-
-    Spring {
-        id: personalSpring
-        target: wheel.personalEnd
-    }
-    Spring {
+    SpringValue {
         id: smartSpring
         target: wheel.smartEnd
+        response: 0.9
+        dampingFraction: 0.6
     }
-    Spring {
+    SpringValue {
         id: safeSpring
         target: wheel.safeEnd
+        response: 0.9
+        dampingFraction: 0.6
     }
 
-    Share {
+    Arc {
+        anchors.fill: parent
+        lineWidth: wheel.ringWidth
         color: Theme.track
     }
-    Share {
+    Arc {
+        anchors.fill: parent
+        lineWidth: wheel.ringWidth
         objectName: "personalArc"
         to: personalSpring.value
         color: Theme.blue
     }
-    Share {
+    Arc {
+        anchors.fill: parent
+        lineWidth: wheel.ringWidth
         objectName: "smartArc"
         from: personalSpring.value
         to: smartSpring.value
         color: Theme.yellow
     }
-    Share {
+    Arc {
+        anchors.fill: parent
+        lineWidth: wheel.ringWidth
         objectName: "safeArc"
         from: smartSpring.value
         to: safeSpring.value
         color: Theme.green
     }
 
-    Loader {
-        objectName: "progressRing"
-        anchors.fill: parent
-        active: wheel.scanning
-        sourceComponent: Item {
+    // There only while a scan runs. (A Loader cannot make bound components in Qt 6.4.)
+    Repeater {
+        model: wheel.scanning ? 1 : 0
+
+        Item {
+            objectName: "progressRing"
+            anchors.fill: parent
+
             SpringValue {
                 id: progressSpring
                 target: Math.max(wheel.store.progress, 0.02)
