@@ -8,42 +8,14 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
-#include <string>
-#include <system_error>
 
 #include "demo_home/demo_home.h"
 #include "platform/world.h"
+#include "temporary_folder.h"
 #include "ui/vesk_app.h"
 
 namespace {
-
-// A folder of this process's own that goes, with all it holds, when this goes.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::error_code error;
-        std::string pattern = (std::filesystem::temp_directory_path(error) / "vesk-demo-XXXXXX").string();
-        if (mkdtemp(pattern.data()) != nullptr) {
-            path_ = std::filesystem::canonical(pattern, error);
-        }
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        if (!path_.empty()) {
-            std::filesystem::remove_all(path_, ignored);
-        }
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    /// Empty when it could not be made.
-    const std::filesystem::path& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
 
 int signalPipe[2] = {-1, -1};
 
@@ -65,12 +37,19 @@ bool quitOnSignals(QGuiApplication& application) {
            sigaction(SIGHUP, &action, nullptr) == 0;
 }
 
+// The made-up Mac has a disk to match its quarter of a gigabyte of files; on a real one they would not show.
+vesk::Store::Sources demoSources() {
+    vesk::Store::Sources sources;
+    sources.volume = [] { return vesk::VolumeFigures{1'000'000'000, 320'000'000}; };
+    return sources;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     // Static, so that it goes also when Qt ends the program because the display went away; and it goes last: the store
     // may still be finishing a clean when the window closes.
-    static const TemporaryFolder folder;
+    static const vesk::TemporaryFolder folder("vesk-demo");
     const std::optional<vesk::World> world =
         folder.path().empty() ? std::nullopt : vesk::makeDemoHome(folder.path() / "mac");
     if (!world) {
@@ -85,7 +64,7 @@ int main(int argc, char** argv) {
         std::fputs("vesk-demo: cannot listen for signals\n", stderr);
         return EXIT_FAILURE;
     }
-    vesk::VeskApp vesk;
+    vesk::VeskApp vesk(demoSources());
     if (!vesk.show()) {
         return EXIT_FAILURE;
     }

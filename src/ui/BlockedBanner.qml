@@ -25,7 +25,7 @@ Rectangle {
         Words {
             Layout.fillWidth: true
             text: "A few spots are private to macOS"
-            font.weight: Font.Bold
+            weight: Font.Bold
             wrapMode: Text.Wrap
         }
         Words {

@@ -73,7 +73,7 @@ PressableButton {
                     Layout.fillWidth: true
                     Layout.maximumWidth: Math.ceil(implicitWidth)
                     text: row.title
-                    font.weight: Font.Bold
+                    weight: Font.Bold
                     elide: Text.ElideRight
                     maximumLineCount: 1
                     Accessible.ignored: true
@@ -100,7 +100,7 @@ PressableButton {
         Words {
             objectName: "sizeText"
             text: row.amount
-            font.weight: Font.Bold
+            weight: Font.Bold
         }
         ToggleSwitch {
             objectName: "cardSwitch"

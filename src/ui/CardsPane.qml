@@ -26,7 +26,7 @@ ColumnLayout {
             Layout.fillWidth: true
             text: "Best first"
             font.pixelSize: Theme.headline
-            font.weight: Font.Bold
+            weight: Font.Bold
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
         }
@@ -59,7 +59,7 @@ ColumnLayout {
                 horizontalAlignment: Text.AlignHCenter
                 text: "Squeaky clean!"
                 font.pixelSize: Theme.display
-                font.weight: Font.Bold
+                weight: Font.Bold
                 fontSizeMode: Text.HorizontalFit
                 minimumPixelSize: 24
             }

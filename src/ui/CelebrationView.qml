@@ -70,7 +70,7 @@ ModalLayer {
                 objectName: "celebrationTitle"
                 text: view.info.preview ? "Preview done" : "Vesk!"
                 font.pixelSize: Theme.display
-                font.weight: Font.Black
+                weight: Font.Black
                 Accessible.role: Accessible.Heading
             }
             Line {
@@ -80,7 +80,7 @@ ModalLayer {
                 text: view.amount
                 color: Theme.accent
                 font.pixelSize: Theme.title
-                font.weight: Font.Black
+                weight: Font.Black
                 bottomPadding: 8
             }
             Line {

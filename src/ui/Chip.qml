@@ -19,6 +19,6 @@ Rectangle {
         anchors.centerIn: parent
         text: chip.text
         font.pixelSize: Theme.chip
-        font.weight: Font.DemiBold
+        weight: Font.DemiBold
     }
 }

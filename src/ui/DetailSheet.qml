@@ -63,7 +63,7 @@ ModalLayer {
                         Layout.fillWidth: true
                         text: detail.title
                         font.pixelSize: Theme.title2
-                        font.weight: Font.Black
+                        weight: Font.Black
                         elide: Text.ElideRight
                         maximumLineCount: 2
                         wrapMode: Text.Wrap
@@ -110,7 +110,7 @@ ModalLayer {
                             ? "What's inside"
                             : "Your Mac keeps a few short-term backup copies. "
                               + `Vesk would remove ${detail.snapshotCount} of them.`
-                        font.weight: Font.Bold
+                        weight: Font.Bold
                         wrapMode: Text.Wrap
                         Accessible.role: Accessible.Heading
                     }
@@ -174,7 +174,7 @@ ModalLayer {
                             objectName: "whyHeading"
                             Layout.fillWidth: true
                             text: detail.bucket === "safe" ? "Why it's safe" : "Think about it first"
-                            font.weight: Font.Bold
+                            weight: Font.Bold
                             wrapMode: Text.Wrap
                             Accessible.role: Accessible.Heading
                         }
@@ -211,7 +211,7 @@ ModalLayer {
                 Words {
                     Layout.fillWidth: true
                     text: "Include in clean"
-                    font.weight: Font.Bold
+                    weight: Font.Bold
                     elide: Text.ElideRight
                     Accessible.ignored: true
                 }
@@ -239,7 +239,7 @@ ModalLayer {
                 verticalAlignment: Text.AlignVCenter
                 text: "This card is gone."
                 font.pixelSize: Theme.title2
-                font.weight: Font.Bold
+                weight: Font.Bold
                 wrapMode: Text.Wrap
             }
             FilledButton {

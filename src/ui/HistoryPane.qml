@@ -23,7 +23,7 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             text: "No cleanups yet"
             font.pixelSize: Theme.title2
-            font.weight: Font.Bold
+            weight: Font.Bold
             wrapMode: Text.Wrap
             Accessible.role: Accessible.Heading
         }
@@ -99,7 +99,7 @@ Item {
                         objectName: "amountText"
                         Layout.fillWidth: true
                         text: row.amount
-                        font.weight: Font.Bold
+                        weight: Font.Bold
                         wrapMode: Text.Wrap
                     }
                     Words {
@@ -126,7 +126,7 @@ Item {
                         text: `${row.snapshotsRemoved} snapshots can't be restored`
                         color: Theme.accent
                         font.pixelSize: Theme.caption
-                        font.weight: Font.Bold
+                        weight: Font.Bold
                         wrapMode: Text.Wrap
                     }
                 }
@@ -136,7 +136,7 @@ Item {
                     text: row.preview ? "Nothing changed" : "Restored"
                     color: row.preview ? Theme.softInk : Theme.green
                     font.pixelSize: Theme.callout
-                    font.weight: Font.Bold
+                    weight: Font.Bold
                 }
                 ActionButton {
                     objectName: "undoButton"

@@ -54,7 +54,7 @@ Flickable {
             objectName: "productTitle"
             text: "Vesk"
             font.pixelSize: Theme.title
-            font.weight: Font.Black
+            weight: Font.Black
             Accessible.role: Accessible.Heading
         }
         Item {
@@ -117,7 +117,7 @@ Flickable {
                 Words {
                     Layout.fillWidth: true
                     text: "Preview only"
-                    font.weight: Font.Bold
+                    weight: Font.Bold
                     elide: Text.ElideRight
                 }
                 Words {

@@ -29,7 +29,7 @@ RowLayout {
         Words {
             Layout.fillWidth: true
             text: row.title
-            font.weight: Font.Bold
+            weight: Font.Bold
             elide: Text.ElideRight
         }
         Words {
@@ -43,6 +43,6 @@ RowLayout {
     Words {
         objectName: "sizeText"
         text: ByteCount.text(row.size)
-        font.weight: Font.DemiBold
+        weight: Font.DemiBold
     }
 }

@@ -40,7 +40,7 @@ ModalLayer {
                 Layout.fillWidth: true
                 text: dialog.title
                 font.pixelSize: Theme.title2
-                font.weight: Font.Black
+                weight: Font.Black
                 wrapMode: Text.Wrap
                 Accessible.role: Accessible.Heading
             }

@@ -26,6 +26,10 @@ QtObject {
     readonly property real caption: 12 * textScale
     readonly property real chip: 11 * textScale
 
+    // Where the medium weight of the window's typeface is installed it goes by a name of its own.
+    readonly property string mediumFamily: Array.from(Qt.fontFamilies()).includes("Quicksand Medium")
+        ? "Quicksand Medium" : Application.font.family
+
     // Gaps are multiples of 8, with one half step for things that belong together.
     readonly property real halfGap: 4
     readonly property real gap: 8

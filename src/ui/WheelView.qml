@@ -124,7 +124,7 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             text: wheel.percent + "%"
             font.pixelSize: Theme.display
-            font.weight: Font.Black
+            weight: Font.Black
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 20
         }
@@ -133,7 +133,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
             text: "Sniffing around…"
-            font.weight: Font.DemiBold
+            weight: Font.DemiBold
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
         }
@@ -161,7 +161,7 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             text: ByteCount.text(wheel.store.free)
             font.pixelSize: Theme.title
-            font.weight: Font.Black
+            weight: Font.Black
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 16
         }
@@ -170,7 +170,7 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: "free of " + ByteCount.text(wheel.store.capacity)
-            font.weight: Font.DemiBold
+            weight: Font.DemiBold
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
         }
@@ -182,7 +182,7 @@ Item {
             text: ByteCount.text(wheel.store.safeBytes) + " ready to vesk away"
             color: Theme.green
             font.pixelSize: Theme.caption
-            font.weight: Font.Bold
+            weight: Font.Bold
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
         }

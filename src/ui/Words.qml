@@ -3,9 +3,12 @@ import QtQuick
 import Vesk
 
 Text {
+    property int weight: Font.Normal
+
     color: Theme.ink
     font.pixelSize: Theme.body
-    font.weight: Font.Medium
+    font.family: weight > Font.Normal ? Application.font.family : Theme.mediumFamily
+    font.weight: weight
     textFormat: Text.PlainText
     Accessible.role: Accessible.StaticText
     Accessible.name: text

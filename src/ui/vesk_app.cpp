@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QVariant>
+#include <QtQml>
 #include <utility>
 
 #include "ui/window_images.h"
@@ -40,6 +41,13 @@ bool VeskApp::show() {
     window_->setProperty("titleBarInset", delegate_.extendIntoTitleBar(*window_));
     delegate_.applicationDidFinishLaunching();
     return true;
+}
+
+void VeskApp::setTextScale(double scale) {
+    const int theme = qmlTypeId("Vesk", 1, 0, "Theme");
+    if (QObject* sizes = engine_.singletonInstance<QObject*>(theme)) {
+        sizes->setProperty("textScale", scale);
+    }
 }
 
 }  // namespace vesk

@@ -19,6 +19,9 @@ public:
     /// Makes the window and shows it. Returns false, and says why on standard error, when that fails.
     bool show();
 
+    /// Sizes all type: 1 as composed, 2 twice as large. Once the window is shown.
+    void setTextScale(double scale);
+
     Store& store() { return store_; }
     /// The window; null until it is shown.
     QQuickWindow* window() const { return window_; }
