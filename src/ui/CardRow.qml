@@ -66,12 +66,15 @@ PressableButton {
         ColumnLayout {
             spacing: 2
 
-            RowLayout {
-                spacing: Theme.gap
+            Item {
+                Layout.fillWidth: true
+                implicitHeight: Math.max(titleText.implicitHeight, chip.implicitHeight)
 
                 Words {
-                    Layout.fillWidth: true
-                    Layout.maximumWidth: Math.ceil(implicitWidth)
+                    id: titleText
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Math.min(Math.ceil(implicitWidth), parent.width - chip.width - Theme.gap)
                     text: row.title
                     weight: Font.Bold
                     elide: Text.ElideRight
@@ -79,11 +82,13 @@ PressableButton {
                     Accessible.ignored: true
                 }
                 Chip {
+                    id: chip
+
+                    anchors.left: titleText.right
+                    anchors.leftMargin: Theme.gap
+                    anchors.verticalCenter: parent.verticalCenter
                     text: row.bucket === "safe" ? "Safe" : "Review"
                     tint: row.tint
-                }
-                Item {
-                    Layout.fillWidth: true
                 }
             }
             Words {

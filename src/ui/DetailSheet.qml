@@ -183,7 +183,6 @@ ModalLayer {
                             Layout.fillWidth: true
                             text: detail.why
                             wrapMode: Text.Wrap
-                            lineHeight: 1.1
                         }
                     }
                     Words {

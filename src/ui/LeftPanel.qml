@@ -38,44 +38,42 @@ Flickable {
                ? " Time Machine snapshots can't go in the Trash, so those are removed for good." : "");
     }
 
-    contentHeight: Math.max(height, column.implicitHeight)
+    /// What the panel needs besides the wheel, which takes the rest within its limits.
+    readonly property real needed: title.implicitHeight + legend.implicitHeight + actions.implicitHeight + 3 * Theme.wideGap
+    readonly property real wheelSize: Math.max(232, Math.min(320, height - needed))
+    /// Room that is left in a tall window. A part of it sets the groups apart, the rest lies above the actions.
+    readonly property real air: Math.max(0, height - needed - wheelSize)
+
+    contentHeight: Math.max(height, needed + wheelSize)
     interactive: contentHeight > height
     boundsBehavior: Flickable.StopAtBounds
     T.ScrollBar.vertical: SlimScrollBar {}
 
+    Words {
+        id: title
+
+        objectName: "productTitle"
+        text: "Vesk"
+        font.pixelSize: Theme.title
+        weight: Font.Black
+        Accessible.role: Accessible.Heading
+    }
+    WheelView {
+        id: wheel
+
+        x: (panel.width - width) / 2
+        y: title.implicitHeight + Theme.wideGap + Math.min(panel.air / 4, 40)
+        width: panel.wheelSize
+        height: panel.wheelSize
+        store: panel.store
+    }
     ColumnLayout {
-        id: column
+        id: legend
 
+        y: wheel.y + wheel.height + Theme.wideGap + Math.min(panel.air / 4, 40)
         width: panel.width
-        height: panel.contentHeight
-        spacing: 0
+        spacing: Theme.gap
 
-        Words {
-            objectName: "productTitle"
-            text: "Vesk"
-            font.pixelSize: Theme.title
-            weight: Font.Black
-            Accessible.role: Accessible.Heading
-        }
-        Item {
-            Layout.fillHeight: true
-            Layout.minimumHeight: 4
-            Layout.maximumHeight: 48
-        }
-        WheelView {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.preferredWidth: height
-            Layout.preferredHeight: 328
-            Layout.minimumHeight: 240
-            Layout.fillHeight: true
-            Layout.maximumHeight: 328
-            store: panel.store
-        }
-        Item {
-            Layout.fillHeight: true
-            Layout.minimumHeight: 16
-            Layout.maximumHeight: 48
-        }
         LegendRow {
             objectName: "safeLegend"
             Layout.fillWidth: true
@@ -87,7 +85,6 @@ Flickable {
         LegendRow {
             objectName: "smartLegend"
             Layout.fillWidth: true
-            Layout.topMargin: Theme.gap
             color: Theme.yellow
             title: "Smart review"
             detail: "You decide, card by card"
@@ -96,17 +93,19 @@ Flickable {
         LegendRow {
             objectName: "personalLegend"
             Layout.fillWidth: true
-            Layout.topMargin: Theme.gap
             color: Theme.blue
             title: "Personal files"
             detail: "Never touched or scanned"
             size: Number(panel.store.personalBytes)
         }
-        Item {
-            Layout.fillHeight: true
-            Layout.minimumHeight: 12
-            Layout.preferredHeight: 12
-        }
+    }
+    ColumnLayout {
+        id: actions
+
+        y: panel.contentHeight - implicitHeight
+        width: panel.width
+        spacing: 0
+
         RowLayout {
             Layout.fillWidth: true
             spacing: 12

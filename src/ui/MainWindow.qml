@@ -8,6 +8,9 @@ Window {
 
     required property Store store
     property real titleBarInset: 0
+    property real textScale: 1
+
+    onTextScaleChanged: Theme.textScale = textScale
 
     title: "Vesk"
     width: 1100

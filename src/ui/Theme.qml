@@ -22,7 +22,7 @@ QtObject {
     readonly property real title2: 22 * textScale
     readonly property real headline: 20 * textScale
     readonly property real body: 15 * textScale
-    readonly property real callout: 14 * textScale
+    readonly property real callout: 13 * textScale
     readonly property real caption: 12 * textScale
     readonly property real chip: 11 * textScale
 

@@ -3,7 +3,6 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QVariant>
-#include <QtQml>
 #include <utility>
 
 #include "ui/window_images.h"
@@ -44,10 +43,7 @@ bool VeskApp::show() {
 }
 
 void VeskApp::setTextScale(double scale) {
-    const int theme = qmlTypeId("Vesk", 1, 0, "Theme");
-    if (QObject* sizes = engine_.singletonInstance<QObject*>(theme)) {
-        sizes->setProperty("textScale", scale);
-    }
+    window_->setProperty("textScale", scale);
 }
 
 }  // namespace vesk

@@ -58,6 +58,7 @@ Scene scanningScene(std::string name, std::size_t finished, std::int64_t bytes) 
         runFor(300);  // two looks at the counters
     };
     result.release = [released] { released->count_down(); };
+    result.motion = 700;  // so that the spinner shows
     return result;
 }
 
@@ -220,7 +221,7 @@ void addHistoryScenes(std::vector<Scene>& scenes) {
 }
 
 void addCelebrationScenes(std::vector<Scene>& scenes) {
-    constexpr int confettiUnderWay = 1100;
+    constexpr int confettiUnderWay = 1700;
     const auto celebration = [&](std::string name, std::function<Store::Sources()> sources, bool preview = false) {
         Scene result = scene(std::move(name), std::move(sources), [preview](VeskApp& app) {
             app.store().setPreviewOnly(preview);
