@@ -47,15 +47,6 @@ char** environment() {
 }
 #endif
 
-// A descriptor that is none of the three standard ones, which the new program's own would replace before their turn.
-Descriptor aboveStandard(int number) {
-    Descriptor given(number);
-    if (number > STDERR_FILENO) {
-        return given;
-    }
-    return Descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-}
-
 struct Pipe {
     Descriptor reading;
     Descriptor writing;
@@ -66,11 +57,7 @@ std::optional<Pipe> openPipe() {
     if (!makePipe(ends)) {
         return std::nullopt;
     }
-    Pipe made{aboveStandard(ends[0]), aboveStandard(ends[1])};
-    if (!made.reading || !made.writing) {
-        return std::nullopt;
-    }
-    return made;
+    return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 // What becomes of the descriptors, and the attributes, of a program to start.
@@ -95,6 +82,8 @@ public:
         sigfillset(&ordinary);
         sigdelset(&ordinary, SIGKILL);
         sigdelset(&ordinary, SIGSTOP);
+        // In this order, and with the output's pipe made first, neither end is replaced before its turn, even where
+        // this process has no standard descriptors itself and the pipes got their numbers.
         return posix_spawn_file_actions_adddup2(&actions_, output.writing.get(), STDOUT_FILENO) == 0 &&
                posix_spawn_file_actions_adddup2(&actions_, errors.writing.get(), STDERR_FILENO) == 0 &&
                keepStandardInput() && posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&

@@ -69,9 +69,10 @@ fs::path homeTrashPlace() {
     return world().dataHome / "Trash";
 }
 
-// The mount that the home Trash lies on, or will lie on once it is made.
+// The mount that the home Trash serves: the one it lies on, or will lie on once it is made. A link that stands for the
+// Trash itself does not count: where it leads to another disk, items are refused rather than put into a third place.
 std::optional<MountIdentity> homeTrashMount() {
-    fs::path place = homeTrashPlace();
+    fs::path place = homeTrashPlace().parent_path();
     while (place.has_relative_path() && !itemExists(place)) {
         place = place.parent_path();
     }
@@ -95,12 +96,15 @@ int openHomeTrash(const HeldItem& item, OpenTrash& trash) {
     return openInside(folder.get(), place, trash);
 }
 
-// The folder that the volume holding `folder` (a path without links) is mounted at.
-fs::path topOfVolume(fs::path folder, const MountIdentity& mount) {
-    while (folder.has_relative_path() && mountIdentity(folder.parent_path()) == mount) {
+// The folder that the volume holding `folder` (a path without links) is mounted at; absent when that lies outside the
+// world in force, where a made-up world must leave everything alone.
+std::optional<fs::path> topOfVolume(fs::path folder, const MountIdentity& mount) {
+    const std::optional<fs::path> root = resolvingLinks(world().root);
+    while (folder != root && folder.has_relative_path() && mountIdentity(folder.parent_path()) == mount) {
         folder = folder.parent_path();
     }
-    return folder;
+    const bool isTop = !folder.has_relative_path() || mountIdentity(folder.parent_path()) != mount;
+    return isTop ? std::optional(folder) : std::nullopt;
 }
 
 // The Trash that an administrator made for all users of a volume; it must be a real folder and sticky, or a user could
@@ -126,15 +130,15 @@ int openVolumeTrash(const HeldItem& item, const MountIdentity& mount, OpenTrash&
     if (!parent || folderIdentity(*parent) != folderIdentity(item.folder)) {
         return ENOENT;
     }
-    const fs::path topPlace = topOfVolume(*parent, mount);
-    const Descriptor top = openFolder(AT_FDCWD, topPlace.c_str(), LastLink::refuse);
+    const std::optional<fs::path> topPlace = topOfVolume(*parent, mount);
+    const Descriptor top = topPlace ? openFolder(AT_FDCWD, topPlace->c_str(), LastLink::refuse) : Descriptor();
     if (!top || mountIdentity(top.get()) != mount) {
         return EXDEV;
     }
-    trash.recordedPlace = (*parent / item.name).lexically_relative(topPlace).string();
+    trash.recordedPlace = (*parent / item.name).lexically_relative(*topPlace).string();
 
     const std::string user = std::to_string(getuid());
-    if (openSharedTrash(top.get(), topPlace, user, trash) == 0) {
+    if (openSharedTrash(top.get(), *topPlace, user, trash) == 0) {
         return 0;
     }
     const std::string ownName = ".Trash-" + user;
@@ -142,7 +146,7 @@ int openVolumeTrash(const HeldItem& item, const MountIdentity& mount, OpenTrash&
     if (const int failure = openOwnFolder(top.get(), ownName.c_str(), folder)) {
         return failure;
     }
-    return openInside(folder.get(), topPlace / ownName, trash);
+    return openInside(folder.get(), *topPlace / ownName, trash);
 }
 
 int openTrashFor(const HeldItem& item, OpenTrash& trash) {

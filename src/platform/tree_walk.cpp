@@ -21,10 +21,15 @@
 
 #include "platform/background.h"
 #include "platform/folder_reader.h"
+#include "platform/thread_order.h"
 
 namespace vesk {
 
 namespace {
+
+// Stands for all that the tasks of walks hand to each other. Not a walk's own: a task would have to read where it is
+// before it could be told that it may.
+char order = 0;
 
 // Descriptors that all walks of this process hold open for folders whose subfolders wait.
 std::atomic<int> heldFolders = 0;
@@ -226,7 +231,8 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
 
     std::vector<WaitingFolder> first;
     walkOpened(std::move(opened), [&](WaitingFolder waiting) { first.push_back(std::move(waiting)); });
-    tbb::parallel_for_each(first.begin(), first.end(), [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
+    const auto walkWaiting = [&](WaitingFolder& waiting, tbb::feeder<WaitingFolder>& feeder) {
+        tellTakenOver(&order);
         if (background) {
             enterBackground();
         }
@@ -237,8 +243,15 @@ bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor(
             return;
         }
         waiting.parent.reset();
-        walkOpened(std::move(folder), [&](WaitingFolder next) { feeder.add(std::move(next)); });
-    });
+        walkOpened(std::move(folder), [&](WaitingFolder next) {
+            tellHandedOver(&order);
+            feeder.add(std::move(next));
+        });
+        tellHandedOver(&order);
+    };
+    tellHandedOver(&order);
+    tbb::parallel_for_each(first.begin(), first.end(), walkWaiting);
+    tellTakenOver(&order);
     return true;
 }
 

@@ -26,44 +26,15 @@ constexpr std::array<std::string_view, 9> skippedRoots = {"Library", "Documents"
                                                           "Movies",  "Downloads", "Applications", "Public"};
 
 // Folders that are shown as one thing, by extension in lower case: no project lies inside.
-constexpr std::array<std::string_view, 38> packageExtensions = {"app",
-                                                                "appex",
-                                                                "aplibrary",
-                                                                "band",
-                                                                "bundle",
-                                                                "component",
-                                                                "dsym",
-                                                                "fcpbundle",
-                                                                "docset",
-                                                                "imovielibrary",
-                                                                "kext",
-                                                                "key",
-                                                                "logicx",
-                                                                "mdimporter",
-                                                                "mlmodelc",
-                                                                "mpkg",
-                                                                "numbers",
-                                                                "pages",
-                                                                "photoslibrary",
-                                                                "pkg",
-                                                                "playground",
-                                                                "plugin",
-                                                                "prefpane",
-                                                                "qlgenerator",
-                                                                "rtfd",
-                                                                "saver",
-                                                                "scptd",
-                                                                "sparsebundle",
-                                                                "systemextension",
-                                                                "theater",
-                                                                "tvlibrary",
-                                                                "utm",
-                                                                "wdgt",
-                                                                "xcarchive",
-                                                                "xcdatamodeld",
-                                                                "xcodeproj",
-                                                                "xcworkspace",
-                                                                "xpc"};
+// clang-format off
+constexpr std::string_view packageExtensions[] = {
+    "aplibrary", "app", "appex", "band", "bundle", "component", "docset", "dsym", "fcpbundle",
+    "imovielibrary", "kext", "key", "logicx", "mdimporter", "mlmodelc", "mpkg", "numbers", "pages",
+    "photoslibrary", "pkg", "playground", "plugin", "prefpane", "qlgenerator", "rtfd", "saver",
+    "scptd", "sparsebundle", "systemextension", "theater", "tvlibrary", "utm", "wdgt", "xcarchive",
+    "xcdatamodeld", "xcodeproj", "xcworkspace", "xpc"
+};
+// clang-format on
 
 struct Kind {
     /// The folder that is taken.
@@ -128,7 +99,8 @@ const Kind* kindOf(const std::filesystem::path& project, std::string_view name) 
 
 bool isPackage(std::string_view name) {
     const std::string extension = lowercased(pathExtension(name));
-    return std::find(packageExtensions.begin(), packageExtensions.end(), extension) != packageExtensions.end();
+    return std::find(std::begin(packageExtensions), std::end(packageExtensions), extension) !=
+           std::end(packageExtensions);
 }
 
 std::optional<Date> newestIn(const std::vector<FolderItem>& items) {

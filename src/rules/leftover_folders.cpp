@@ -31,33 +31,15 @@ constexpr std::size_t shortestToken = 3;
 
 constexpr std::string_view support = "Library/Application Support";
 constexpr std::array<std::string_view, 2> skippedPrefixes = {".", "com.apple"};
-constexpr std::array<std::string_view, 27> skippedNames = {"Apple",
-                                                           "AddressBook",
-                                                           "CallHistoryDB",
-                                                           "CallHistoryTransactions",
-                                                           "CloudDocs",
-                                                           "Dock",
-                                                           "iCloud",
-                                                           "Knowledge",
-                                                           "MobileSync",
-                                                           "SyncServices",
-                                                           "Caches",
-                                                           "CrashReporter",
-                                                           "App Store",
-                                                           "Animoji",
-                                                           "FaceTime",
-                                                           "com.apple.TCC",
-                                                           "DifferentialPrivacy",
-                                                           "FileProvider",
-                                                           "CloudKit",
-                                                           "Adobe",
-                                                           "Quick Look",
-                                                           "networkserviceproxy",
-                                                           "default.store",
-                                                           "Steam",
-                                                           "Homebrew",
-                                                           "Code",
-                                                           "Claude"};
+// clang-format off
+constexpr std::array<std::string_view, 27> skippedNames = {
+    "Apple", "AddressBook", "CallHistoryDB", "CallHistoryTransactions", "CloudDocs", "Dock",
+    "iCloud", "Knowledge", "MobileSync", "SyncServices", "Caches", "CrashReporter", "App Store",
+    "Animoji", "FaceTime", "com.apple.TCC", "DifferentialPrivacy", "FileProvider", "CloudKit",
+    "Adobe", "Quick Look", "networkserviceproxy", "default.store", "Steam", "Homebrew", "Code",
+    "Claude"
+};
+// clang-format on
 
 constexpr CardDescription leftoverCard = {
     .id = "orphans",

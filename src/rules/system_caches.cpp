@@ -35,8 +35,7 @@ constexpr CardDescription card = {
     .summary = "Leftover copies Chrome and Brave make while updating themselves.",
     .why =
         "These temporary copies are only used while a browser is being verified or updated. The browser quietly makes "
-        "a "
-        "new one whenever it needs it.",
+        "a new one whenever it needs it.",
 };
 }  // namespace clones
 
@@ -57,8 +56,7 @@ constexpr CardDescription card = {
     .summary = "Temporary files your apps saved to load faster.",
     .why =
         "Caches are copies of things apps can download or rebuild. Apps may feel a touch slower the first time you "
-        "open "
-        "them afterwards.",
+        "open them afterwards.",
 };
 }  // namespace caches
 

@@ -197,6 +197,10 @@ std::string encodeHistory(const std::vector<HistoryEntry>& entries) {
 }
 
 std::optional<std::vector<HistoryEntry>> decodeHistory(std::string_view bytes) {
+    // The parser takes a NUL for the end of the text, whatever follows.
+    if (bytes.find('\0') != std::string_view::npos) {
+        return std::nullopt;
+    }
     Watch watch;
     const auto watching = [&](int depth, json::parse_event_t event, json& value) {
         return watch.fits(depth, event, value);

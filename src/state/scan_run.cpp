@@ -38,7 +38,7 @@ ScanRun::~ScanRun() {
     }
 }
 
-void ScanRun::start(std::function<void(RuleResult)> onResult) {
+void ScanRun::start(const std::function<void(RuleResult)>& onResult) {
     for (const Spec& rule : rules_) {
         QtConcurrent::run(threads_.get(), runRule, rule, tracker_).then(this, onResult);
     }

@@ -36,7 +36,7 @@ public:
     ~ScanRun() override;
 
     /// Starts every rule. `onResult` is called on this thread for each as it finishes, in the order of finishing.
-    void start(std::function<void(RuleResult)> onResult);
+    void start(const std::function<void(RuleResult)>& onResult);
 
     std::size_t ruleCount() const { return rules_.size(); }
     Tracker::Counts counts() const { return tracker_->counts(); }

@@ -10,7 +10,6 @@ namespace {
 using testing::allocated;
 using testing::daysAgo;
 using testing::makeFile;
-using testing::makeFolder;
 using testing::setDates;
 using testing::testHome;
 

@@ -1,0 +1,48 @@
+# shellcheck shell=bash
+# What the checks look at and with what; to be sourced in the top folder.
+
+# Finds a tool of LLVM's. The Debian version comes first, so that everyone there formats alike.
+find_llvm_tool() {
+  local candidate
+  for candidate in "$1-14" "$1" /opt/homebrew/opt/llvm/bin/"$1" /usr/local/opt/llvm/bin/"$1"; do
+    if command -v "$candidate"; then
+      return
+    fi
+  done
+  printf '%s was not found\n' "$1" >&2
+  return 1
+}
+
+find_qmllint() {
+  local candidate
+  for candidate in /usr/lib/qt6/bin/qmllint /opt/homebrew/opt/qt/bin/qmllint /usr/local/opt/qt/bin/qmllint qmllint; do
+    if command -v "$candidate"; then
+      return
+    fi
+  done
+  printf 'qmllint was not found\n' >&2
+  return 1
+}
+
+# Paths of files in the folders of sources, each ended by a zero byte; takes find's conditions.
+sources() {
+  local folder folders=()
+  for folder in src tools tests bench fuzz packaging lint cmake; do
+    [ ! -d "$folder" ] || folders+=("$folder")
+  done
+  find "${folders[@]}" -type f \( "$@" \) -print0
+}
+
+cpp_sources() { sources -name '*.cpp' -o -name '*.h' -o -name '*.mm'; }
+qml_sources() { sources -name '*.qml'; }
+
+# Shell scripts by their name or their first line.
+shell_sources() {
+  local script
+  printf '%s\0' dev .ci/run
+  sources -name '*.sh'
+  # shellcheck disable=SC2016
+  sources ! -name '*.*' | while IFS= read -r -d '' script; do
+    ! head -n 1 "$script" | LC_ALL=C grep -qaE '^#!.*\b(ba)?sh$' || printf '%s\0' "$script"
+  done
+}

@@ -1,0 +1,116 @@
+// What lies in Downloads untouched.
+
+#include "rules/rule_test.h"
+#include "rules/rules.h"
+
+namespace vesk {
+namespace {
+
+using namespace testing;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+constexpr double sixtyDays = 5'184'000;
+
+class OldDownloads : public RuleTest {
+protected:
+    OldDownloads() { stopClock(now()); }
+    static std::filesystem::path downloads() { return testHome() / "Downloads"; }
+};
+
+TEST_F(OldDownloads, AreThoseWithBothDatesBeforeTheCutOff) {
+    const struct {
+        const char* name;
+        double modified;
+        double accessed;
+        bool offered;
+    } cases[] = {
+        {"both before", sixtyDays + 1, sixtyDays + 1, true},     {"modified at", sixtyDays, sixtyDays + 1, false},
+        {"modified after", sixtyDays - 1, sixtyDays + 1, false}, {"accessed at", sixtyDays + 1, sixtyDays, false},
+        {"accessed after", sixtyDays + 1, sixtyDays - 1, false}, {"both after", 0, 0, false},
+        {"in the future", -86'400, sixtyDays + 1, false},        {".hidden", sixtyDays + 1, sixtyDays + 1, true},
+    };
+    std::vector<std::string> expected;
+    for (const auto& [name, modified, accessed, offered] : cases) {
+        makeFile(downloads() / name);
+        setDates(downloads() / name, secondsAgo(modified), secondsAgo(accessed));
+        if (offered) {
+            expected.push_back(std::string("Downloads/") + name + ": " + name);
+        }
+    }
+    EXPECT_THAT(linesOf(run(rules::oldDownloads)), ::testing::UnorderedElementsAreArray(expected));
+}
+
+TEST_F(OldDownloads, AreFoldersByTheirOwnDatesButDormantByTheirContents) {
+    makeFile(downloads() / "old folder/new file");
+    setDates(downloads() / "old folder/new file", daysAgo(12));
+    setDates(downloads() / "old folder", daysAgo(90));
+    makeFile(downloads() / "new folder/old file");
+    setDates(downloads() / "new folder/old file", daysAgo(90));
+    const RuleResult result = run(rules::oldDownloads);
+    EXPECT_THAT(linesOf(result), ElementsAre("Downloads/old folder: old folder"));
+    EXPECT_NEAR(result.cards.at(0).dormancyDays, 12, 1e-6);
+    EXPECT_EQ(result.cards.at(0).entries.at(0).lastUsed, daysAgo(12));
+    EXPECT_FALSE(result.cards.at(0).selected);
+}
+
+TEST_F(OldDownloads, StayOldHoweverOftenTheyAreScanned) {
+    makeFile(downloads() / "folder/inner/file");
+    for (const char* name : {"folder/inner/file", "folder/inner", "folder"}) {
+        setDates(downloads() / name, daysAgo(70), daysAgo(80));
+    }
+    for (int scan = 0; scan < 3; ++scan) {
+        EXPECT_THAT(linesOf(run(rules::oldDownloads)), ElementsAre("Downloads/folder: folder"));
+    }
+}
+
+TEST_F(OldDownloads, KeepTheirNamesInEitherUnicodeForm) {
+    for (const char* name : {"caf\xC3\xA9.pdf", "cafe\xCC\x81.pdf"}) {
+        makeFile(downloads() / name);
+        setDates(downloads() / name, daysAgo(90));
+    }
+    makeFile(downloads() / "bad\xFF.pdf");
+    setDates(downloads() / "bad\xFF.pdf", daysAgo(90));
+    EXPECT_THAT(linesOf(run(rules::oldDownloads)), UnorderedElementsAre("Downloads/caf\xC3\xA9.pdf: caf\xC3\xA9.pdf",
+                                                                        "Downloads/cafe\xCC\x81.pdf: cafe\xCC\x81.pdf",
+                                                                        "Downloads/bad\xFF.pdf: bad\xEF\xBF\xBD.pdf"));
+}
+
+TEST_F(OldDownloads, LeaveOutEmptyFilesAndDanglingLinks) {
+    makeFile(downloads() / "empty", 0);
+    makeLink(downloads() / "dangling", testRoot() / "nowhere");
+    makeFolder(downloads() / "empty folder");
+    for (const char* name : {"empty", "dangling", "empty folder"}) {
+        setDates(downloads() / name, daysAgo(90));
+    }
+    EXPECT_THAT(run(rules::oldDownloads).cards, IsEmpty());
+}
+
+TEST_F(OldDownloads, AreNothingWithoutTheFolder) {
+    const RuleResult missing = run(rules::oldDownloads);
+    EXPECT_THAT(missing.cards, IsEmpty());
+    EXPECT_FALSE(missing.blocked);
+    makeFolder(downloads());
+    EXPECT_THAT(run(rules::oldDownloads).cards, IsEmpty());
+}
+
+TEST_F(OldDownloads, SayWhenTheyMayNotBeListed) {
+    makeFile(downloads() / "file");
+    setDates(downloads() / "file", daysAgo(90));
+    {
+        const Refused folder(downloads());
+        const RuleResult result = run(rules::oldDownloads);
+        EXPECT_THAT(result.cards, IsEmpty());
+        EXPECT_TRUE(result.blocked);
+    }
+    // A folder that may be listed but not searched: every look at an item fails, and that is no refused listing.
+    std::filesystem::permissions(downloads(), std::filesystem::perms::owner_read);
+    const RuleResult result = run(rules::oldDownloads);
+    std::filesystem::permissions(downloads(), std::filesystem::perms::owner_all);
+    EXPECT_THAT(result.cards, IsEmpty());
+    EXPECT_FALSE(result.blocked);
+}
+
+}  // namespace
+}  // namespace vesk

@@ -1,0 +1,111 @@
+// What tests of rules share: running one rule in the made-up world, and short forms of what it found.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/card.h"
+#include "core/probe.h"
+#include "platform/world.h"
+#include "support/temporary_home.h"
+
+namespace vesk::testing {
+
+using Rule = std::vector<Card> (*)(Probe&);
+
+struct RuleResult {
+    std::vector<Card> cards;
+    bool blocked = false;
+
+    /// The card of that identifier; nullptr when the rule returned none.
+    const Card* card(std::string_view id) const {
+        for (const Card& candidate : cards) {
+            if (candidate.id == id) {
+                return &candidate;
+            }
+        }
+        return nullptr;
+    }
+};
+
+inline RuleResult run(Rule rule) {
+    Probe probe(std::make_shared<Tracker>());
+    RuleResult result;
+    result.cards = rule(probe);
+    result.blocked = probe.blocked;
+    return result;
+}
+
+/// The identifiers of the cards, in order.
+inline std::vector<std::string> idsOf(const RuleResult& result) {
+    std::vector<std::string> ids;
+    for (const Card& card : result.cards) {
+        ids.push_back(card.id);
+    }
+    return ids;
+}
+
+/// One line an entry, "path from the home folder: name", in the card's order; empty for no card.
+inline std::vector<std::string> linesOf(const Card* card) {
+    std::vector<std::string> lines;
+    if (card != nullptr) {
+        for (const Entry& entry : card->entries) {
+            const bool inHome = entry.url.string().starts_with(testHome().string() + "/");
+            lines.push_back(entry.url.lexically_relative(inHome ? testHome() : testRoot()).string() + ": " +
+                            entry.name);
+        }
+    }
+    return lines;
+}
+
+/// The same for a rule with one card.
+inline std::vector<std::string> linesOf(const RuleResult& result) {
+    EXPECT_LE(result.cards.size(), 1U);
+    return linesOf(result.cards.empty() ? nullptr : &result.cards.front());
+}
+
+/// A folder that this user may not list, until the end of its life.
+class Refused {
+public:
+    explicit Refused(std::filesystem::path folder) : folder_(std::move(folder)) {
+        std::filesystem::permissions(folder_, std::filesystem::perms::none);
+    }
+    ~Refused() {
+        std::error_code ignored;
+        std::filesystem::permissions(folder_, std::filesystem::perms::owner_all, ignored);
+    }
+    Refused(const Refused&) = delete;
+    Refused& operator=(const Refused&) = delete;
+
+private:
+    std::filesystem::path folder_;
+};
+
+/// Writes a text file, with the folders above it.
+inline void writeText(const std::filesystem::path& path, std::string_view text) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+/// Writes a shell script that can be run.
+inline void writeScript(const std::filesystem::path& path, std::string_view body) {
+    writeText(path, "#!/bin/sh\n" + std::string(body));
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+}
+
+/// Makes a file of one block whose two dates, and those of the folders above it up to `top`, are `date`.
+inline void makeDated(const std::filesystem::path& path, Date date, const std::filesystem::path& top) {
+    makeFile(path);
+    for (std::filesystem::path item = path; item != top; item = item.parent_path()) {
+        setDates(item, date);
+    }
+}
+
+class RuleTest : public TemporaryHome {};
+
+}  // namespace vesk::testing

@@ -1,0 +1,170 @@
+// Random cleans and undos over random trees, held against a simple model of what must be where.
+// VESK_MODEL_STEPS sets another number of steps.
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <random>
+
+#include "state/cleaning_worker.h"
+#include "state/restore_worker.h"
+#include "support/trash_home.h"
+
+namespace vesk {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace testing;
+
+class CleaningModelTest : public TemporaryHome {
+protected:
+    using Portrait = std::map<std::string, std::string>;
+
+    std::mt19937 random{20260704};  // NOLINT(cert-msc51-cpp): the same steps at each run
+    const fs::path home = testHome();
+
+    // The model: each item that exists, by its place now. An undo or a clean only ever moves one from key to key.
+    std::map<fs::path, Portrait> places;
+    std::vector<std::vector<HistoryEntry::Move>> cleans;
+
+    std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random); }
+
+    fs::path randomPlace() {
+        static const std::vector<std::string> names = {
+            "a", "b", "node_modules", "name with space", "\xC3\xA9t\xC3\xA9", "per%20cent", "line\nbreak"};
+        return home / ("folder" + std::to_string(below(4))) / names[below(names.size())];
+    }
+
+    void makeTree(const fs::path& top, int depth) {
+        switch (below(depth > 0 ? 4 : 2)) {
+            case 0:
+                writeFile(top, std::string(below(40), static_cast<char>('a' + below(26))));
+                fs::permissions(top, static_cast<fs::perms>(0400 | below(0400)));
+                break;
+            case 1:
+                makeLink(top, below(2) == 0 ? "nowhere" : "../folder1");
+                break;
+            default:
+                makeFolder(top);
+                for (std::size_t i = below(4); i > 0; --i) {
+                    makeTree(top / ("inner" + std::to_string(i)), depth - 1);
+                }
+                fs::permissions(top, static_cast<fs::perms>(0700 | below(0100)));
+        }
+        setDates(top, daysAgo(static_cast<double>(below(1000))));
+    }
+
+    void makeItem() {
+        const fs::path place = randomPlace();
+        if (!isThere(place)) {
+            makeTree(place, 2);
+            places[place] = portrait(place);
+        }
+    }
+
+    void cleanSome() {
+        std::vector<CleaningItem> workList;
+        for (std::size_t i = 1 + below(4); i > 0; --i) {
+            workList.push_back({seen(randomPlace()), 1});
+        }
+        CleaningTools tools;
+        tools.moveToTrash = moveToTrash;
+        const CleaningResult result = runCleaning(workList, {}, tools);
+        EXPECT_EQ(result.moves.size() + static_cast<std::size_t>(result.failures), workList.size());
+        auto move = result.moves.begin();
+        for (const CleaningItem& work : workList) {
+            const auto found = places.find(work.item.path);
+            if (found == places.end()) {
+                continue;  // must have been a failure: the moves would not come out even
+            }
+            ASSERT_NE(move, result.moves.end());
+            ASSERT_EQ(move->original, work.item.path);
+            ASSERT_FALSE(places.contains(move->trashed)) << "over an item in the Trash: " << move->trashed;
+            places[move->trashed] = std::move(found->second);
+            places.erase(work.item.path);
+            ++move;
+        }
+        ASSERT_EQ(move, result.moves.end());
+        cleans.push_back(result.moves);
+    }
+
+    void undoOne() {
+        if (cleans.empty()) {
+            return;
+        }
+        const std::vector<HistoryEntry::Move>& moves = cleans[below(cleans.size())];
+        std::size_t expected = 0;
+        for (const HistoryEntry::Move& move : moves) {
+            const auto found = places.find(move.trashed);
+            if (found != places.end() && !places.contains(move.original)) {
+                places[move.original] = std::move(found->second);
+                places.erase(move.trashed);
+                ++expected;
+            }
+        }
+        EXPECT_EQ(restoreMoves(moves), expected);
+    }
+
+    void loseFromTrash() {
+        const auto trashed = namesIn(homeTrash() / "files");
+        if (!trashed.empty()) {
+            const std::string& name = trashed[below(trashed.size())];
+            fs::remove_all(homeTrash() / "files" / name);
+            fs::remove(homeTrash() / "info" / (name + ".trashinfo"));
+            places.erase(homeTrash() / "files" / name);
+        }
+    }
+
+    void loseFolder() {
+        // With it goes the identity that a later scan sees.
+        const fs::path folder = home / ("folder" + std::to_string(below(4)));
+        fs::remove_all(folder);
+        std::erase_if(places, [&](const auto& item) { return item.first.parent_path() == folder; });
+    }
+
+    // All that exists, and no more, is where the model says, as it was; every item in the Trash has its record.
+    void expectModel() {
+        std::size_t found = 0;
+        for (const auto& [place, before] : places) {
+            ASSERT_EQ(portrait(place), before) << place;
+        }
+        for (int number = 0; number < 4; ++number) {
+            found += namesIn(home / ("folder" + std::to_string(number))).size();
+        }
+        const auto trashed = namesIn(homeTrash() / "files");
+        ASSERT_EQ(found + trashed.size(), places.size());
+        const auto records = namesIn(homeTrash() / "info");
+        ASSERT_EQ(records.size(), trashed.size());
+        for (const std::string& name : trashed) {
+            ASSERT_TRUE(isThere(homeTrash() / "info" / (name + ".trashinfo"))) << name;
+        }
+    }
+};
+
+TEST_F(CleaningModelTest, RandomCleansAndUndosKeepEverythingAccountedFor) {
+    const char* wanted = std::getenv("VESK_MODEL_STEPS");
+    const int steps = wanted != nullptr ? std::atoi(wanted) : 10'000;
+    for (int step = 0; step < steps && !HasFailure(); ++step) {
+        SCOPED_TRACE(step);
+        const std::size_t kind = below(100);
+        if (kind < 45) {
+            makeItem();
+        } else if (kind < 70) {
+            cleanSome();
+        } else if (kind < 92) {
+            undoOne();
+        } else if (kind < 99) {
+            loseFromTrash();
+        } else {
+            loseFolder();
+        }
+        if (step % 20 == 0) {
+            expectModel();
+        }
+    }
+    expectModel();
+    EXPECT_GT(cleans.size(), static_cast<std::size_t>(steps) / 10);
+}
+
+}  // namespace
+}  // namespace vesk
