@@ -84,6 +84,7 @@ PressableButton {
                 Chip {
                     id: chip
 
+                    objectName: "chip"
                     anchors.left: titleText.right
                     anchors.leftMargin: Theme.gap
                     anchors.verticalCenter: parent.verticalCenter

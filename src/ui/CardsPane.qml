@@ -14,6 +14,7 @@ ColumnLayout {
     spacing: 12
 
     BlockedBanner {
+        objectName: "blockedBanner"
         Layout.fillWidth: true
         visible: pane.store.blockedAreas.length > 0
         store: pane.store

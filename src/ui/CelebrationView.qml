@@ -37,6 +37,7 @@ ModalLayer {
         dampingFraction: 0.5
     }
     Rectangle {
+        objectName: "celebrationCard"
         anchors.centerIn: parent
         width: Math.min(440, parent.width - 48)
         height: column.implicitHeight + 80

@@ -61,6 +61,7 @@ FocusScope {
         LeftPanel {
             id: leftPanel
 
+            objectName: "leftPanel"
             Layout.preferredWidth: 360
             Layout.fillHeight: true
             store: content.store

@@ -27,6 +27,7 @@ ModalLayer {
     }
 
     Rectangle {
+        objectName: "sheetFrame"
         anchors.centerIn: parent
         width: 480
         height: 520
@@ -76,6 +77,7 @@ ModalLayer {
                     }
                 }
                 Chip {
+                    objectName: "sheetChip"
                     text: detail.bucket === "safe" ? "Safe" : "Review"
                     tint: sheet.tint
                 }
