@@ -66,30 +66,26 @@ PressableButton {
         ColumnLayout {
             spacing: 2
 
-            Item {
-                Layout.fillWidth: true
-                implicitHeight: Math.max(titleText.implicitHeight, chip.implicitHeight)
+            RowLayout {
+                spacing: Theme.gap
 
                 Words {
-                    id: titleText
-
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: Math.min(Math.ceil(implicitWidth), parent.width - chip.width - Theme.gap)
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
                     text: row.title
                     weight: Font.Bold
+                    wrapMode: Text.Wrap
                     elide: Text.ElideRight
-                    maximumLineCount: 1
+                    maximumLineCount: 2
                     Accessible.ignored: true
                 }
                 Chip {
-                    id: chip
-
                     objectName: "chip"
-                    anchors.left: titleText.right
-                    anchors.leftMargin: Theme.gap
-                    anchors.verticalCenter: parent.verticalCenter
                     text: row.bucket === "safe" ? "Safe" : "Review"
                     tint: row.tint
+                }
+                Item {
+                    Layout.fillWidth: true
                 }
             }
             Words {

@@ -22,6 +22,7 @@ ModalLayer {
     dim: Qt.rgba(0, 0, 0, 0.35)
     onAccepted: close()
     onRejected: close()
+    onTapped: close()
     Keys.onSpacePressed: close()
     Component.onCompleted: pop = true
     Accessible.role: Accessible.AlertMessage
@@ -117,9 +118,5 @@ ModalLayer {
         anchors.fill: parent
         active: !Motion.reduced
         sourceComponent: ConfettiView {}
-    }
-    TapHandler {
-        acceptedButtons: Qt.AllButtons
-        onTapped: view.close()
     }
 }

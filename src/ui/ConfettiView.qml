@@ -40,6 +40,7 @@ Item {
 
             required property var modelData
 
+            objectName: "confettiPiece"
             x: modelData.x * view.width
             y: -40
             width: modelData.size

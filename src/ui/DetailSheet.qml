@@ -184,6 +184,7 @@ ModalLayer {
                             objectName: "whyText"
                             Layout.fillWidth: true
                             text: detail.why
+                            font.pixelSize: Theme.callout
                             wrapMode: Text.Wrap
                         }
                     }
@@ -220,6 +221,7 @@ ModalLayer {
                     objectName: "doneButton"
                     Layout.minimumWidth: 96
                     focus: detail.found
+                    verticalPadding: 8
                     text: "Done"
                     returnPresses: false
                     onClicked: sheet.dismiss()
@@ -248,6 +250,7 @@ ModalLayer {
                 Layout.alignment: Qt.AlignRight
                 Layout.minimumWidth: 96
                 focus: !detail.found
+                verticalPadding: 8
                 text: "Close"
                 returnPresses: false
                 onClicked: sheet.dismiss()

@@ -40,7 +40,7 @@ Flickable {
 
     /// What the panel needs besides the wheel, which takes the rest within its limits.
     readonly property real needed: title.implicitHeight + legend.implicitHeight + actions.implicitHeight + 3 * Theme.wideGap
-    readonly property real wheelSize: Math.max(232, Math.min(320, height - needed))
+    readonly property real wheelSize: Math.max(248, Math.min(320, height - needed))
     /// Room that is left in a tall window. A part of it sets the groups apart, the rest lies above the actions.
     readonly property real air: Math.max(0, height - needed - wheelSize)
 
@@ -117,14 +117,14 @@ Flickable {
                     Layout.fillWidth: true
                     text: "Preview only"
                     weight: Font.Bold
-                    elide: Text.ElideRight
+                    wrapMode: Text.Wrap
                 }
                 Words {
                     Layout.fillWidth: true
                     text: "Do everything except delete"
                     color: Theme.softInk
                     font.pixelSize: Theme.caption
-                    elide: Text.ElideRight
+                    wrapMode: Text.Wrap
                 }
             }
             ToggleSwitch {

@@ -30,14 +30,14 @@ RowLayout {
             Layout.fillWidth: true
             text: row.title
             weight: Font.Bold
-            elide: Text.ElideRight
+            wrapMode: Text.Wrap
         }
         Words {
             Layout.fillWidth: true
             text: row.detail
             color: Theme.softInk
             font.pixelSize: Theme.caption
-            elide: Text.ElideRight
+            wrapMode: Text.Wrap
         }
     }
     Words {

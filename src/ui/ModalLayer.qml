@@ -12,6 +12,8 @@ FocusScope {
 
     signal accepted
     signal rejected
+    /// A press and release anywhere that nothing in front takes.
+    signal tapped
 
     anchors.fill: parent
     focus: true
@@ -38,6 +40,7 @@ FocusScope {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
         hoverEnabled: true
+        onClicked: layer.tapped()
         onWheel: event => event.accepted = true
     }
 }

@@ -123,7 +123,7 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: wheel.percent + "%"
-            font.pixelSize: Theme.display
+            font.pixelSize: Math.min(Theme.display, wheel.roomInside * 0.3)
             weight: Font.Black
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 20
@@ -133,6 +133,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
             text: "Sniffing around…"
+            font.pixelSize: Math.min(Theme.body, wheel.roomInside * 0.1)
             weight: Font.DemiBold
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
@@ -144,7 +145,7 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             text: ByteCount.text(wheel.store.foundBytes) + " checked"
             color: Theme.softInk
-            font.pixelSize: Theme.caption
+            font.pixelSize: Math.min(Theme.caption, wheel.roomInside * 0.08)
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
         }
@@ -160,7 +161,7 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: ByteCount.text(wheel.store.free)
-            font.pixelSize: Theme.title
+            font.pixelSize: Math.min(Theme.title, wheel.roomInside * 0.22)
             weight: Font.Black
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 16
@@ -170,18 +171,20 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: "free of " + ByteCount.text(wheel.store.capacity)
+            font.pixelSize: Math.min(Theme.body, wheel.roomInside * 0.1)
             weight: Font.DemiBold
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
         }
         Words {
             objectName: "readyText"
-            width: parent.width
+            width: parent.width * 0.9
+            anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
             visible: wheel.store.safeBytes >= 1
             text: ByteCount.text(wheel.store.safeBytes) + " ready to vesk away"
             color: Theme.green
-            font.pixelSize: Theme.caption
+            font.pixelSize: Math.min(Theme.caption, wheel.roomInside * 0.08)
             weight: Font.Bold
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8

@@ -37,7 +37,7 @@ void Arc::paint(QPainter* painter) {
         painter->drawEllipse(circle);
         return;
     }
-    constexpr double top = 90;
+    const double top = 90 - turn_;
     constexpr double turn = 360;
     QPainterPath path;
     path.arcMoveTo(circle, top - start * turn);

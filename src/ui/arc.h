@@ -14,6 +14,8 @@ class Arc : public QQuickPaintedItem {
     /// Start and end as fractions of the full circle, clockwise from the top; taken as 0 below 0 and as 1 above 1.
     Q_PROPERTY(double from MEMBER from_ NOTIFY changed)
     Q_PROPERTY(double to MEMBER to_ NOTIFY changed)
+    /// Degrees by which the whole stroke is turned clockwise.
+    Q_PROPERTY(double turn MEMBER turn_ NOTIFY changed)
     Q_PROPERTY(double lineWidth MEMBER lineWidth_ NOTIFY changed)
     /// Distance between the item's edge and the stroke's outer edge.
     Q_PROPERTY(double inset MEMBER inset_ NOTIFY changed)
@@ -32,6 +34,7 @@ Q_SIGNALS:
 private:
     double from_ = 0;
     double to_ = 1;
+    double turn_ = 0;
     double lineWidth_ = 1;
     double inset_ = 0;
     QColor color_;

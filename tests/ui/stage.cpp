@@ -1,7 +1,7 @@
 #include "ui/stage.h"
 
 #include <QAccessible>
-#include <QQuickItem>
+#include <QJSEngine>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -67,6 +67,26 @@ std::vector<HistoryEntry> historyOf(const QVariantList& descriptions) {
     return history;
 }
 
+// Controls and figures; what only groups others needs no name.
+bool needsName(const QAccessibleInterface& item) {
+    const QAccessible::Role role = item.role();
+    return role != QAccessible::Client && role != QAccessible::Window && role != QAccessible::NoRole;
+}
+
+QStringList namelessBelow(const QAccessibleInterface* item) {
+    QStringList found;
+    if (item == nullptr || item->state().invisible) {
+        return found;
+    }
+    if (needsName(*item) && item->text(QAccessible::Name).isEmpty()) {
+        found.append(QString::fromLatin1(item->object()->metaObject()->className()));
+    }
+    for (int place = 0; place < item->childCount(); ++place) {
+        found += namelessBelow(item->child(place));
+    }
+    return found;
+}
+
 }  // namespace
 
 Stage::~Stage() {
@@ -101,6 +121,8 @@ Store* Stage::open(const QVariantList& cards, const QVariantMap& options) {
     const std::int64_t free = options.value(QStringLiteral("free"), 400'000'000).toLongLong();
     sources.volume = [=] { return VolumeFigures{capacity, free}; };
     store_ = std::make_unique<Store>(sources);
+    // What a method returns belongs to the scripts otherwise.
+    QJSEngine::setObjectOwnership(store_.get(), QJSEngine::CppOwnership);
     return store_.get();
 }
 
@@ -115,21 +137,7 @@ void Stage::release() {
 }
 
 QStringList Stage::nameless(QObject* item) {
-    QStringList found;
-    if (const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item)) {
-        const QAccessible::Role role = accessible->role();
-        const bool structural =
-            role == QAccessible::Client || role == QAccessible::Window || role == QAccessible::NoRole;
-        if (!structural && !accessible->state().invisible && accessible->text(QAccessible::Name).isEmpty()) {
-            found.append(QString::fromLatin1(item->metaObject()->className()));
-        }
-    }
-    if (const auto* visual = qobject_cast<QQuickItem*>(item)) {
-        for (QQuickItem* child : visual->childItems()) {
-            found += nameless(child);
-        }
-    }
-    return found;
+    return namelessBelow(QAccessible::queryAccessibleInterface(item));
 }
 
 }  // namespace vesk

@@ -29,7 +29,7 @@ public:
     Q_INVOKABLE void find(const QVariantList& cards);
     /// Lets waiting rules end.
     Q_INVOKABLE void release();
-    /// What no accessible item of these items and those below has: a name. Lists the types of the nameless ones.
+    /// Types of the controls and figures in an item that assistive technology sees without a name.
     Q_INVOKABLE static QStringList nameless(QObject* item);
 
 private:

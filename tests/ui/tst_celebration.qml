@@ -97,9 +97,9 @@ ViewTest {
     function test_confetti_falls_once() {
         Motion.reduced = false;
         const view = show(confetti, {});
-        const piece = view.children.find(child => child.radius === 3);
+        const piece = Array.from(view.children).find(child => child.radius === 3);
         verify(piece.y < 0);
-        tryVerify(() => piece.y >= view.height + 40, 6000);
+        tryVerify(() => piece.y >= view.height + 40, 30000);
         compare(piece.rotation, piece.modelData.spin);
         compare(piece.height, 0.6 * piece.width);
     }
@@ -117,8 +117,8 @@ ViewTest {
         });
         const frame = named(view, "celebrationCard");
         verify(frame.scale < 0.6);
-        tryVerify(() => frame.scale > 1.02, 3000);
-        tryCompare(frame, "scale", 1, 3000);
+        tryVerify(() => frame.scale > 1.02, 10000);
+        tryCompare(frame, "scale", 1, 10000);
         verify(findChild(view, "confettiPlace").item);
     }
 }

@@ -57,7 +57,7 @@ ViewTest {
         compare(shown(entry, "outcomeText"), data.outcome !== undefined);
         if (data.outcome) {
             compare(textOf(entry, "outcomeText"), data.outcome);
-            compare(named(entry, "outcomeText").color, data.color);
+            compare(String(named(entry, "outcomeText").color), String(data.color));
         }
         compare(shown(entry, "snapshotsText"), data.snapshots !== undefined);
         if (data.snapshots) {

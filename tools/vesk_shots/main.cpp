@@ -64,7 +64,7 @@ private:
         std::error_code ignored;
         std::filesystem::remove_all(vesk::world().configHome, ignored);
         vesk::Preferences().setData("vesk.history", vesk::encodeHistory(scene.history));
-        vesk::Motion::instance().setReduced(scene.motion == 0);
+        vesk::Motion::instance().setReduced(!scene.moving);
 
         vesk::VeskApp app(scene.sources());
         if (!app.show()) {
@@ -77,8 +77,7 @@ private:
             if (&picture == &pictures.front()) {
                 scene.act(app);
             }
-            constexpr int settled = 120;
-            vesk::runFor(scene.motion > 0 ? scene.motion : settled);
+            scene.settle(app);
             save(app.window()->grabWindow(), QString::fromStdString(scene.name) + QLatin1String(picture.suffix));
         }
         scene.release();

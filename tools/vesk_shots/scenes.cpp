@@ -3,7 +3,9 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QQuickItem>
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <utility>
@@ -58,12 +60,21 @@ Scene scanningScene(std::string name, std::size_t finished, std::int64_t bytes) 
         runFor(300);  // two looks at the counters
     };
     result.release = [released] { released->count_down(); };
-    result.motion = 700;  // so that the spinner shows
+    result.moving = true;  // so that the spinner shows
     return result;
 }
 
 Store::Sources results() {
     return sourcesOf({staged(foundCards(realistic))});
+}
+
+// Frames come as fast as the machine draws them, so it is the paper that says when it has come far enough.
+void untilConfettiIsHalfDown(VeskApp& app) {
+    runUntil([&] {
+        const QList<QQuickItem*> pieces = app.window()->findChildren<QQuickItem*>(QStringLiteral("confettiPiece"));
+        return std::any_of(pieces.begin(), pieces.end(),
+                           [&](const QQuickItem* piece) { return piece->y() > app.window()->height() * 0.8; });
+    });
 }
 
 void setAll(Store& store, bool selected) {
@@ -133,6 +144,12 @@ void addScanScenes(std::vector<Scene>& scenes) {
     scenes.push_back(scanningScene("scanning-half", 5, 12'345 * megabyte));
     scenes.push_back(scene("empty", [] { return sourcesOf({}); }));
 
+    Scene picked = scene("results-some-ticked", results, [](VeskApp& app) {
+        app.store().setSelected(QStringLiteral("video"), true);
+        app.store().setSelected(QStringLiteral("ai"), true);
+    });
+    picked.main = true;
+    scenes.push_back(std::move(picked));
     Scene found = scene("results", results);
     found.main = true;
     scenes.push_back(std::move(found));
@@ -221,13 +238,13 @@ void addHistoryScenes(std::vector<Scene>& scenes) {
 }
 
 void addCelebrationScenes(std::vector<Scene>& scenes) {
-    constexpr int confettiUnderWay = 1700;
     const auto celebration = [&](std::string name, std::function<Store::Sources()> sources, bool preview = false) {
         Scene result = scene(std::move(name), std::move(sources), [preview](VeskApp& app) {
             app.store().setPreviewOnly(preview);
             cleanAndWait(app);
         });
-        result.motion = confettiUnderWay;
+        result.moving = true;
+        result.settle = untilConfettiIsHalfDown;
         scenes.push_back(std::move(result));
     };
     celebration("celebration", [] { return sourcesOf({staged(threeCards())}); });

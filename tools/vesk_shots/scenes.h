@@ -13,6 +13,11 @@
 
 namespace vesk {
 
+/// Runs the event loop until `done` says so, at most ten seconds. Returns what `done` said last.
+bool runUntil(const std::function<bool()>& done);
+/// Runs the event loop for so long.
+void runFor(int milliseconds);
+
 struct Scene {
     std::string name;
     /// What its store is made from; called in a home that is empty but for the demo's files.
@@ -25,16 +30,13 @@ struct Scene {
     std::function<void()> release = [] {};
     /// Whether pictures are also taken at double scale, and with text twice as large.
     bool main = false;
-    /// Milliseconds of motion before the picture; 0 takes it at rest.
-    int motion = 0;
+    /// Whether things move; a still picture is taken of things at rest otherwise.
+    bool moving = false;
+    /// Waits, before each picture, until the window looks as it should.
+    std::function<void(VeskApp&)> settle = [](VeskApp&) { runFor(120); };
 };
 
 /// All of them. World::home holds the demo's files.
 std::vector<Scene> allScenes();
-
-/// Runs the event loop until `done` says so, at most ten seconds. Returns what `done` said last.
-bool runUntil(const std::function<bool()>& done);
-/// Runs the event loop for so long.
-void runFor(int milliseconds);
 
 }  // namespace vesk
