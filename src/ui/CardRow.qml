@@ -1,0 +1,115 @@
+// One card of the list: what it is, what it frees, and whether it is ticked. Pressing it opens its detail sheet.
+import QtQuick
+import QtQuick.Layouts
+import Vesk
+
+PressableButton {
+    id: row
+
+    required property Store store
+    required property int index
+    required property string cardId
+    required property string title
+    required property string symbol
+    required property string bucket
+    required property string summary
+    required property string sizeText
+    required property int snapshotCount
+    required property bool selected
+
+    readonly property color tint: Theme.bucketColor(bucket)
+    readonly property string amount: snapshotCount > 0 ? "Size varies" : sizeText
+
+    text: title
+    leftPadding: 16
+    rightPadding: 12
+    verticalPadding: 14
+    onClicked: store.detailID = cardId
+
+    Accessible.name: title
+    Accessible.description: `${bucket === "safe" ? "Safe" : "Review"}. ${amount}. ${summary}`
+
+    background: Rectangle {
+        radius: 20
+        color: row.hovered && !row.down ? Qt.lighter(Theme.card, 1.02) : Theme.card
+        opacity: row.selected ? 1 : 0.7
+
+        SoftShadow {
+            visible: row.selected
+            cornerRadius: 20
+            blurRadius: 12
+            offset: 3
+            color: Theme.faded(Theme.ink, 0.1)
+        }
+        FocusRing {
+            control: row
+            anchors.margins: -2
+            radius: 22
+        }
+    }
+    contentItem: RowLayout {
+        spacing: 14
+
+        Rectangle {
+            implicitWidth: 46
+            implicitHeight: 46
+            radius: 23
+            color: Theme.faded(row.tint, 0.25)
+
+            Pictogram {
+                anchors.centerIn: parent
+                symbol: row.symbol
+                color: row.tint
+                size: 22
+            }
+        }
+        ColumnLayout {
+            spacing: 2
+
+            RowLayout {
+                spacing: Theme.gap
+
+                Words {
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
+                    text: row.title
+                    weight: Font.Bold
+                    wrapMode: Text.Wrap
+                    elide: Text.ElideRight
+                    maximumLineCount: 2
+                    Accessible.ignored: true
+                }
+                Chip {
+                    objectName: "chip"
+                    text: row.bucket === "safe" ? "Safe" : "Review"
+                    tint: row.tint
+                }
+                Item {
+                    Layout.fillWidth: true
+                }
+            }
+            Words {
+                Layout.fillWidth: true
+                text: row.summary
+                color: Theme.softInk
+                font.pixelSize: Theme.callout
+                wrapMode: Text.Wrap
+                elide: Text.ElideRight
+                maximumLineCount: 2
+                Accessible.ignored: true
+            }
+        }
+        Words {
+            objectName: "sizeText"
+            text: row.amount
+            weight: Font.Bold
+        }
+        ToggleSwitch {
+            objectName: "cardSwitch"
+            name: row.title
+            tint: row.tint
+            checked: row.selected
+            onToggled: row.store.setSelected(row.cardId, checked)
+        }
+    }
+}

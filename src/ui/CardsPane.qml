@@ -1,0 +1,123 @@
+// The cards of the last scan, best first.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Vesk
+
+ColumnLayout {
+    id: pane
+
+    required property Store store
+
+    spacing: 12
+
+    BlockedBanner {
+        objectName: "blockedBanner"
+        Layout.fillWidth: true
+        visible: pane.store.blockedAreas.length > 0
+        store: pane.store
+    }
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: Theme.wideGap
+
+        Words {
+            Layout.fillWidth: true
+            text: "Best first"
+            font.pixelSize: Theme.headline
+            weight: Font.Bold
+            elide: Text.ElideRight
+            Accessible.role: Accessible.Heading
+        }
+        ActionButton {
+            objectName: "safeOnlyButton"
+            text: "Pick safe junk only"
+            onClicked: pane.store.selectSafeOnly()
+        }
+    }
+    Item {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+
+        Words {
+            objectName: "lookingText"
+            anchors.centerIn: parent
+            visible: pane.store.cards.count === 0 && pane.store.phase === "scanning"
+            text: "Looking for things to vesk away…"
+            color: Theme.softInk
+        }
+        Column {
+            objectName: "emptyState"
+            anchors.centerIn: parent
+            width: parent.width
+            visible: pane.store.cards.count === 0 && pane.store.phase !== "scanning"
+            spacing: Theme.gap
+
+            Words {
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: "Squeaky clean!"
+                font.pixelSize: Theme.display
+                weight: Font.Bold
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: 24
+            }
+            Words {
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: "Nothing worth cleaning right now."
+                color: Theme.softInk
+                wrapMode: Text.Wrap
+            }
+        }
+        ListView {
+            id: list
+
+            objectName: "cardList"
+            anchors.fill: parent
+            // Room for the rows' shadows and focus rings, which reach beyond them.
+            anchors.leftMargin: -12
+            anchors.rightMargin: -12
+            clip: true
+            visible: pane.store.cards.count > 0
+            model: pane.store.cards
+            spacing: 10
+            topMargin: 4
+            bottomMargin: 16
+            cacheBuffer: 400
+            boundsBehavior: Flickable.StopAtBounds
+            keyNavigationEnabled: false
+            T.ScrollBar.vertical: SlimScrollBar {}
+            Accessible.role: Accessible.List
+            Accessible.name: "Cards"
+
+            function focusRow(row: int) {
+                if (row < 0 || row >= count) {
+                    return;
+                }
+                positionViewAtIndex(row, ListView.Contain);
+                const item = itemAtIndex(row);
+                if (item) {
+                    item.forceActiveFocus(Qt.TabFocusReason);
+                }
+            }
+
+            delegate: CardRow {
+                id: row
+
+                store: pane.store
+                x: 12
+                width: ListView.view.width - 24
+                Keys.onUpPressed: list.focusRow(index - 1)
+                Keys.onDownPressed: list.focusRow(index + 1)
+                onActiveFocusChanged: {
+                    if (activeFocus) {
+                        list.positionViewAtIndex(index, ListView.Contain);
+                    }
+                }
+            }
+        }
+    }
+}

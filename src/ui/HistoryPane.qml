@@ -1,0 +1,157 @@
+// Past cleanups, newest first, each with its Undo.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Vesk
+
+Item {
+    id: pane
+
+    required property Store store
+
+    Column {
+        objectName: "emptyHistory"
+        anchors.centerIn: parent
+        width: parent.width
+        visible: pane.store.history.count === 0
+        spacing: Theme.gap
+
+        Words {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: "No cleanups yet"
+            font.pixelSize: Theme.title2
+            weight: Font.Bold
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.Heading
+        }
+        Words {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: "Past cleanups show up here with an Undo."
+            color: Theme.softInk
+            wrapMode: Text.Wrap
+        }
+    }
+    ListView {
+        id: list
+
+        objectName: "historyList"
+        anchors.fill: parent
+        // Room for the rows' shadows and focus rings, which reach beyond them.
+        anchors.leftMargin: -12
+        anchors.rightMargin: -12
+        visible: pane.store.history.count > 0
+        clip: true
+        model: pane.store.history
+        spacing: 10
+        topMargin: 4
+        bottomMargin: 16
+        cacheBuffer: 400
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: false
+        T.ScrollBar.vertical: SlimScrollBar {}
+        Accessible.role: Accessible.List
+        Accessible.name: "History"
+
+        delegate: Rectangle {
+            id: row
+
+            required property int index
+            required property string entryId
+            required property string bytesText
+            required property bool preview
+            required property string titles
+            required property string dateText
+            required property real snapshotsRemoved
+            required property bool undone
+
+            readonly property string amount: (preview ? "Preview: would free " : "Freed ") + bytesText
+
+            x: 12
+            width: ListView.view.width - 24
+            height: columns.implicitHeight + 32
+            radius: 20
+            color: Theme.card
+            Accessible.role: Accessible.ListItem
+            Accessible.name: `${amount}. ${titles}. ${dateText}`
+
+            SoftShadow {
+                cornerRadius: 20
+                blurRadius: 12
+                offset: 3
+            }
+            RowLayout {
+                id: columns
+
+                anchors.fill: parent
+                anchors.margins: 16
+                anchors.leftMargin: 20
+                anchors.rightMargin: 20
+                spacing: Theme.wideGap
+
+                ColumnLayout {
+                    spacing: 2
+
+                    Words {
+                        objectName: "amountText"
+                        Layout.fillWidth: true
+                        text: row.amount
+                        weight: Font.Bold
+                        wrapMode: Text.Wrap
+                    }
+                    Words {
+                        objectName: "titlesText"
+                        Layout.fillWidth: true
+                        text: row.titles
+                        font.pixelSize: Theme.callout
+                        wrapMode: Text.Wrap
+                        elide: Text.ElideRight
+                        maximumLineCount: 3
+                    }
+                    Words {
+                        objectName: "dateText"
+                        Layout.fillWidth: true
+                        text: row.dateText
+                        color: Theme.softInk
+                        font.pixelSize: Theme.caption
+                        elide: Text.ElideRight
+                    }
+                    Words {
+                        objectName: "snapshotsText"
+                        Layout.fillWidth: true
+                        visible: row.snapshotsRemoved >= 1
+                        text: `${row.snapshotsRemoved} snapshots can't be restored`
+                        color: Theme.accent
+                        font.pixelSize: Theme.caption
+                        weight: Font.Bold
+                        wrapMode: Text.Wrap
+                    }
+                }
+                Words {
+                    objectName: "outcomeText"
+                    visible: row.preview || row.undone
+                    text: row.preview ? "Nothing changed" : "Restored"
+                    color: row.preview ? Theme.softInk : Theme.green
+                    font.pixelSize: Theme.callout
+                    weight: Font.Bold
+                }
+                ActionButton {
+                    objectName: "undoButton"
+                    visible: !row.preview && !row.undone
+                    text: "Undo"
+                    available: !pane.store.busy
+                    onClicked: pane.store.undo(row.entryId)
+                    onActiveFocusChanged: {
+                        if (activeFocus) {
+                            list.positionViewAtIndex(row.index, ListView.Contain);
+                        }
+                    }
+                    Accessible.description: row.Accessible.name
+                }
+            }
+        }
+    }
+}

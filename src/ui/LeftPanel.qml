@@ -1,0 +1,169 @@
+// The left side of the main screen: the disk at a glance, and the button that starts a clean.
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Vesk
+
+Flickable {
+    id: panel
+
+    required property Store store
+
+    readonly property string sizeText: {
+        const parts = [];
+        if (store.selectedBytes > 0) {
+            parts.push(ByteCount.text(store.selectedBytes));
+        }
+        if (store.selectedSnapshots >= 1) {
+            parts.push(`${store.selectedSnapshots} snapshot${store.selectedSnapshots === 1 ? "" : "s"}`);
+        }
+        return parts.join(" + ");
+    }
+    readonly property string buttonTitle: {
+        if (store.cleaning) {
+            return "Working…";
+        }
+        if (store.selectedCount === 0) {
+            return "Pick something to clean";
+        }
+        return (store.previewOnly ? "Preview " : "Clean ") + sizeText;
+    }
+    readonly property string confirmTitle: store.previewOnly ? `Preview ${sizeText}?` : `Move ${sizeText} to the Trash?`
+    readonly property string confirmMessage: {
+        if (store.previewOnly) {
+            return "Preview only is on, so nothing will be moved or removed.";
+        }
+        return "Everything goes to the Trash, so you can put it back from History or the Trash."
+            + (store.selectedSnapshots >= 1
+               ? " Time Machine snapshots can't go in the Trash, so those are removed for good." : "");
+    }
+
+    /// What the panel needs besides the wheel, which takes the rest within its limits.
+    readonly property real needed: title.implicitHeight + legend.implicitHeight + actions.implicitHeight + 3 * Theme.wideGap
+    readonly property real wheelSize: Math.max(248, Math.min(320, height - needed))
+    /// Room that is left in a tall window. A part of it sets the groups apart, the rest lies above the actions.
+    readonly property real air: Math.max(0, height - needed - wheelSize)
+
+    contentHeight: Math.max(height, needed + wheelSize)
+    interactive: contentHeight > height
+    boundsBehavior: Flickable.StopAtBounds
+    T.ScrollBar.vertical: SlimScrollBar {}
+
+    Words {
+        id: title
+
+        objectName: "productTitle"
+        text: "Vesk"
+        font.pixelSize: Theme.title
+        weight: Font.Black
+        Accessible.role: Accessible.Heading
+    }
+    WheelView {
+        id: wheel
+
+        x: (panel.width - width) / 2
+        y: title.implicitHeight + Theme.wideGap + Math.min(panel.air / 4, 40)
+        width: panel.wheelSize
+        height: panel.wheelSize
+        store: panel.store
+    }
+    ColumnLayout {
+        id: legend
+
+        y: wheel.y + wheel.height + Theme.wideGap + Math.min(panel.air / 4, 40)
+        width: panel.width
+        spacing: Theme.gap
+
+        LegendRow {
+            objectName: "safeLegend"
+            Layout.fillWidth: true
+            color: Theme.green
+            title: "Safe junk"
+            detail: "Clears in one click"
+            size: Number(panel.store.safeBytes)
+        }
+        LegendRow {
+            objectName: "smartLegend"
+            Layout.fillWidth: true
+            color: Theme.yellow
+            title: "Smart review"
+            detail: "You decide, card by card"
+            size: Number(panel.store.smartBytes)
+        }
+        LegendRow {
+            objectName: "personalLegend"
+            Layout.fillWidth: true
+            color: Theme.blue
+            title: "Personal files"
+            detail: "Never touched or scanned"
+            size: Number(panel.store.personalBytes)
+        }
+    }
+    ColumnLayout {
+        id: actions
+
+        y: panel.contentHeight - implicitHeight
+        width: panel.width
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 12
+
+            ColumnLayout {
+                spacing: 0
+
+                Words {
+                    Layout.fillWidth: true
+                    text: "Preview only"
+                    weight: Font.Bold
+                    wrapMode: Text.Wrap
+                }
+                Words {
+                    Layout.fillWidth: true
+                    text: "Do everything except delete"
+                    color: Theme.softInk
+                    font.pixelSize: Theme.caption
+                    wrapMode: Text.Wrap
+                }
+            }
+            ToggleSwitch {
+                objectName: "previewSwitch"
+                name: "Preview only"
+                checked: panel.store.previewOnly
+                onToggled: panel.store.previewOnly = checked
+                Accessible.description: "Do everything except delete"
+            }
+        }
+        FilledButton {
+            id: mainButton
+
+            objectName: "mainButton"
+            Layout.fillWidth: true
+            Layout.topMargin: 12
+            text: panel.buttonTitle
+            textSize: Theme.headline
+            verticalPadding: 13
+            from: Theme.accent
+            to: Theme.accent2
+            available: panel.store.selectedCount > 0 && !panel.store.busy
+            onClicked: panel.store.showConfirm = true
+
+            SoftShadow {
+                cornerRadius: 20
+                blurRadius: 18
+                offset: 6
+                color: Theme.faded(Theme.accent, 0.45)
+            }
+        }
+        ActionButton {
+            objectName: "scanButton"
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: Theme.gap
+            text: "Scan again"
+            color: Theme.softInk
+            available: !panel.store.busy
+            onClicked: panel.store.scan()
+        }
+    }
+}

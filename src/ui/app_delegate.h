@@ -1,0 +1,19 @@
+// Makes the process a regular foreground application, where the platform needs to be told. Main thread only.
+#pragma once
+
+class QWindow;
+
+namespace vesk {
+
+class AppDelegate {
+public:
+    /// Once the application runs: gives it its Dock icon and menu bar, and brings it to the front with focus even when
+    /// it was started from a terminal or behind another application.
+    void applicationDidFinishLaunching() const;
+
+    /// Lets the content of a window run beneath its title bar. Returns the title bar's height; 0 where the window's
+    /// frame stays apart from its content.
+    double extendIntoTitleBar(QWindow& window) const;
+};
+
+}  // namespace vesk

@@ -1,0 +1,49 @@
+#include "ui/vesk_app.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QVariant>
+#include <utility>
+
+#include "ui/window_images.h"
+
+namespace vesk {
+
+void prepareViews(QQmlEngine& engine) {
+    QFont font;
+#ifdef Q_OS_MACOS
+    font.setFamilies({QStringLiteral(".AppleSystemUIFontRounded"), QStringLiteral(".AppleSystemUIFont")});
+#else
+    font.setFamilies({QStringLiteral("Quicksand"), QStringLiteral("sans-serif")});
+#endif
+    QGuiApplication::setFont(font);
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.addImageProvider(QStringLiteral("vesk"), new WindowImages);  // the engine owns it
+}
+
+VeskApp::VeskApp(Store::Sources sources) : store_(std::move(sources)) {
+    prepareViews(engine_);
+}
+
+VeskApp::~VeskApp() = default;
+
+bool VeskApp::show() {
+    engine_.setInitialProperties({{QStringLiteral("store"), QVariant::fromValue(&store_)}});
+    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Vesk/MainWindow.qml")));
+    if (engine_.rootObjects().isEmpty()) {
+        return false;
+    }
+    window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
+    if (window_ == nullptr) {
+        return false;
+    }
+    window_->setProperty("titleBarInset", delegate_.extendIntoTitleBar(*window_));
+    delegate_.applicationDidFinishLaunching();
+    return true;
+}
+
+void VeskApp::setTextScale(double scale) {
+    window_->setProperty("textScale", scale);
+}
+
+}  // namespace vesk

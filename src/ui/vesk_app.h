@@ -1,0 +1,39 @@
+// The application: the one store, the one window. Made by main once the QGuiApplication exists; main thread only.
+#pragma once
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+#include "state/store.h"
+#include "ui/app_delegate.h"
+
+namespace vesk {
+
+class VeskApp {
+public:
+    explicit VeskApp(Store::Sources sources = Store::Sources());
+    ~VeskApp();
+    VeskApp(const VeskApp&) = delete;
+    VeskApp& operator=(const VeskApp&) = delete;
+
+    /// Makes the window and shows it. Returns false, and says why on standard error, when that fails.
+    bool show();
+
+    /// Sizes all type: 1 as composed, 2 twice as large. Once the window is shown.
+    void setTextScale(double scale);
+
+    Store& store() { return store_; }
+    /// The window; null until it is shown.
+    QQuickWindow* window() const { return window_; }
+
+private:
+    Store store_;
+    AppDelegate delegate_;
+    QQmlApplicationEngine engine_;
+    QQuickWindow* window_ = nullptr;
+};
+
+/// Sets the fonts of the window for the whole application, and gives an engine what the views need.
+void prepareViews(QQmlEngine& engine);
+
+}  // namespace vesk

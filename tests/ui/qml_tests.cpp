@@ -1,0 +1,46 @@
+// The main of the views' tests: a made-up world, no display, no graphics processor.
+
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QtQuickTest>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/world.h"
+#include "temporary_folder.h"
+#include "ui/motion.h"
+#include "ui/stage.h"
+#include "ui/vesk_app.h"
+
+namespace {
+
+// What Qt Quick Test calls as it starts.
+class Setup : public QObject {
+    Q_OBJECT
+
+public Q_SLOTS:
+    void applicationAvailable() {
+        vesk::setWorld(vesk::World::below(folder_.path() / "root", folder_.path() / "root/Users/tester"));
+        vesk::Motion::instance().setReduced(true);
+    }
+    void qmlEngineAvailable(QQmlEngine* engine) {
+        vesk::prepareViews(*engine);
+        qmlRegisterSingletonInstance("VeskStage", 1, 0, "Stage", &stage_);
+    }
+
+private:
+    vesk::TemporaryFolder folder_{"vesk-ui-tests"};
+    vesk::Stage stage_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QTEST_SET_MAIN_SOURCE_PATH
+    Setup setup;
+    return quick_test_main_with_setup(argc, argv, "views", QUICK_TEST_SOURCE_DIR, &setup);
+}
+
+#include "qml_tests.moc"
