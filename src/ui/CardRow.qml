@@ -63,41 +63,12 @@ PressableButton {
                 size: 22
             }
         }
-        ColumnLayout {
-            spacing: 2
-
-            RowLayout {
-                spacing: Theme.gap
-
-                Words {
-                    Layout.fillWidth: true
-                    Layout.maximumWidth: Math.ceil(implicitWidth)
-                    text: row.title
-                    weight: Font.Bold
-                    wrapMode: Text.Wrap
-                    elide: Text.ElideRight
-                    maximumLineCount: 2
-                    Accessible.ignored: true
-                }
-                Chip {
-                    objectName: "chip"
-                    text: row.bucket === "safe" ? "Safe" : "Review"
-                    tint: row.tint
-                }
-                Item {
-                    Layout.fillWidth: true
-                }
-            }
-            Words {
-                Layout.fillWidth: true
-                text: row.summary
-                color: Theme.softInk
-                font.pixelSize: Theme.callout
-                wrapMode: Text.Wrap
-                elide: Text.ElideRight
-                maximumLineCount: 2
-                Accessible.ignored: true
-            }
+        CardText {
+            Layout.fillWidth: true
+            title: row.title
+            summary: row.summary
+            chip: row.bucket === "safe" ? "Safe" : "Review"
+            tint: row.tint
         }
         Words {
             objectName: "sizeText"

@@ -41,12 +41,16 @@ Item {
             required property var modelData
 
             objectName: "confettiPiece"
+            /// From above the top edge to below the bottom one.
+            property real progress: 0
+
             x: modelData.x * view.width
-            y: -40
+            y: -40 + progress * (view.height + 80)
             width: modelData.size
             height: 0.6 * modelData.size
             radius: 3
             color: modelData.color
+            rotation: progress * modelData.spin
             antialiasing: true
 
             SequentialAnimation {
@@ -55,23 +59,13 @@ Item {
                 PauseAnimation {
                     duration: piece.modelData.delay * 1000
                 }
-                ParallelAnimation {
-                    NumberAnimation {
-                        target: piece
-                        property: "y"
-                        to: view.height + 40
-                        duration: piece.modelData.duration * 1000
-                        easing.type: Easing.BezierSpline
-                        easing.bezierCurve: [0.42, 0, 1, 1, 1, 1]
-                    }
-                    NumberAnimation {
-                        target: piece
-                        property: "rotation"
-                        to: piece.modelData.spin
-                        duration: piece.modelData.duration * 1000
-                        easing.type: Easing.BezierSpline
-                        easing.bezierCurve: [0.42, 0, 1, 1, 1, 1]
-                    }
+                NumberAnimation {
+                    target: piece
+                    property: "progress"
+                    to: 1
+                    duration: piece.modelData.duration * 1000
+                    easing.type: Easing.BezierSpline
+                    easing.bezierCurve: [0.42, 0, 1, 1, 1, 1]
                 }
             }
         }

@@ -74,6 +74,7 @@ ModalLayer {
                         objectName: "sheetAmount"
                         text: detail.snapshotCount > 0 ? `${detail.snapshotCount} snapshots` : detail.sizeText
                         color: Theme.softInk
+                        font.pixelSize: Theme.callout
                     }
                 }
                 Chip {
@@ -196,6 +197,24 @@ ModalLayer {
                         color: Theme.softInk
                         font.pixelSize: Theme.callout
                         wrapMode: Text.Wrap
+                    }
+                }
+            }
+            // More is to come below: the last visible line fades.
+            Rectangle {
+                Layout.fillWidth: true
+                Layout.topMargin: -16 - height
+                Layout.rightMargin: 12
+                implicitHeight: 28
+                opacity: body.atYEnd ? 0 : 1
+                gradient: Gradient {
+                    GradientStop {
+                        position: 0
+                        color: Theme.faded(Theme.card, 0)
+                    }
+                    GradientStop {
+                        position: 1
+                        color: Theme.card
                     }
                 }
             }

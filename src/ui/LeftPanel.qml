@@ -67,7 +67,7 @@ Flickable {
         height: panel.wheelSize
         store: panel.store
     }
-    ColumnLayout {
+    Column {
         id: legend
 
         y: wheel.y + wheel.height + Theme.wideGap + Math.min(panel.air / 4, 40)
@@ -76,7 +76,7 @@ Flickable {
 
         LegendRow {
             objectName: "safeLegend"
-            Layout.fillWidth: true
+            width: legend.width
             color: Theme.green
             title: "Safe junk"
             detail: "Clears in one click"
@@ -84,7 +84,7 @@ Flickable {
         }
         LegendRow {
             objectName: "smartLegend"
-            Layout.fillWidth: true
+            width: legend.width
             color: Theme.yellow
             title: "Smart review"
             detail: "You decide, card by card"
@@ -92,7 +92,7 @@ Flickable {
         }
         LegendRow {
             objectName: "personalLegend"
-            Layout.fillWidth: true
+            width: legend.width
             color: Theme.blue
             title: "Personal files"
             detail: "Never touched or scanned"
@@ -106,29 +106,26 @@ Flickable {
         width: panel.width
         spacing: 0
 
-        RowLayout {
+        Item {
             Layout.fillWidth: true
-            spacing: 12
+            implicitHeight: Math.max(previewWords.height, previewSwitch.height)
 
-            ColumnLayout {
-                spacing: 0
+            TitleAndNote {
+                id: previewWords
 
-                Words {
-                    Layout.fillWidth: true
-                    text: "Preview only"
-                    weight: Font.Bold
-                    wrapMode: Text.Wrap
-                }
-                Words {
-                    Layout.fillWidth: true
-                    text: "Do everything except delete"
-                    color: Theme.softInk
-                    font.pixelSize: Theme.caption
-                    wrapMode: Text.Wrap
-                }
+                anchors.left: parent.left
+                anchors.right: previewSwitch.left
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                title: "Preview only"
+                note: "Do everything except delete"
             }
             ToggleSwitch {
+                id: previewSwitch
+
                 objectName: "previewSwitch"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 name: "Preview only"
                 checked: panel.store.previewOnly
                 onToggled: panel.store.previewOnly = checked

@@ -1,9 +1,8 @@
 // One line of the wheel's legend.
 import QtQuick
-import QtQuick.Layouts
 import Vesk
 
-RowLayout {
+Item {
     id: row
 
     required property color color
@@ -12,36 +11,35 @@ RowLayout {
     /// Bytes.
     required property real size
 
-    spacing: 12
+    implicitHeight: words.height
     Accessible.role: Accessible.ListItem
     Accessible.name: `${title}, ${ByteCount.text(size)}. ${detail}`
 
     Rectangle {
-        implicitWidth: 16
-        implicitHeight: 16
+        id: mark
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: 16
+        height: 16
         radius: 8
         color: row.color
-        Accessible.ignored: true
     }
-    ColumnLayout {
-        spacing: 0
+    TitleAndNote {
+        id: words
 
-        Words {
-            Layout.fillWidth: true
-            text: row.title
-            weight: Font.Bold
-            wrapMode: Text.Wrap
-        }
-        Words {
-            Layout.fillWidth: true
-            text: row.detail
-            color: Theme.softInk
-            font.pixelSize: Theme.caption
-            wrapMode: Text.Wrap
-        }
+        anchors.left: mark.right
+        anchors.leftMargin: 12
+        anchors.right: amount.left
+        anchors.rightMargin: 12
+        title: row.title
+        note: row.detail
     }
     Words {
+        id: amount
+
         objectName: "sizeText"
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
         text: ByteCount.text(row.size)
         weight: Font.DemiBold
     }

@@ -86,7 +86,7 @@ private:
 
     void save(const QImage& picture, const QString& name) {
         const QString path = folder_.filePath(name + QStringLiteral(".png"));
-        if (picture.isNull() || !picture.save(path)) {
+        if (picture.isNull() || !picture.save(path, "PNG", 0)) {
             std::fprintf(stderr, "vesk-shots: cannot make %s\n", qPrintable(path));
             failed_ = true;
             return;
