@@ -122,10 +122,9 @@ class Window:
 
     def focused(self):
         """The item that has the keyboard; None when none has."""
-        for item in self.items():
-            if item.getState().contains(pyatspi.STATE_FOCUSED):
-                return item
-        return None
+        # What it lies in says so too; it is the innermost.
+        focused = [item for item in self.items() if item.getState().contains(pyatspi.STATE_FOCUSED)]
+        return focused[-1] if focused else None
 
     def tab_to(self, role, name):
         """Presses Tab until the item has the keyboard."""
