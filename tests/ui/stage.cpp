@@ -62,6 +62,10 @@ std::vector<HistoryEntry> historyOf(const QVariantList& descriptions) {
         }
         entry.snapshotsRemoved = fields.value(QStringLiteral("snapshotsRemoved")).toLongLong();
         entry.undone = fields.value(QStringLiteral("undone")).toBool();
+        for (int move = fields.value(QStringLiteral("moves")).toInt(); move > 0; --move) {
+            const std::string name = "Item " + std::to_string(move);
+            entry.moves.push_back({world().home / "Staged" / name, world().home / ".Trash" / name, 1000});
+        }
         history.push_back(std::move(entry));
     }
     return history;

@@ -23,7 +23,7 @@ public:
     /// dormancyDays, selected, entries (sizes in bytes; missing ones have no file), snapshots (their number), missing.
     /// Options: blocked (labels of refused rules), capacity and free (bytes), hold (a number of rules that wait until
     /// `release`), holdBytes (what they have measured), history (maps of bytes, preview, titles, snapshotsRemoved,
-    /// undone), toolFails.
+    /// undone, moves (their number)), toolFails.
     Q_INVOKABLE vesk::Store* open(const QVariantList& cards = {}, const QVariantMap& options = {});
     /// What the next scan of the store in use finds.
     Q_INVOKABLE void find(const QVariantList& cards);
