@@ -27,7 +27,7 @@ PressableButton {
     onClicked: store.detailID = cardId
 
     Accessible.name: title
-    Accessible.description: `${bucket === "safe" ? "Safe" : "Review"}. ${amount}. ${summary}`
+    hint: `${bucket === "safe" ? "Safe" : "Review"}. ${amount}. ${summary}`
 
     background: Rectangle {
         radius: 20
@@ -60,7 +60,7 @@ PressableButton {
                 anchors.centerIn: parent
                 symbol: row.symbol
                 color: row.tint
-                size: 22
+                size: 24
             }
         }
         CardText {
@@ -72,6 +72,7 @@ PressableButton {
         }
         Words {
             objectName: "sizeText"
+            said: true
             text: row.amount
             weight: Font.Bold
         }

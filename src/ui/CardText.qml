@@ -27,12 +27,13 @@ Column {
             wrapMode: Text.Wrap
             elide: Text.ElideRight
             maximumLineCount: 2
-            Accessible.ignored: true
+            said: true
         }
         Chip {
             id: chipText
 
             objectName: "chip"
+            said: true
             anchors.left: titleText.right
             anchors.leftMargin: Theme.gap
             anchors.verticalCenter: parent.verticalCenter
@@ -48,6 +49,6 @@ Column {
         wrapMode: Text.Wrap
         elide: Text.ElideRight
         maximumLineCount: 2
-        Accessible.ignored: true
+        said: true
     }
 }

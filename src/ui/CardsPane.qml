@@ -85,12 +85,14 @@ ColumnLayout {
             model: pane.store.cards
             spacing: 10
             topMargin: 4
-            bottomMargin: 16
-            cacheBuffer: 400
+            bottomMargin: Theme.margin
+            // As many cards as a scan finds are there also while out of sight, for assistive technology to read.
+            cacheBuffer: 2400
             boundsBehavior: Flickable.StopAtBounds
             keyNavigationEnabled: false
             T.ScrollBar.vertical: SlimScrollBar {}
             Accessible.role: Accessible.List
+            Accessible.ignored: !visible || !enabled
             Accessible.name: "Cards"
 
             function focusRow(row: int) {

@@ -7,6 +7,7 @@ Rectangle {
 
     required property string text
     required property color tint
+    property bool said: false
 
     implicitWidth: Math.ceil(words.implicitWidth) + 16
     implicitHeight: Math.ceil(words.implicitHeight) + 4
@@ -16,6 +17,7 @@ Rectangle {
     Words {
         id: words
 
+        said: chip.said
         anchors.centerIn: parent
         text: chip.text
         font.pixelSize: Theme.chip

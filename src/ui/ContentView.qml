@@ -30,7 +30,10 @@ FocusScope {
             screen.enabled = false;
         } else if (topLayer === "") {
             screen.enabled = true;
-            if (focusBefore) {
+            // A button may have become unavailable meanwhile.
+            if (!focusBefore?.enabled) {
+                tabs.forceActiveFocus();
+            } else {
                 focusBefore.forceActiveFocus(focusBeforeShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
             }
             focusBefore = null;
@@ -69,6 +72,8 @@ FocusScope {
         ColumnLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
+            // Lists scroll out beneath the window's edge rather than end short of it.
+            Layout.bottomMargin: -Theme.margin
             spacing: Theme.wideGap
 
             SegmentedSwitch {

@@ -232,9 +232,9 @@ ModalLayer {
                 Words {
                     Layout.fillWidth: true
                     text: "Include in clean"
+                    said: true
                     weight: Font.Bold
                     elide: Text.ElideRight
-                    Accessible.ignored: true
                 }
                 FilledButton {
                     objectName: "doneButton"

@@ -48,12 +48,13 @@ Item {
         model: pane.store.history
         spacing: 10
         topMargin: 4
-        bottomMargin: 16
+        bottomMargin: Theme.margin
         cacheBuffer: 400
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
         T.ScrollBar.vertical: SlimScrollBar {}
         Accessible.role: Accessible.List
+        Accessible.ignored: !enabled
         Accessible.name: "History"
 
         delegate: Rectangle {
@@ -70,13 +71,17 @@ Item {
 
             readonly property string amount: (preview ? "Preview: would free " : "Freed ") + bytesText
 
+            readonly property string snapshots: snapshotsRemoved >= 1 ? `${snapshotsRemoved} snapshots can't be restored` : ""
+            readonly property string outcome: preview ? "Nothing changed" : undone ? "Restored" : ""
+
             x: 12
             width: ListView.view.width - 24
             height: columns.implicitHeight + 32
             radius: 20
             color: Theme.card
             Accessible.role: Accessible.ListItem
-            Accessible.name: `${amount}. ${titles}. ${dateText}`
+            Accessible.ignored: !enabled
+            Accessible.name: `${amount}. ${titles}. ${dateText}. ${snapshots} ${outcome}`.trim()
 
             SoftShadow {
                 cornerRadius: 20
@@ -96,6 +101,7 @@ Item {
                     spacing: 2
 
                     Words {
+                        said: true
                         objectName: "amountText"
                         Layout.fillWidth: true
                         text: row.amount
@@ -103,6 +109,7 @@ Item {
                         wrapMode: Text.Wrap
                     }
                     Words {
+                        said: true
                         objectName: "titlesText"
                         Layout.fillWidth: true
                         text: row.titles
@@ -112,6 +119,7 @@ Item {
                         maximumLineCount: 3
                     }
                     Words {
+                        said: true
                         objectName: "dateText"
                         Layout.fillWidth: true
                         text: row.dateText
@@ -120,10 +128,11 @@ Item {
                         elide: Text.ElideRight
                     }
                     Words {
+                        said: true
                         objectName: "snapshotsText"
                         Layout.fillWidth: true
-                        visible: row.snapshotsRemoved >= 1
-                        text: `${row.snapshotsRemoved} snapshots can't be restored`
+                        visible: row.snapshots !== ""
+                        text: row.snapshots
                         color: Theme.accent
                         font.pixelSize: Theme.caption
                         weight: Font.Bold
@@ -131,16 +140,17 @@ Item {
                     }
                 }
                 Words {
+                    said: true
                     objectName: "outcomeText"
-                    visible: row.preview || row.undone
-                    text: row.preview ? "Nothing changed" : "Restored"
+                    visible: row.outcome !== ""
+                    text: row.outcome
                     color: row.preview ? Theme.softInk : Theme.green
                     font.pixelSize: Theme.callout
                     weight: Font.Bold
                 }
                 ActionButton {
                     objectName: "undoButton"
-                    visible: !row.preview && !row.undone
+                    visible: row.outcome === ""
                     text: "Undo"
                     available: !pane.store.busy
                     onClicked: pane.store.undo(row.entryId)
@@ -149,7 +159,7 @@ Item {
                             list.positionViewAtIndex(row.index, ListView.Contain);
                         }
                     }
-                    Accessible.description: row.Accessible.name
+                    hint: row.Accessible.name
                 }
             }
         }

@@ -13,6 +13,7 @@ Item {
 
     implicitHeight: words.height
     Accessible.role: Accessible.ListItem
+    Accessible.ignored: !enabled
     Accessible.name: `${title}, ${ByteCount.text(size)}. ${detail}`
 
     Rectangle {
@@ -37,6 +38,7 @@ Item {
     Words {
         id: amount
 
+        said: true
         objectName: "sizeText"
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter

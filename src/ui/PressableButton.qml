@@ -8,6 +8,8 @@ T.AbstractButton {
     id: button
 
     property bool available: true
+    /// What assistive technology says after the button's name.
+    property string hint: ""
     /// Whether Return presses the button; in a dialog Return is the default button's.
     property bool returnPresses: true
     readonly property PressableStyle pressable: PressableStyle {
@@ -41,5 +43,9 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.focusable: true
+    // There is no state for it in Qt 6.4.
+    Accessible.description: available ? hint : "Not available now"
+    // What something lies over is not there to be pressed.
+    Accessible.ignored: !visible || (available && !enabled)
     Accessible.onPressAction: press()
 }

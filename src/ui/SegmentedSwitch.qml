@@ -14,6 +14,7 @@ FocusScope {
     implicitWidth: 220
     implicitHeight: Math.max(36, Math.ceil(Theme.callout * 1.4) + 12)
     Accessible.role: Accessible.PageTabList
+    Accessible.ignored: !enabled
     Accessible.name: "View"
 
     Rectangle {
@@ -42,7 +43,7 @@ FocusScope {
         Repeater {
             model: control.choices
 
-            T.AbstractButton {
+            T.TabButton {
                 id: choice
 
                 required property int index
@@ -65,6 +66,7 @@ FocusScope {
                 Keys.onLeftPressed: control.current = Math.max(0, control.current - 1)
                 Keys.onRightPressed: control.current = Math.min(control.choices.length - 1, control.current + 1)
                 Accessible.role: Accessible.PageTab
+                Accessible.ignored: !enabled
                 Accessible.name: text
                 Accessible.focusable: true
                 Accessible.selectable: true

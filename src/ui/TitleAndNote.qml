@@ -1,4 +1,4 @@
-// A bold line with a note beneath it. (Not a layout: nested ones lose count of wrapped lines in Qt 6.4.)
+// A bold line with a note beneath it, of something that says both itself to those who do not see it. (Not a layout: nested ones lose count of wrapped lines in Qt 6.4.)
 import QtQuick
 import Vesk
 
@@ -9,12 +9,14 @@ Column {
     required property string note
 
     Words {
+        said: true
         width: lines.width
         text: lines.title
         weight: Font.Bold
         wrapMode: Text.Wrap
     }
     Words {
+        said: true
         width: lines.width
         text: lines.note
         color: Theme.softInk

@@ -45,6 +45,8 @@ T.Switch {
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.focusable: true
+    // What something lies over is not there to be pressed.
+    Accessible.ignored: !visible || !enabled
     Accessible.onPressAction: flip()
     Accessible.onToggleAction: flip()
 

@@ -21,11 +21,10 @@ Item {
     readonly property real roomInside: (Math.min(width, height) - 2 * ringWidth) * 0.86
 
     Accessible.role: Accessible.Chart
-    Accessible.name: scanning
-        ? `Scanning: ${percent}%, ${ByteCount.text(store.foundBytes)} checked`
-        : `Disk: ${ByteCount.text(store.free)} free of ${ByteCount.text(store.capacity)}. `
-          + `Personal files ${ByteCount.text(store.personalBytes)}, `
-          + `smart review ${ByteCount.text(store.smartBytes)}, safe junk ${ByteCount.text(store.safeBytes)}`
+    Accessible.ignored: !enabled
+    Accessible.name: `Disk: ${ByteCount.text(store.free)} free of ${ByteCount.text(store.capacity)}. `
+        + `Personal files ${ByteCount.text(store.personalBytes)}, `
+        + `smart review ${ByteCount.text(store.smartBytes)}, safe junk ${ByteCount.text(store.safeBytes)}`
 
     SpringValue {
         id: personalSpring
@@ -81,7 +80,16 @@ Item {
 
         Item {
             objectName: "progressRing"
+
+            // What the accessibility interface takes a progress bar's figures from.
+            readonly property real value: wheel.percent
+            readonly property real minimumValue: 0
+            readonly property real maximumValue: 100
+
             anchors.fill: parent
+            Accessible.role: Accessible.ProgressBar
+            Accessible.ignored: !enabled
+            Accessible.name: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
 
             SpringValue {
                 id: progressSpring
@@ -119,6 +127,7 @@ Item {
         spacing: 2
 
         Words {
+            said: true
             objectName: "percentText"
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
@@ -129,6 +138,7 @@ Item {
             minimumPixelSize: 20
         }
         Words {
+            said: true
             width: parent.width - 16
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
@@ -139,6 +149,7 @@ Item {
             minimumPixelSize: 8
         }
         Words {
+            said: true
             objectName: "checkedText"
             width: parent.width - 24
             anchors.horizontalCenter: parent.horizontalCenter
@@ -157,6 +168,7 @@ Item {
         spacing: 2
 
         Words {
+            said: true
             objectName: "freeText"
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
@@ -167,6 +179,7 @@ Item {
             minimumPixelSize: 16
         }
         Words {
+            said: true
             objectName: "capacityText"
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
@@ -177,6 +190,7 @@ Item {
             minimumPixelSize: 8
         }
         Words {
+            said: true
             objectName: "readyText"
             width: parent.width * 0.9
             anchors.horizontalCenter: parent.horizontalCenter

@@ -4,6 +4,7 @@ import Vesk
 
 Text {
     property int weight: Font.Normal
+    property bool said: false
 
     color: Theme.ink
     font.pixelSize: Theme.body
@@ -12,5 +13,6 @@ Text {
     textFormat: Text.PlainText
     Accessible.role: Accessible.StaticText
     Accessible.name: text
-    Accessible.ignored: text === ""
+    // Where something around it says the same in one sentence, it is not read out once more.
+    Accessible.ignored: text === "" || !visible || !enabled || said
 }

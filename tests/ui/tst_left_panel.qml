@@ -159,6 +159,9 @@ ViewTest {
         compare(textOf(view, "checkedText"), "10 MB checked");
         fuzzyCompare(named(view, "progressArc").to, 1 / 3, 1e-9);
         compare(named(view, "freeText").visible, false);
+        const progress = named(view, "progressRing");
+        compare([progress.value, progress.minimumValue, progress.maximumValue], [33, 0, 100]);
+        compare(progress.Accessible.name, "Sniffing around… 33%, 10 MB checked");
         Stage.release();
         tryCompare(store, "phase", "done");
         compare(findChild(view, "progressRing"), null);

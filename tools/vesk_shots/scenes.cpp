@@ -68,13 +68,18 @@ Store::Sources results() {
     return sourcesOf({staged(foundCards(realistic))});
 }
 
+// How far the first piece of confetti below `item` has fallen, in points.
+double confettiDepth(const QQuickItem& item) {
+    double deepest = item.objectName() == QLatin1String("confettiPiece") ? item.y() : 0;
+    for (const QQuickItem* child : item.childItems()) {
+        deepest = std::max(deepest, confettiDepth(*child));
+    }
+    return deepest;
+}
+
 // Frames come as fast as the machine draws them, so it is the paper that says when it has come far enough.
 void untilConfettiIsHalfDown(VeskApp& app) {
-    runUntil([&] {
-        const QList<QQuickItem*> pieces = app.window()->findChildren<QQuickItem*>(QStringLiteral("confettiPiece"));
-        return std::any_of(pieces.begin(), pieces.end(),
-                           [&](const QQuickItem* piece) { return piece->y() > app.window()->height() * 0.8; });
-    });
+    runUntil([&] { return confettiDepth(*app.window()->contentItem()) > app.window()->height() * 0.8; });
 }
 
 void setAll(Store& store, bool selected) {

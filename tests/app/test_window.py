@@ -1,0 +1,189 @@
+"""The real program on a real display: what a user does, by mouse-less and by assistive means, and what is then on disk."""
+
+import os
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parent))
+
+from window import PATIENCE, Window, act, is_checked, wait_for  # noqa: E402
+
+CARDS = 19
+# What a clean itself makes in the home: the Trash and the preferences.
+OWN = {".local", ".config"}
+LARGEST = "Dormant AI models"
+
+
+def trash_list(home):
+    """What trash-cli, which shares no code with Vesk, finds in the Trash: original paths."""
+    environment = {"HOME": str(home), "XDG_DATA_HOME": str(home / ".local/share"), "PATH": "/usr/bin:/bin"}
+    output = subprocess.run(["trash-list"], env=environment, capture_output=True, text=True, check=True).stdout
+    return sorted(line.split(" ", 2)[2] for line in output.splitlines() if line)
+
+
+def files_below(folder):
+    return sorted(str(path.relative_to(folder)) for path in folder.rglob("*") if path.relative_to(folder).parts[0] not in OWN)
+
+
+class WindowTest(unittest.TestCase):
+    def setUp(self):
+        self.window = Window(os.environ["VESK_DEMO"])
+        self.addCleanup(self.stop)
+        self.window.wait("list", "Cards")
+        self.window.scanned()
+
+    def stop(self):
+        if self.window.process.poll() is None:
+            self.window.close()
+
+    def card_rows(self):
+        return [item for item in self.window.find("list", "Cards") if item.getRoleName() == "push button"]
+
+    def tick_only(self, title):
+        """Leaves that card as the one that is ticked."""
+        for row in self.card_rows():
+            switch = next(item for item in row if item.getRoleName() == "check box")
+            if is_checked(switch) != (row.name == title):
+                act(switch, "Toggle")
+        wait_for("one ticked card", lambda: self.window.find("push button", lambda name: name == "Clean 36.2 MB"))
+
+    def test_every_card_can_be_read(self):
+        wait_for("all cards", lambda: len(self.card_rows()) == CARDS)
+        for row in self.card_rows():
+            switch = next(item for item in row if item.getRoleName() == "check box")
+            self.assertEqual(switch.name, row.name)
+            self.assertEqual(is_checked(switch), row.description.startswith("Safe."), row.description)
+
+    def test_every_control_has_a_name(self):
+        self.window.press("page tab", "History")
+        self.window.wait("heading", "No cleanups yet")
+        self.window.press("page tab", "Found")
+        self.window.press("push button", LARGEST)
+        self.window.wait("dialog", LARGEST)
+        structural = {"filler", "panel", "frame", "application", "scroll bar"}
+        nameless = [item.getRoleName() for item in self.window.items() if not item.name]
+        self.assertEqual([role for role in nameless if role not in structural], [])
+
+    def test_clean_and_undo(self):
+        home = self.window.home
+        before = files_below(home)
+        self.tick_only(LARGEST)
+        self.window.press("push button", "Clean 36.2 MB")
+        self.window.wait("dialog", "Move 36.2 MB to the Trash?")
+        self.assertEqual(trash_list(home), [])
+        self.window.press("push button", "Move to Trash")
+        celebration = self.window.wait("alert", lambda name: name.startswith("Vesk! 36.2 MB freed."))
+        wait_for("items in the Trash", lambda: trash_list(home))
+        trashed = trash_list(home)
+        for path in trashed:
+            self.assertFalse(Path(path).exists(), path)
+        act(celebration, "Press")
+        self.window.wait_gone("alert", celebration.name)
+        self.window.scanned()
+        self.assertIsNone(self.window.find("push button", LARGEST))
+
+        self.window.press("page tab", "History")
+        self.window.wait("list item", lambda name: name.startswith(f"Freed 36.2 MB. {LARGEST}."))
+        self.window.press("push button", "Undo")
+        self.window.wait("dialog", "Heads up")
+        notice = f"All {len(trashed)} items are back where they were."
+        self.assertIsNotNone(self.window.find("label", notice))
+        self.window.press("push button", "OK")
+        self.window.wait("list item", lambda name: name.endswith("Restored"))
+        self.assertEqual(trash_list(home), [])
+        self.assertEqual(files_below(home), before)
+
+    def test_preview_touches_nothing(self):
+        home = self.window.home
+        before = files_below(home)
+        self.tick_only(LARGEST)
+        act(self.window.wait("check box", "Preview only"), "Toggle")
+        self.window.press("push button", "Preview 36.2 MB")
+        self.window.wait("dialog", "Preview 36.2 MB?")
+        self.window.press("push button", "Run preview")
+        celebration = self.window.wait(
+            "alert", lambda name: name == "Preview done 36.2 MB could be freed. Nothing was touched."
+        )
+        act(celebration, "Press")
+        self.window.press("page tab", "History")
+        self.window.wait("list item", lambda name: name.startswith("Preview: would free 36.2 MB."))
+        self.assertIsNone(self.window.find("push button", "Undo"))
+        self.assertEqual(trash_list(home), [])
+        self.assertEqual(files_below(home), before)
+
+    def test_keyboard_alone(self):
+        home = self.window.home
+        self.window.tab_to("check box", "Preview only")
+        self.window.keys("space")
+        wait_for("preview on", lambda: is_checked(self.window.find("check box", "Preview only")))
+        self.window.keys("space")
+        self.window.tab_to("push button", lambda name: name.startswith("Clean "))
+        self.window.keys("Return")
+        self.window.wait("dialog", lambda name: name.startswith("Move "))
+        self.window.keys("Escape")
+        self.window.wait_gone("dialog", lambda name: name.startswith("Move "))
+        focused = wait_for("the focus to come back", self.window.focused)
+        self.assertTrue(focused.name.startswith("Clean "), focused.name)
+        self.assertEqual(trash_list(home), [])
+
+        self.window.keys("Return")
+        self.window.wait("push button", "Move to Trash")
+        self.window.keys("Return")
+        self.window.wait("alert", lambda name: name.startswith("Vesk!"))
+        self.window.keys("Escape")
+        self.window.wait_gone("alert", lambda name: name.startswith("Vesk!"))
+        self.window.scanned()
+        trashed = len(trash_list(home))
+        self.assertGreater(trashed, 0)
+
+        self.window.tab_to("page tab", "Found")
+        self.window.keys("Right")
+        self.window.tab_to("push button", "Undo")
+        self.window.keys("Return")
+        self.window.wait("dialog", "Heads up")
+        self.window.keys("Return")
+        self.window.wait_gone("dialog", "Heads up")
+        self.window.scanned()
+        self.assertEqual(trash_list(home), [])
+
+    def test_nothing_behind_a_dialog_can_be_used(self):
+        toggle = self.window.find("check box", "Preview only")
+        self.window.press("push button", LARGEST)
+        self.window.wait("dialog", LARGEST)
+        act(toggle, "Toggle")  # as something could that had it at hand
+        inside = {LARGEST, "Done", "Include in clean", "Review", "Details"}
+        wait_for("nothing else", lambda: not self.window.find("push button", "Scan again"))
+        pressable = {item.name for item in self.window.items() if item.getRoleName() in ("push button", "check box", "page tab")}
+        self.assertLessEqual(pressable, inside)
+        reached = set()
+        for _ in range(8):
+            self.window.keys("Tab")
+            item = self.window.focused()
+            if item:
+                reached.add(item.name)
+        self.assertLessEqual(reached, {"Done", "Include in clean", "Details"})
+        self.window.keys("Return")
+        self.window.wait_gone("dialog", LARGEST)
+        self.window.wait("push button", "Scan again")
+        self.assertFalse(is_checked(self.window.wait("check box", "Preview only")))
+
+    def test_resizing(self):
+        def resized(width, height):
+            subprocess.run(["xdotool", "windowsize", self.window.id, str(width), str(height)], check=True)
+
+        resized(1500, 900)
+        wait_for("a larger window", lambda: self.window.size() == (1500, 900))
+        hints = subprocess.run(["xprop", "-id", self.window.id, "WM_NORMAL_HINTS"], capture_output=True, text=True).stdout
+        self.assertIn("minimum size: 980 by 660", hints)
+
+    def test_ends_cleanly_when_asked_to(self):
+        folder = next(self.window.folder.glob("vesk-demo-*"))
+        self.window.process.terminate()
+        self.assertEqual(self.window.process.wait(PATIENCE), 0)
+        self.assertFalse(folder.exists())
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,155 @@
+"""Drives a Vesk window from outside, as a user and as assistive technology does.
+
+Needs a display and a session bus of its own: `dbus-run-session -- xvfb-run -a ...`. The program is vesk-demo, the real
+window over a made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+import pyatspi
+from gi.repository import GLib
+
+PATIENCE = 30  # seconds; far more than anything takes, for machines that do much else
+
+
+def wait_for(what, condition):
+    """The first true answer of `condition`; fails after PATIENCE seconds."""
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        try:
+            answer = condition()
+        except GLib.GError:  # the item looked at went away meanwhile
+            answer = None
+        if answer:
+            return answer
+        time.sleep(0.05)
+    raise AssertionError(f"waited in vain for {what}")
+
+
+class Window:
+    def __init__(self, program):
+        self.folder = Path(tempfile.mkdtemp(prefix="vesk-window-test-"))
+        environment = dict(
+            os.environ,
+            TMPDIR=str(self.folder),
+            HOME=str(self.folder),
+            QT_QPA_PLATFORM="xcb",
+            QT_QUICK_BACKEND="software",
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+        )
+        environment.pop("XDG_CONFIG_HOME", None)
+        environment.pop("XDG_DATA_HOME", None)
+        self.process = subprocess.Popen([program], env=environment)
+        self.application = wait_for("the application", self._find_application)
+        self.id = wait_for("the window", self._find_window)
+        # There is no window manager to do it.
+        subprocess.run(["xdotool", "windowfocus", "--sync", self.id], check=True)
+
+    def _find_application(self):
+        assert self.process.poll() is None, "the program ended"
+        for application in pyatspi.Registry.getDesktop(0):
+            if application and application.name == "Vesk" and application.get_process_id() == self.process.pid:
+                return application
+        return None
+
+    def _find_window(self):
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Vesk$"], capture_output=True, text=True)
+        return found.stdout.split()[0] if found.stdout.split() else None
+
+    @property
+    def home(self):
+        return next(self.folder.glob("vesk-demo-*/mac/Users/*"))
+
+    def close(self):
+        """Asks the program to end. Returns its exit status."""
+        self.process.terminate()
+        status = self.process.wait(PATIENCE)
+        shutil.rmtree(self.folder, ignore_errors=True)
+        return status
+
+    # As assistive technology
+
+    def items(self, showing=True):
+        """Every accessible item of the window, from the top."""
+
+        def walk(item):
+            for child in item:
+                if child is None:
+                    continue
+                child.clear_cache()  # what is remembered may be from before
+                if not showing or child.getState().contains(pyatspi.STATE_VISIBLE):
+                    yield child
+                    yield from walk(child)
+
+        return list(walk(self.application))
+
+    def find(self, role, name):
+        """The first item with that role, whose name is `name` or is accepted by it; None when there is none."""
+        accepts = name if callable(name) else lambda text: text == name
+        for item in self.items():
+            if item.getRoleName() == role and accepts(item.name):
+                return item
+        return None
+
+    def wait(self, role, name):
+        return wait_for(f"{role} {name}", lambda: self.find(role, name))
+
+    def wait_gone(self, role, name):
+        wait_for(f"no {role} {name}", lambda: not self.find(role, name))
+
+    def press(self, role, name):
+        act(self.wait(role, name), "Press")
+
+    def scanned(self):
+        """Waits until no scan is running."""
+        wait_for("an available Scan again", lambda: is_available(self.find("push button", "Scan again")))
+
+    # As a user
+
+    def keys(self, *names):
+        for name in names:
+            subprocess.run(["xdotool", "key", name], check=True)
+            time.sleep(0.05)
+
+    def size(self):
+        output = subprocess.run(["xdotool", "getwindowgeometry", "--shell", self.id], capture_output=True, text=True)
+        values = dict(line.split("=") for line in output.stdout.split())
+        return int(values["WIDTH"]), int(values["HEIGHT"])
+
+    def focused(self):
+        """The item that has the keyboard; None when none has."""
+        # What it lies in says so too; it is the innermost.
+        focused = [item for item in self.items() if item.getState().contains(pyatspi.STATE_FOCUSED)]
+        return focused[-1] if focused else None
+
+    def tab_to(self, role, name):
+        """Presses Tab until the item has the keyboard."""
+        accepts = name if callable(name) else lambda text: text == name
+        for _ in range(80):
+            item = self.focused()
+            if item and item.getRoleName() == role and accepts(item.name):
+                return item
+            self.keys("Tab")
+        raise AssertionError(f"Tab does not reach {role} {name}")
+
+
+def act(item, name):
+    actions = item.queryAction()
+    for place in range(actions.nActions):
+        if actions.getName(place) == name:
+            actions.doAction(place)
+            return
+    raise AssertionError(f"{item.name} has no action {name}")
+
+
+def is_available(item):
+    return item is not None and item.description != "Not available now"
+
+
+def is_checked(item):
+    item.clear_cache()
+    return item.getState().contains(pyatspi.STATE_CHECKED)
