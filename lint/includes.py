@@ -5,7 +5,8 @@
 
 A file knows its own layer and those before it; includes carry their folder ("core/card.h"); platform, core and rules
 show only standard C++ in their headers; the system and the libraries are reached from platform/*.cpp alone, Qt also
-from state, ui and app, nlohmann-json also from the history's codec. tools/, tests/ and bench/ may include anything.
+from state, ui and app, nlohmann-json also from the history's codec, the Objective-C runtime also from the *_macos.cpp
+of ui. tools/, tests/ and bench/ may include anything.
 Prints a line for each include that breaks this and exits with 1 when there is one.
 """
 
@@ -16,6 +17,8 @@ from pathlib import Path
 LAYERS = ["platform", "core", "rules", "state", "ui", "app"]
 QT_LAYERS = {"state", "ui", "app"}
 SOURCES = {".h", ".cpp", ".mm"}
+# Shared by macOS's own sources, and included by nothing else.
+MACOS_HEADERS = {"platform/core_foundation.h"}
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]')
 QT = re.compile(r"^(Q[A-Za-z]+|Qt[A-Za-z0-9]*/.+|q[a-z_]+\.h)$")
 
@@ -31,8 +34,10 @@ variant vector version
 """.split())
 
 
-def fault_of_own(layer, name):
+def fault_of_own(layer, path, name):
     """What is wrong with including Vesk's own file `name`, or None."""
+    if name in MACOS_HEADERS and not path.stem.endswith("_macos"):
+        return f'"{name}" is for *_macos.cpp alone'
     if name.endswith(".moc"):
         return None
     folder = name.split("/")[0]
@@ -47,7 +52,9 @@ def fault_of_foreign(layer, path, name):
     """What is wrong with including <name>, or None."""
     if name in STANDARD:
         return None
-    if layer == "platform" and path.suffix != ".h":
+    if layer == "platform" and (path.suffix != ".h" or f"platform/{path.name}" in MACOS_HEADERS):
+        return None
+    if layer == "ui" and name.startswith("objc/") and path.name.endswith("_macos.cpp"):
         return None
     if layer in QT_LAYERS:
         if QT.match(name):
@@ -74,7 +81,7 @@ def faults(tree):
             if not (match := INCLUDE.match(line)):
                 continue
             own, name = match[1] == '"', match[2]
-            fault = fault_of_own(layer, name) if own else fault_of_foreign(layer, path, name)
+            fault = fault_of_own(layer, path, name) if own else fault_of_foreign(layer, path, name)
             if fault:
                 found.append(f"{path.relative_to(tree)}:{number}: {fault}")
     return found, looked_at

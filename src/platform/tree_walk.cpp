@@ -264,7 +264,8 @@ private:
             case Batch::Of::files:
                 fileBatches_.fetch_sub(1, std::memory_order_relaxed);
                 batch.forEach([&](const char* name) {
-                    lookAndTellFolder(batch.folder->descriptor(), {name, ItemKind::regularFile}, worker.state, onError_);
+                    lookAndTellFolder(batch.folder->descriptor(), {name, ItemKind::regularFile}, worker.state,
+                                      onError_);
                 });
                 break;
             case Batch::Of::subfolders:

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <deque>
 #include <string>
 #include <string_view>
 
 #include "core/scanner.h"
+#include "platform/background.h"
+#include "platform/divided_work.h"
 #include "platform/text.h"
 #include "rules/gathering.h"
 #include "rules/rules.h"
@@ -151,79 +154,117 @@ private:
     std::vector<Child> children_;
 };
 
-// Walks folders of the home and gathers what idle projects in them can spare, by kind.
+// Searches the home's folders for what idle projects can spare. Many small folders are listed and measured on the way,
+// so the folders are divided among threads.
 class Search {
 public:
-    Search(Probe& probe, Date cutOff) : probe_(probe), cutOff_(cutOff) {}
+    Search(Probe& probe, Date cutOff) : probe_(probe), cutOff_(cutOff), background_(inBackground()) {}
 
-    void walk(const std::filesystem::path& root) {
-        // The folders from the root down to the one being looked at.
-        std::vector<Folder> open;
-        open.push_back({root, childrenOf(root, ListingDetail::kinds), 0, std::nullopt});
-        while (!open.empty()) {
-            Folder& folder = open.back();
-            if (folder.next == folder.items.size()) {
-                open.pop_back();
-                continue;
-            }
-            const FolderItem& item = folder.items[folder.next++];
+    std::vector<Card> run() {
+        DividedWork<Folder, Part*> work([this] { return &parts_.emplace_back(Probe(probe_.tracker)); },
+                                        [this](const Folder& folder, auto& worker) { search(folder, worker); });
+        work.run({Scanner::home(), homeLevel});
+        return cards();
+    }
+
+private:
+    static constexpr std::size_t homeLevel = 0;
+
+    struct Folder {
+        std::filesystem::path path;
+        // Of the folder's children: 1 in a folder of the home, 0 in the home itself.
+        std::size_t level;
+    };
+    struct Hit {
+        std::size_t kind;
+        Entry entry;
+    };
+    // What one thread has to itself.
+    struct Part {
+        explicit Part(Probe own) : probe(std::move(own)) {}
+        Probe probe;
+        std::vector<Hit> hits;
+    };
+
+    template <typename Worker>
+    void search(const Folder& folder, Worker& worker) {
+        if (background_) {
+            enterBackground();
+        }
+        std::optional<ProjectDates> dates;
+        for (const FolderItem& item : childrenOf(folder)) {
             if (!item.isDirectory) {
                 continue;
             }
-            if (const Kind* kind = kindOf(folder.path, item.name)) {
-                take(folder, *kind);
-            } else if (!item.name.starts_with('.') && open.size() < deepestLevel && !isPackage(item.name)) {
-                FolderListing inside = listSubfolder(folder.path, item.name, ListingDetail::kinds);
-                open.push_back({folder.path / item.name, std::move(inside.items), 0, std::nullopt});
+            if (folder.level == homeLevel) {
+                if (!item.name.starts_with('.') && !isSkippedRoot(item.name)) {
+                    worker.add({folder.path / item.name, homeLevel + 1});
+                }
+            } else if (const Kind* kind = kindOf(folder.path, item.name)) {
+                take(*worker.state, folder.path, *kind, dates);
+                worker.giveIfWanted();
+            } else if (!item.name.starts_with('.') && folder.level < deepestLevel && !isPackage(item.name)) {
+                worker.add({folder.path / item.name, folder.level + 1});
             }
         }
+        worker.share();
+    }
+
+    // The home and its own folders may lie anywhere; below them links and other file systems are not entered.
+    static std::vector<FolderItem> childrenOf(const Folder& folder) {
+        if (folder.level <= homeLevel + 1) {
+            return rules::childrenOf(folder.path, ListingDetail::kinds);
+        }
+        return listSubfolder(folder.path.parent_path(), folder.path.filename().string(), ListingDetail::kinds).items;
+    }
+
+    static bool isSkippedRoot(std::string_view name) {
+        return std::find(skippedRoots.begin(), skippedRoots.end(), name) != skippedRoots.end();
+    }
+
+    void take(Part& part, const std::filesystem::path& project, const Kind& kind, std::optional<ProjectDates>& dates) {
+        if (!dates) {
+            dates.emplace(part.probe, project);
+        }
+        const std::optional<Date> touched = dates->newestIgnoring(kind.folder);
+        if (touched.value_or(Date::min()) >= cutOff_) {
+            return;
+        }
+        const std::filesystem::path url = project / kind.folder;
+        part.hits.push_back(
+            {static_cast<std::size_t>(&kind - kinds.data()),
+             Entry{Uuid::random(), url, label(project.filename().string()), part.probe.measure(url).size, touched}});
     }
 
     std::vector<Card> cards() {
+        std::vector<Hit> hits;
+        for (Part& part : parts_) {
+            probe_.blocked = probe_.blocked || part.probe.blocked;
+            std::move(part.hits.begin(), part.hits.end(), std::back_inserter(hits));
+        }
+        // Which thread came where is chance; the order of the paths is that of a search by one alone.
+        std::sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.entry.url < b.entry.url; });
+        std::array<std::vector<Entry>, kinds.size()> found;
+        for (Hit& hit : hits) {
+            found[hit.kind].push_back(std::move(hit.entry));
+        }
         std::vector<Card> cards;
         for (std::size_t i = 0; i < kinds.size(); ++i) {
-            addCard(cards, kinds[i].card, std::move(found_[i]));
+            addCard(cards, kinds[i].card, std::move(found[i]));
         }
         return cards;
     }
 
-private:
-    struct Folder {
-        std::filesystem::path path;
-        std::vector<FolderItem> items;
-        std::size_t next;
-        std::optional<ProjectDates> dates;
-    };
-
-    void take(Folder& project, const Kind& kind) {
-        if (!project.dates) {
-            project.dates.emplace(probe_, project.path);
-        }
-        const std::optional<Date> touched = project.dates->newestIgnoring(kind.folder);
-        if (touched.value_or(Date::min()) >= cutOff_) {
-            return;
-        }
-        const std::filesystem::path url = project.path / kind.folder;
-        found_[static_cast<std::size_t>(&kind - kinds.data())].push_back(
-            Entry{Uuid::random(), url, label(project.path.filename().string()), probe_.measure(url).size, touched});
-    }
-
     Probe& probe_;
     Date cutOff_;
-    std::array<std::vector<Entry>, kinds.size()> found_;
+    bool background_;
+    std::deque<Part> parts_;  // a deque: threads keep pointers into it while it grows
 };
 
 }  // namespace
 
 std::vector<Card> Scanner::projectCards(Probe& probe) {
-    Search search(probe, now() - idleTime);
-    for (const FolderItem& item : childrenOf(home(), ListingDetail::kinds)) {
-        if (item.isDirectory && !item.name.starts_with('.') &&
-            std::find(skippedRoots.begin(), skippedRoots.end(), item.name) == skippedRoots.end()) {
-            search.walk(home() / item.name);
-        }
-    }
-    return search.cards();
+    return Search(probe, now() - idleTime).run();
 }
 
 }  // namespace vesk

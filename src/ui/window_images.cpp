@@ -33,11 +33,16 @@ void blurRows(std::vector<int>& alpha, int width, int height, int reach) {
     }
 }
 
+// Where a pixel of a square picture lies in a list of its rows.
+std::size_t at(int row, int column, int side) {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(side) + static_cast<std::size_t>(column);
+}
+
 std::vector<int> transposed(const std::vector<int>& alpha, int side) {
     std::vector<int> result(alpha.size());
     for (int y = 0; y < side; ++y) {
         for (int x = 0; x < side; ++x) {
-            result[static_cast<std::size_t>(x * side + y)] = alpha[static_cast<std::size_t>(y * side + x)];
+            result[at(x, y, side)] = alpha[at(y, x, side)];
         }
     }
     return result;
@@ -65,7 +70,7 @@ QImage softShadow(int cornerRadius, int blurRadius, const QColor& color) {
     std::vector<int> alpha(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
     for (int y = 0; y < side; ++y) {
         for (int x = 0; x < side; ++x) {
-            alpha[static_cast<std::size_t>(y * side + x)] = shape.pixelColor(x, y).alpha() * grain;
+            alpha[at(y, x, side)] = shape.pixelColor(x, y).alpha() * grain;
         }
     }
     constexpr int passes = 3;
@@ -78,7 +83,7 @@ QImage softShadow(int cornerRadius, int blurRadius, const QColor& color) {
     for (int y = 0; y < side; ++y) {
         for (int x = 0; x < side; ++x) {
             QColor pixel = color;
-            const float share = static_cast<float>(alpha[static_cast<std::size_t>(y * side + x)]) / (255.0F * grain);
+            const float share = static_cast<float>(alpha[at(y, x, side)]) / (255.0F * grain);
             pixel.setAlphaF(color.alphaF() * share);
             shape.setPixelColor(x, y, pixel);
         }

@@ -14,7 +14,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class PreferencesTest : public TemporaryHome {
 protected:

@@ -14,7 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace testing;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 

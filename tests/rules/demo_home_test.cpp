@@ -14,7 +14,6 @@ namespace {
 
 using namespace testing;
 using ::testing::ElementsAre;
-using ::testing::UnorderedElementsAre;
 
 struct ExpectedCard {
     const char* id;

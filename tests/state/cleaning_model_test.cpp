@@ -143,7 +143,7 @@ protected:
 
 TEST_F(CleaningModelTest, RandomCleansAndUndosKeepEverythingAccountedFor) {
     const char* wanted = std::getenv("VESK_MODEL_STEPS");
-    const int steps = wanted != nullptr ? std::atoi(wanted) : 3'000;
+    const int steps = wanted != nullptr ? std::stoi(wanted) : 3'000;
     for (int step = 0; step < steps && !HasFailure(); ++step) {
         SCOPED_TRACE(step);
         const std::size_t kind = below(100);

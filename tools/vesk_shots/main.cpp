@@ -35,7 +35,7 @@ enum class Scale { single, twofold };
 
 class Photographer {
 public:
-    Photographer(QDir folder, Scale scale) : folder_(std::move(folder)), scale_(scale) {}
+    Photographer(const QDir& folder, Scale scale) : folder_(folder), scale_(scale) {}
 
     void take(const vesk::Scene& scene) {
         if (scale_ == Scale::twofold) {

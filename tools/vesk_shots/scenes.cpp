@@ -210,7 +210,7 @@ void addDialogScenes(std::vector<Scene>& scenes) {
 }
 
 void addDetailScenes(std::vector<Scene>& scenes) {
-    const auto with = [](std::vector<Card> cards) { return [cards] { return sourcesOf({staged(cards)}); }; };
+    const auto with = [](const std::vector<Card>& cards) { return [cards] { return sourcesOf({staged(cards)}); }; };
     const auto open = [](const std::string& id) { return [id](VeskApp& app) { openDetail(app, id); }; };
     for (const std::size_t entries : {std::size_t{8}, std::size_t{9}, std::size_t{500}}) {
         const std::string name = "detail-" + std::to_string(entries) + "-entries";
