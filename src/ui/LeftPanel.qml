@@ -125,6 +125,7 @@ Flickable {
 
                 objectName: "previewSwitch"
                 anchors.right: parent.right
+                anchors.rightMargin: -padding
                 anchors.verticalCenter: parent.verticalCenter
                 name: "Preview only"
                 checked: panel.store.previewOnly
