@@ -82,14 +82,14 @@ class WindowTest(unittest.TestCase):
         act(celebration, "Press")
         self.window.wait_gone("alert", celebration.name)
         self.window.scanned()
-        self.assertIsNone(self.window.find("push button", LARGEST))
+        self.window.wait_gone("push button", LARGEST)
 
         self.window.press("page tab", "History")
         self.window.wait("list item", lambda name: name.startswith(f"Freed 36.2 MB. {LARGEST}."))
         self.window.press("push button", "Undo")
         self.window.wait("dialog", "Heads up")
         notice = f"All {len(trashed)} items are back where they were."
-        self.assertIsNotNone(self.window.find("label", notice))
+        self.window.wait("label", notice)
         self.window.press("push button", "OK")
         self.window.wait("list item", lambda name: name.endswith("Restored"))
         self.assertEqual(trash_list(home), [])
