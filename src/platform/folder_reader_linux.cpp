@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "platform/folder_reader.h"
+#include "platform/folder_reader_system.h"
 
 namespace vesk {
 
@@ -27,39 +27,6 @@ Descriptor openWithoutTrace(Open open) {
         number = open(0);
     }
     return Descriptor(number);
-}
-
-// The device that an open folder lies on, for kernels that cannot refuse mount points by themselves.
-bool sameDevice(int first, int second) {
-    struct stat a {};
-    struct stat b {};
-    return fstat(first, &a) == 0 && fstat(second, &b) == 0 && a.st_dev == b.st_dev;
-}
-
-Descriptor openComparingDevices(int parent, const char* name) {
-    Descriptor child = openFolder(parent, name, LastLink::refuse);
-    if (child && !sameDevice(parent, child.get())) {
-        child.close();
-        errno = EXDEV;
-    }
-    return child;
-}
-
-ItemKind kindOf(unsigned char type) {
-    switch (type) {
-        case DT_DIR:
-            return ItemKind::folder;
-        case DT_REG:
-            return ItemKind::regularFile;
-        case DT_UNKNOWN:
-            return ItemKind::unknown;
-        default:
-            return ItemKind::other;
-    }
-}
-
-bool isDotOrDotDot(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
 }  // namespace
@@ -104,9 +71,7 @@ int readNames(int folder, const std::function<void(ListedItem)>& visit) {
         for (long at = 0; at < got;) {
             const auto* item = reinterpret_cast<const dirent64*>(buffer.data() + at);
             at += item->d_reclen;
-            if (!isDotOrDotDot(item->d_name)) {
-                visit(ListedItem{item->d_name, kindOf(item->d_type)});
-            }
+            visitListed(item->d_name, item->d_type, visit);
         }
     }
 }

@@ -15,7 +15,7 @@
 #include <memory>
 
 #include "platform/bulk_attributes.h"
-#include "platform/folder_reader.h"
+#include "platform/folder_reader_system.h"
 
 namespace vesk {
 
@@ -56,29 +56,6 @@ int promiseToLeaveNoTrace() {
     return 0;
 }
 
-bool sameDevice(int first, int second) {
-    struct stat a {};
-    struct stat b {};
-    return fstat(first, &a) == 0 && fstat(second, &b) == 0 && a.st_dev == b.st_dev;
-}
-
-ItemKind kindOf(unsigned char type) {
-    switch (type) {
-        case DT_DIR:
-            return ItemKind::folder;
-        case DT_REG:
-            return ItemKind::regularFile;
-        case DT_UNKNOWN:
-            return ItemKind::unknown;
-        default:
-            return ItemKind::other;
-    }
-}
-
-bool isDotOrDotDot(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
 using Visit = std::function<void(ListedItem)>;
 
 // Names and kinds alone, by the calls that every system has; from the folder's beginning.
@@ -103,9 +80,7 @@ int readNamesOneByOne(int folder, const Visit& visit) {
         if (item == nullptr) {
             return errno;
         }
-        if (!isDotOrDotDot(item->d_name)) {
-            visit(ListedItem{item->d_name, kindOf(item->d_type)});
-        }
+        visitListed(item->d_name, item->d_type, visit);
     }
 }
 
@@ -177,12 +152,7 @@ Descriptor openFolder(int parent, const char* path, LastLink lastLink) {
 }
 
 Descriptor openChildOnSameDevice(int parent, const char* name) {
-    Descriptor child = openFolder(parent, name, LastLink::refuse);
-    if (child && !sameDevice(parent, child.get())) {
-        child.close();
-        errno = EXDEV;
-    }
-    return child;
+    return openComparingDevices(parent, name);
 }
 
 int readNames(int folder, const Visit& visit) {
