@@ -12,6 +12,14 @@
 
 namespace vesk {
 
+/// What stands under a key. Nothing at all is another thing than a value that could not be read (a disk that fails, a
+/// program out of descriptors): that one must not be replaced as if it were not there.
+struct StoredBytes {
+    std::optional<std::string> bytes;
+    /// Whether something is stored that could not be read now.
+    bool unreadable = false;
+};
+
 class Preferences {
 public:
     /// The preferences of this user: on Linux, and in a made-up world, the folder "vesk" in World::configHome.
@@ -24,8 +32,9 @@ public:
     /// Returns false when the value could not be stored; the old one then stays.
     bool setBoolean(std::string_view key, bool value);
 
+    StoredBytes read(std::string_view key) const;
     /// Stored bytes; absent when there are none or they cannot be read.
-    std::optional<std::string> data(std::string_view key) const;
+    std::optional<std::string> data(std::string_view key) const { return read(key).bytes; }
     /// Returns false when the value could not be stored; the old one then stays.
     bool setData(std::string_view key, std::string_view bytes);
 

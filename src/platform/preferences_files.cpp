@@ -22,12 +22,20 @@ constexpr std::string_view no = "false\n";
 
 }  // namespace
 
-std::optional<std::string> readPreferenceFile(const std::filesystem::path& folder, std::string_view key) {
+StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_view key) {
+    constexpr bool unreadable = true;
     // Not blocking, so that a FIFO put in the file's place cannot stop the program's start.
     const Descriptor file(::open((folder / key).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file) {
+        const bool isNothing = errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENXIO;
+        return {std::nullopt, !isNothing};
+    }
     struct stat found {};
-    if (!file || fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) {
-        return std::nullopt;
+    if (fstat(file.get(), &found) != 0) {
+        return {std::nullopt, unreadable};
+    }
+    if (!S_ISREG(found.st_mode)) {
+        return {};
     }
     std::string bytes;
     std::array<char, 64 * 1024> buffer{};
@@ -37,10 +45,10 @@ std::optional<std::string> readPreferenceFile(const std::filesystem::path& folde
             continue;
         }
         if (got < 0) {
-            return std::nullopt;
+            return {std::nullopt, unreadable};
         }
         if (got == 0) {
-            return bytes;
+            return {std::move(bytes)};
         }
         bytes.append(buffer.data(), static_cast<std::size_t>(got));
     }

@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/preferences.h"
+
 namespace vesk {
 
-/// The bytes stored under a key; absent when there are none or they cannot be read.
-std::optional<std::string> readPreferenceFile(const std::filesystem::path& folder, std::string_view key);
+/// The bytes stored under a key.
+StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_view key);
 
 /// Stores bytes under a key, making the folder when it is missing. Returns false, with the old value kept, on failure.
 bool writePreferenceFile(const std::filesystem::path& folder, std::string_view key, std::string_view bytes);

@@ -20,7 +20,7 @@ bool Preferences::setBoolean(std::string_view key, bool value) {
     return setData(key, preferenceFileText(value));
 }
 
-std::optional<std::string> Preferences::data(std::string_view key) const {
+StoredBytes Preferences::read(std::string_view key) const {
     return readPreferenceFile(folder_, key);
 }
 

@@ -68,17 +68,17 @@ bool Preferences::setBoolean(std::string_view key, bool value) {
     return storeValue(key, value ? kCFBooleanTrue : kCFBooleanFalse);
 }
 
-std::optional<std::string> Preferences::data(std::string_view key) const {
+StoredBytes Preferences::read(std::string_view key) const {
     if (!folder_.empty()) {
         return readPreferenceFile(folder_, key);
     }
     const Owned<CFPropertyListRef> value = storedOfType(key, CFDataGetTypeID());
     if (!value) {
-        return std::nullopt;
+        return {};  // the system does not tell whether it failed
     }
     const auto data = static_cast<CFDataRef>(value.get());
-    return std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
-                       static_cast<std::size_t>(CFDataGetLength(data)));
+    return {std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
+                        static_cast<std::size_t>(CFDataGetLength(data)))};
 }
 
 bool Preferences::setData(std::string_view key, std::string_view bytes) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <string>
@@ -54,10 +55,18 @@ bool isUsable(const fs::path& path) {
     return path.is_absolute() && path.native().find('\0') == fs::path::string_type::npos;
 }
 
-// Unlike itemExists this counts a link that leads nowhere.
-bool hasItem(const fs::path& path) {
-    struct stat found {};
-    return lstat(path.c_str(), &found) == 0;
+// Whether something has this name, a link that leads nowhere too: 0, ENOENT when nothing has, or why it cannot be told.
+int lookFor(const fs::path& path, struct stat& found) {
+    if (lstat(path.c_str(), &found) == 0) {
+        return 0;
+    }
+    return errno == ENOTDIR ? ENOENT : errno;
+}
+
+// Where no rename refuses to replace, a file is given its second name before it loses the first. A program that ended
+// between the two leaves it with both.
+bool isOneFileOfTwoNames(const struct stat& first, const struct stat& second) {
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino && !S_ISDIR(first.st_mode);
 }
 
 }  // namespace
@@ -84,12 +93,24 @@ std::optional<PlatformError> putBack(const fs::path& trashed, const fs::path& or
     if (!isUsable(trashed) || !isUsable(original)) {
         return posixError(EINVAL);
     }
-    if (!hasItem(trashed)) {
-        forgetLostRecord(trashed, original);
-        return posixError(ENOENT);
+    struct stat item {};
+    if (const int failure = lookFor(trashed, item)) {
+        // An item that cannot be looked at is not gone: its record stays.
+        if (failure == ENOENT) {
+            forgetLostRecord(trashed, original);
+        }
+        return posixError(failure);
     }
-    if (hasItem(original)) {
-        return posixError(EEXIST);
+    struct stat inPlace {};
+    if (lookFor(original, inPlace) == 0) {
+        if (!isOneFileOfTwoNames(item, inPlace)) {
+            return posixError(EEXIST);
+        }
+        if (unlink(trashed.c_str()) != 0) {
+            return posixError(errno);
+        }
+        forgetTrashed(trashed);
+        return std::nullopt;
     }
     constexpr unsigned defaultMode = 0777;
     if (const int failure = makeFolders(original.parent_path(), defaultMode)) {

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QStringList>
+#include <iterator>
 #include <utility>
 
 #include "core/byte_count.h"
@@ -28,12 +29,12 @@ QString dateText(Date date) {
 
 }  // namespace
 
-void HistoryList::load(std::vector<HistoryEntry> entries) {
+void HistoryList::append(std::vector<HistoryEntry> entries) {
     if (entries.empty()) {
         return;
     }
-    beginInsertRows({}, 0, static_cast<int>(entries.size()) - 1);
-    entries_ = std::move(entries);
+    beginInsertRows({}, count(), count() + static_cast<int>(entries.size()) - 1);
+    entries_.insert(entries_.end(), std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end()));
     endInsertRows();
     Q_EMIT countChanged();
 }

@@ -30,8 +30,8 @@ public:
     const std::vector<HistoryEntry>& entries() const { return entries_; }
     int count() const { return static_cast<int>(entries_.size()); }
 
-    /// Starts with these entries. Called once, before any view looks.
-    void load(std::vector<HistoryEntry> entries);
+    /// Puts entries after all others.
+    void append(std::vector<HistoryEntry> entries);
     /// Puts an entry before all others.
     void prepend(HistoryEntry entry);
     /// Drops the oldest entries beyond the first `kept`.

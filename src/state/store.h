@@ -143,7 +143,8 @@ public:
     void undo(const Uuid& id);
     /// The same for an id in its textual form.
     Q_INVOKABLE void undo(const QString& id);
-    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before.
+    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before; it is tried
+    /// again with the next change, and at the end.
     void saveHistory();
 
     /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
@@ -213,7 +214,7 @@ private:
     void recordClean(HistoryEntry entry, std::int64_t failures);
     void rescan();
 
-    void loadHistory();
+    bool loadHistory();
     std::optional<std::size_t> historyRow(const Uuid& id) const;
     void finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted);
 
@@ -234,6 +235,9 @@ private:
     std::optional<std::string> detailID_;
     std::optional<std::string> notice_;
     HistoryList historyList_;
+    // Whether all that is stored of the history is in this one, and whether this one could not be stored yet.
+    bool historyKnown_ = false;
+    bool historyUnsaved_ = false;
     bool previewOnly_ = false;
 
     // Where the entries of `cards` lay.

@@ -134,6 +134,9 @@ void Store::finish() {
     }
     cleaningTask_.finish(quitPatience);
     restoreTask_.finish(quitPatience);
+    if (historyUnsaved_) {
+        saveHistory();
+    }
 }
 
 }  // namespace vesk

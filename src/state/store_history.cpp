@@ -25,18 +25,23 @@ std::string undoNotice(std::size_t restored, std::size_t wanted) {
 
 }  // namespace
 
-void Store::loadHistory() {
-    const std::optional<std::string> stored = preferences_.data(historyKey);
-    if (!stored) {
-        return;
+bool Store::loadHistory() {
+    const StoredBytes stored = preferences_.read(historyKey);
+    if (stored.bytes) {
+        // What cannot be decoded stays stored until the next save.
+        historyList_.append(decodeHistory(*stored.bytes).value_or(std::vector<HistoryEntry>()));
+        historyKnown_ = true;
     }
-    // What cannot be read stays stored until the next save.
-    historyList_.load(decodeHistory(*stored).value_or(std::vector<HistoryEntry>()));
+    return !stored.unreadable;
 }
 
 void Store::saveHistory() {
+    // A history that the disk did not yield at the start is older than all of this one, and may be read by now. As long
+    // as it is not, nothing replaces it.
+    const bool replaceable = historyKnown_ || loadHistory();
     historyList_.trim(keptEntries);
-    preferences_.setData(historyKey, encodeHistory(history()));
+    historyUnsaved_ = !replaceable || !preferences_.setData(historyKey, encodeHistory(history()));
+    historyKnown_ = historyKnown_ || !historyUnsaved_;
 }
 
 std::optional<std::size_t> Store::historyRow(const Uuid& id) const {

@@ -72,6 +72,15 @@ TEST_F(PreferencesTest, AFailedWriteKeepsTheOldValue) {
     EXPECT_THAT(namesIn(folder), ElementsAre("vesk.history"));
 }
 
+TEST_F(PreferencesTest, WhatCannotBeReadIsToldFromNothing) {
+    EXPECT_FALSE(preferences.read("vesk.history").unreadable);
+    ASSERT_TRUE(preferences.setData("vesk.history", "old"));
+    EXPECT_FALSE(preferences.read("vesk.history").unreadable);
+    fs::permissions(folder / "vesk.history", fs::perms::none);
+    EXPECT_TRUE(preferences.read("vesk.history").unreadable);
+    EXPECT_EQ(preferences.data("vesk.history"), std::nullopt);
+}
+
 TEST_F(PreferencesTest, AFullDiskKeepsTheOldValue) {
     if (!enterPrivateMounts()) {
         GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";

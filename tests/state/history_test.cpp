@@ -112,6 +112,38 @@ TEST_F(HistoryTest, ASaveThatFailsIsNotSeen) {
     EXPECT_EQ(stored(), encodeHistory(before)) << "the old value stays";
 }
 
+TEST_F(HistoryTest, ASaveThatFailedIsMadeUpForAtTheEnd) {
+    storeHistory(encodeHistory(runs(1)));
+    offerItemsOf(testHome() / "Junk");
+    makeStore();
+    fs::permissions(testHome() / ".config/vesk", fs::perms::owner_read | fs::perms::owner_exec);
+    cleanSomething("a");
+    fs::permissions(testHome() / ".config/vesk", fs::perms::owner_all);
+    const std::vector<HistoryEntry> shown = store_->history();
+    store_.reset();
+    EXPECT_EQ(stored(), encodeHistory(shown));
+}
+
+TEST_F(HistoryTest, OneThatCannotBeReadNowIsNeverReplaced) {
+    const fs::path file = testHome() / ".config/vesk/vesk.history";
+    const std::vector<HistoryEntry> older = runs(2);
+    storeHistory(encodeHistory(older));
+    offerItemsOf(testHome() / "Junk");
+    fs::permissions(file, fs::perms::none);
+    Store& store = makeStore();
+    EXPECT_THAT(store.history(), IsEmpty());
+    cleanSomething("a");
+    EXPECT_EQ(store.history().size(), 1U);
+    fs::permissions(file, fs::perms::owner_all);
+    EXPECT_EQ(stored(), encodeHistory(older));
+
+    cleanSomething("b");
+    EXPECT_EQ(stored(), encodeHistory(store.history()));
+    ASSERT_EQ(store.history().size(), 4U) << "it has been read meanwhile, and is the older part";
+    EXPECT_EQ(store.history()[2], older[0]);
+    EXPECT_EQ(listOf(store).rowCount(), 4);
+}
+
 TEST_F(HistoryTest, ATitleThatIsNotUtf8StopsNoSave) {
     writeFile(testHome() / "Junk/a", "a");
     offer([](Probe& probe) {

@@ -1,0 +1,104 @@
+#include "faults/fault_run.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "support/temporary_home.h"
+#include "support/trash_home.h"
+
+namespace vesk::testing {
+
+namespace {
+
+std::string setting(const char* name, const char* otherwise) {
+    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody changes the environment
+    return value == nullptr ? otherwise : value;
+}
+
+std::filesystem::path reportFile() {
+    return testRoot().parent_path() / "fault-report";
+}
+
+void readReport(FaultRun& run) {
+    std::istringstream lines(contentOf(reportFile()));
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string kind;
+        words >> kind;
+        if (kind == "hit") {
+            run.hit = line.substr(kind.size() + 1);
+        } else {
+            std::string error;
+            long count = 0;
+            words >> error >> count;
+            run.counts[error] = count;
+        }
+    }
+}
+
+}  // namespace
+
+std::string FaultPoint::text() const {
+    return phase + ", call " + std::to_string(at) + ": " + error + (lasts ? " from then on" : "") +
+           (old ? ", old file system" : "");
+}
+
+FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& point) {
+    std::ofstream(reportFile()).close();
+    std::vector<std::string> environment = {
+        "LD_PRELOAD=" VESK_FAULT_LIBRARY,
+        "VESK_FAULT_PHASE=" + point.phase,
+        "VESK_FAULT_ERROR=" + point.error,
+        "VESK_FAULT_AT=" + std::to_string(point.at),
+        "VESK_FAULT_REPORT=" + reportFile().string(),
+    };
+    if (point.lasts) {
+        environment.emplace_back("VESK_FAULT_LASTS=1");
+    }
+    if (point.old) {
+        environment.emplace_back("VESK_FAULT_OLD=1");
+    }
+    std::vector<std::string> arguments = {testRoot().string(), testHome().string()};
+    arguments.insert(arguments.end(), steps.begin(), steps.end());
+    FaultRun run;
+    run.program = runProgram(VESK_DRIVER, arguments, environment);
+    run.told = nlohmann::json::parse(run.program.output, nullptr, false);
+    if (run.told.is_discarded()) {
+        run.told = nullptr;
+    }
+    readReport(run);
+    return run;
+}
+
+std::vector<FaultPoint> pointsOf(const FaultRun& counted, const FaultPoint& like,
+                                 const std::vector<std::string>& errors, std::size_t atMost) {
+    std::vector<FaultPoint> points;
+    for (const std::string& error : errors) {
+        const auto count = counted.counts.find(error);
+        for (long at = 1; count != counted.counts.end() && at <= count->second; ++at) {
+            points.push_back({like.phase, error, at, like.lasts, like.old});
+        }
+    }
+    if (setting("VESK_FAULTS", "") != "all" && points.size() > atMost) {
+        std::mt19937 random(static_cast<unsigned>(std::stoul(setting("VESK_FAULT_SEED", "20261121"))));
+        std::shuffle(points.begin(), points.end(), random);
+        points.resize(atMost);
+    }
+    return points;
+}
+
+void printPoints(const std::string& what, const std::map<std::string, long>& tried) {
+    long sum = 0;
+    std::printf("points: %-28s", what.c_str());
+    for (const auto& [error, count] : tried) {
+        std::printf(" %s %ld", error.c_str(), count);
+        sum += count;
+    }
+    std::printf(", together %ld\n", sum);
+}
+
+}  // namespace vesk::testing

@@ -1,0 +1,380 @@
+// Preloaded into a program, this library makes the file-system calls of a chosen phase of it fail one at a time, or
+// kills the program there. It replaces libc's functions, so it also meets the calls that Qt and the C++ library make
+// for the program; the calls that libc makes inside itself it does not see.
+//
+// The program says where a phase begins by calling vesk_fault_phase, which it looks up by name; nothing is counted
+// before. Environment:
+//   VESK_FAULT_PHASE   the phase in which calls are counted and fail
+//   VESK_FAULT_ERROR   a name of the table below (EIO, ...), or KILL
+//   VESK_FAULT_AT      which of the calls that can fail like this, from 1; 0 or unset: none, only count
+//   VESK_FAULT_LASTS   set: every later call that can fail like this does so too, in later phases as well
+//   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some of FUSE
+//   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <stdarg.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// ---- Which error fits which call ------------------------------------------------------------------------------------
+
+struct Error {
+    const char* name;
+    int number;
+};
+
+constexpr std::array<Error, 10> errors = {{{"EACCES", EACCES},
+                                           {"EPERM", EPERM},
+                                           {"EIO", EIO},
+                                           {"ENOSPC", ENOSPC},
+                                           {"EMFILE", EMFILE},
+                                           {"ENOENT", ENOENT},
+                                           {"EINTR", EINTR},
+                                           {"EXDEV", EXDEV},
+                                           {"EROFS", EROFS},
+                                           {"KILL", 0}}};
+
+enum class Call { open, make, list, look, resolve, makeFolder, rename, link, remove, read, write, sync, close, volume };
+
+struct Fit {
+    Call call;
+    const char* name;
+    // The errors that Linux documents for the call, on a local disk, on NFS or on FUSE; killing fits all.
+    const char* errors;
+};
+
+constexpr std::array<Fit, 14> fits = {{
+    {Call::open, "open", "EACCES EPERM EIO EMFILE ENOENT EINTR"},
+    {Call::make, "open to make a file", "EACCES EPERM EIO ENOSPC EMFILE ENOENT EINTR EROFS"},
+    {Call::list, "getdents", "EIO ENOENT EINTR"},
+    {Call::look, "stat", "EACCES EIO ENOENT"},
+    {Call::resolve, "readlink or realpath", "EACCES EIO ENOENT"},
+    {Call::makeFolder, "mkdir", "EACCES EPERM EIO ENOSPC ENOENT EROFS"},
+    {Call::rename, "rename", "EACCES EPERM EIO ENOSPC ENOENT EXDEV EROFS"},
+    {Call::link, "link", "EACCES EPERM EIO ENOSPC ENOENT EXDEV EROFS"},
+    {Call::remove, "unlink or rmdir", "EACCES EPERM EIO ENOENT EROFS"},
+    {Call::read, "read", "EIO EINTR"},
+    {Call::write, "write", "EIO ENOSPC EINTR"},
+    {Call::sync, "fsync", "EIO ENOSPC EINTR EROFS"},
+    {Call::close, "close", "EIO ENOSPC EINTR"},
+    {Call::volume, "statvfs", "EACCES EIO ENOENT EINTR"},
+}};
+
+constexpr bool isInOrder() {
+    for (std::size_t i = 0; i < fits.size(); ++i) {
+        if (static_cast<std::size_t>(fits[i].call) != i) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(isInOrder());
+
+const Fit& fitOf(Call call) {
+    return fits[static_cast<std::size_t>(call)];
+}
+
+bool canFail(const Fit& fit, std::size_t error) {
+    // No name is part of another one.
+    return errors[error].number == 0 || std::strstr(fit.errors, errors[error].name) != nullptr;
+}
+
+// ---- The calls of libc that are replaced ----------------------------------------------------------------------------
+
+template <typename Function>
+Function* real(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+using SystemCall = long(long, ...);
+
+SystemCall* realSystemCall() {
+    static SystemCall* const found = real<SystemCall>("syscall");
+    return found;
+}
+
+// ---- The plan -------------------------------------------------------------------------------------------------------
+
+const char* setting(const char* name) {
+    return std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody changes the environment
+}
+
+void report(const char* text) {
+    const char* path = setting("VESK_FAULT_REPORT");
+    if (path == nullptr) {
+        return;
+    }
+    SystemCall& call = *realSystemCall();
+    const long file = call(SYS_openat, AT_FDCWD, path, O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (file >= 0) {
+        call(SYS_write, file, text, std::strlen(text));
+        call(SYS_close, file);
+    }
+}
+
+class Plan {
+public:
+    Plan() {
+        const char* name = setting("VESK_FAULT_ERROR");
+        for (std::size_t i = 0; name != nullptr && i < errors.size(); ++i) {
+            if (std::strcmp(name, errors[i].name) == 0) {
+                chosen_ = i;
+            }
+        }
+        const char* at = setting("VESK_FAULT_AT");
+        at_ = at == nullptr ? 0 : std::strtol(at, nullptr, 10);
+        lasts_ = setting("VESK_FAULT_LASTS") != nullptr;
+        old_ = setting("VESK_FAULT_OLD") != nullptr;
+    }
+
+    bool isOldFileSystem() const { return old_; }
+
+    void enter(const char* phase) {
+        const char* wanted = setting("VESK_FAULT_PHASE");
+        const bool counts = wanted != nullptr && std::strcmp(wanted, phase) == 0;
+        if (counted_ && !counts && !reported_.exchange(true)) {
+            reportCounts();
+        }
+        counted_ = counted_ || counts;
+        counting_ = counts;
+    }
+
+    // The errno value with which this call is to fail; 0 when it is to be made.
+    int errorFor(Call call) {
+        const Fit& fit = fitOf(call);
+        if (failsFromNowOn_ && canFail(fit, chosen_)) {
+            return errors[chosen_].number;
+        }
+        if (!counting_) {
+            return 0;
+        }
+        int number = 0;
+        for (std::size_t i = 0; i < errors.size(); ++i) {
+            if (canFail(fit, i) && ++counts_[i] == at_ && i == chosen_) {
+                number = strike(fit);
+            }
+        }
+        return number;
+    }
+
+private:
+    int strike(const Fit& fit) {
+        std::array<char, 128> line{};
+        std::snprintf(line.data(), line.size(), "hit %s %s\n", fit.name, errors[chosen_].name);
+        report(line.data());
+        if (errors[chosen_].number == 0) {
+            realSystemCall()(SYS_kill, getpid(), SIGKILL);
+        }
+        failsFromNowOn_ = lasts_;
+        return errors[chosen_].number;
+    }
+
+    void reportCounts() {
+        for (std::size_t i = 0; i < errors.size(); ++i) {
+            std::array<char, 64> line{};
+            std::snprintf(line.data(), line.size(), "count %s %ld\n", errors[i].name, counts_[i].load());
+            report(line.data());
+        }
+    }
+
+    std::size_t chosen_ = errors.size() - 1;
+    long at_ = 0;
+    bool lasts_ = false;
+    bool old_ = false;
+    bool counted_ = false;
+    std::atomic<bool> reported_ = false;
+    std::atomic<bool> counting_ = false;
+    std::atomic<bool> failsFromNowOn_ = false;
+    std::array<std::atomic<long>, errors.size()> counts_{};
+};
+
+Plan& plan() {
+    static Plan instance;
+    return instance;
+}
+
+// Whether the call is to fail; errno says how.
+bool fails(Call call) {
+    const int number = plan().errorFor(call);
+    if (number != 0) {
+        errno = number;
+    }
+    return number != 0;
+}
+
+// Pipes, sockets and the wake-up descriptors of event loops are no files.
+bool isOnDisk(int file) {
+    struct stat found {};
+    const int kept = errno;
+    const bool known = realSystemCall()(SYS_fstat, file, &found) == 0;
+    errno = kept;
+    return known && (S_ISREG(found.st_mode) || S_ISDIR(found.st_mode));
+}
+
+bool failsOnDisk(Call call, int file) {
+    return isOnDisk(file) && fails(call);
+}
+
+Call openingWith(int flags) {
+    return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? Call::make : Call::open;
+}
+
+}  // namespace
+
+/// Begins a phase; a name that no test asks for ends the one before.
+extern "C" void vesk_fault_phase(const char* name);
+void vesk_fault_phase(const char* name) {
+    plan().enter(name);
+}
+
+// ---- What replaces them ---------------------------------------------------------------------------------------------
+// Each function asks for the real one by its own name, once.
+
+#define VESK_REAL(name)                                         \
+    (*[] {                                                      \
+        static auto* const found = real<decltype(name)>(#name); \
+        return found;                                           \
+    }())
+
+extern "C" {
+
+// The plain form: fails as the plan says, or passes everything on.
+#define VESK_WRAP(result, failed, name, parameters, arguments, call) \
+    result name parameters {                                         \
+        return fails(call) ? (failed) : VESK_REAL(name) arguments;   \
+    }
+
+// Those of an open file, and of a disk alone.
+#define VESK_WRAP_FILE(result, name, parameters, arguments, call)        \
+    result name parameters {                                             \
+        return failsOnDisk(call, file) ? -1 : VESK_REAL(name) arguments; \
+    }
+
+// Opening takes a mode only where it makes something.
+#define VESK_WRAP_OPEN(name, parameters, arguments, mode)                  \
+    int name parameters {                                                  \
+        va_list rest;                                                      \
+        va_start(rest, flags);                                             \
+        const unsigned mode = va_arg(rest, unsigned);                      \
+        va_end(rest);                                                      \
+        return fails(openingWith(flags)) ? -1 : VESK_REAL(name) arguments; \
+    }
+
+VESK_WRAP_OPEN(open, (const char* path, int flags, ...), (path, flags, mode), mode)
+VESK_WRAP_OPEN(open64, (const char* path, int flags, ...), (path, flags, mode), mode)
+VESK_WRAP_OPEN(openat, (int folder, const char* path, int flags, ...), (folder, path, flags, mode), mode)
+VESK_WRAP_OPEN(openat64, (int folder, const char* path, int flags, ...), (folder, path, flags, mode), mode)
+VESK_WRAP(int, -1, mkostemp, (char* name, int flags), (name, flags), Call::make)
+VESK_WRAP(int, -1, mkostemp64, (char* name, int flags), (name, flags), Call::make)
+VESK_WRAP(int, -1, mkstemp, (char* name), (name), Call::make)
+VESK_WRAP(int, -1, mkstemp64, (char* name), (name), Call::make)
+VESK_WRAP(FILE*, nullptr, fopen, (const char* path, const char* mode), (path, mode), Call::open)
+VESK_WRAP(FILE*, nullptr, fopen64, (const char* path, const char* mode), (path, mode), Call::open)
+
+VESK_WRAP(DIR*, nullptr, opendir, (const char* path), (path), Call::open)
+VESK_WRAP(DIR*, nullptr, fdopendir, (int folder), (folder), Call::look)
+VESK_WRAP(dirent*, nullptr, readdir, (DIR * folder), (folder), Call::list)
+VESK_WRAP(dirent64*, nullptr, readdir64, (DIR * folder), (folder), Call::list)
+
+VESK_WRAP(int, -1, stat, (const char* path, struct stat* found), (path, found), Call::look)
+VESK_WRAP(int, -1, stat64, (const char* path, struct stat64* found), (path, found), Call::look)
+VESK_WRAP(int, -1, lstat, (const char* path, struct stat* found), (path, found), Call::look)
+VESK_WRAP(int, -1, lstat64, (const char* path, struct stat64* found), (path, found), Call::look)
+VESK_WRAP_FILE(int, fstat, (int file, struct stat* found), (file, found), Call::look)
+VESK_WRAP_FILE(int, fstat64, (int file, struct stat64* found), (file, found), Call::look)
+VESK_WRAP(int, -1, fstatat, (int folder, const char* path, struct stat* found, int flags), (folder, path, found, flags),
+          Call::look)
+VESK_WRAP(int, -1, fstatat64, (int folder, const char* path, struct stat64* found, int flags),
+          (folder, path, found, flags), Call::look)
+VESK_WRAP(int, -1, statx, (int folder, const char* path, int flags, unsigned wanted, struct statx* found),
+          (folder, path, flags, wanted, found), Call::look)
+VESK_WRAP(int, -1, access, (const char* path, int mode), (path, mode), Call::look)
+VESK_WRAP(int, -1, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags),
+          Call::look)
+VESK_WRAP(long, -1, fpathconf, (int file, int name), (file, name), Call::look)
+
+VESK_WRAP(ssize_t, -1, readlink, (const char* path, char* target, std::size_t size), (path, target, size),
+          Call::resolve)
+VESK_WRAP(ssize_t, -1, readlinkat, (int folder, const char* path, char* target, std::size_t size),
+          (folder, path, target, size), Call::resolve)
+VESK_WRAP(char*, nullptr, realpath, (const char* path, char* resolved), (path, resolved), Call::resolve)
+
+VESK_WRAP(int, -1, mkdir, (const char* path, mode_t mode), (path, mode), Call::makeFolder)
+VESK_WRAP(int, -1, mkdirat, (int folder, const char* path, mode_t mode), (folder, path, mode), Call::makeFolder)
+
+VESK_WRAP(int, -1, rename, (const char* from, const char* to), (from, to), Call::rename)
+VESK_WRAP(int, -1, renameat, (int folder, const char* from, int other, const char* to), (folder, from, other, to),
+          Call::rename)
+VESK_WRAP(int, -1, renameat2, (int folder, const char* from, int other, const char* to, unsigned flags),
+          (folder, from, other, to, flags), Call::rename)
+VESK_WRAP(int, -1, link, (const char* from, const char* to), (from, to), Call::link)
+VESK_WRAP(int, -1, linkat, (int folder, const char* from, int other, const char* to, int flags),
+          (folder, from, other, to, flags), Call::link)
+
+VESK_WRAP(int, -1, unlink, (const char* path), (path), Call::remove)
+VESK_WRAP(int, -1, unlinkat, (int folder, const char* path, int flags), (folder, path, flags), Call::remove)
+VESK_WRAP(int, -1, rmdir, (const char* path), (path), Call::remove)
+VESK_WRAP(int, -1, remove, (const char* path), (path), Call::remove)
+
+VESK_WRAP_FILE(ssize_t, read, (int file, void* bytes, std::size_t size), (file, bytes, size), Call::read)
+VESK_WRAP_FILE(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at), Call::read)
+VESK_WRAP_FILE(ssize_t, pread64, (int file, void* bytes, std::size_t size, off64_t at), (file, bytes, size, at),
+               Call::read)
+VESK_WRAP_FILE(ssize_t, write, (int file, const void* bytes, std::size_t size), (file, bytes, size), Call::write)
+VESK_WRAP_FILE(ssize_t, pwrite, (int file, const void* bytes, std::size_t size, off_t at), (file, bytes, size, at),
+               Call::write)
+VESK_WRAP_FILE(ssize_t, pwrite64, (int file, const void* bytes, std::size_t size, off64_t at), (file, bytes, size, at),
+               Call::write)
+VESK_WRAP_FILE(int, fsync, (int file), (file), Call::sync)
+VESK_WRAP_FILE(int, fdatasync, (int file), (file), Call::sync)
+
+VESK_WRAP(int, -1, statvfs, (const char* path, struct statvfs* found), (path, found), Call::volume)
+VESK_WRAP(int, -1, statvfs64, (const char* path, struct statvfs64* found), (path, found), Call::volume)
+
+// Whatever a close answers, Linux has closed.
+int close(int file) {
+    const bool failed = failsOnDisk(Call::close, file);
+    const int number = errno;
+    const int closed = VESK_REAL(close)(file);
+    if (failed) {
+        errno = number;
+    }
+    return failed ? -1 : closed;
+}
+
+// The calls for which Vesk goes by their numbers.
+long syscall(long number, ...) {
+    va_list rest;
+    va_start(rest, number);
+    std::array<long, 6> values{};
+    for (long& value : values) {
+        value = va_arg(rest, long);
+    }
+    va_end(rest);
+    if (number == SYS_renameat2 && plan().isOldFileSystem()) {
+        errno = EINVAL;
+        return -1;
+    }
+    if ((number == SYS_openat2 && fails(Call::open)) || (number == SYS_getdents64 && fails(Call::list)) ||
+        (number == SYS_renameat2 && fails(Call::rename))) {
+        return -1;
+    }
+    return realSystemCall()(number, values[0], values[1], values[2], values[3], values[4], values[5]);
+}
+
+}  // extern "C"
