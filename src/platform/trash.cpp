@@ -94,15 +94,18 @@ std::optional<PlatformError> putBack(const fs::path& trashed, const fs::path& or
         return posixError(EINVAL);
     }
     struct stat item {};
-    if (const int failure = lookFor(trashed, item)) {
-        // An item that cannot be looked at is not gone: its record stays.
-        if (failure == ENOENT) {
+    struct stat inPlace {};
+    const int missing = lookFor(trashed, item);
+    const bool taken = lookFor(original, inPlace) == 0;
+    if (missing != 0) {
+        // Back already, by an undo that ended before it removed the record. In any other case the record stays: an item
+        // that cannot be seen now need not be gone.
+        if (missing == ENOENT && taken) {
             forgetLostRecord(trashed, original);
         }
-        return posixError(failure);
+        return posixError(missing);
     }
-    struct stat inPlace {};
-    if (lookFor(original, inPlace) == 0) {
+    if (taken) {
         if (!isOneFileOfTwoNames(item, inPlace)) {
             return posixError(EEXIST);
         }

@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -74,6 +75,32 @@ class VeskScanTest(unittest.TestCase):
         self.assertEqual((report["safeBytes"], report["smartBytes"]), (size, 0))
         self.assertGreater(report["capacity"], report["free"])
         self.assertEqual(report["personalBytes"], report["capacity"] - report["free"] - size)
+
+    def test_no_name_reaches_the_terminal_as_a_command(self):
+        names = [
+            "two\nlines", "\x01\x1b[31mred\x7f", "c1 \u009b31m", "\u202egpj.exe", "\u2066isolated\u2069",
+            "mark \u200f\u061c", "\ufeffmark", "\"quoted\" \\ 'too'", "caf\u00e9 \u5bb6 \U0001f3e0", "n" * 255,
+        ]
+        for name in names:
+            self.make_file(f"Library/Caches/{name}/{name}", age=3 * DAY)
+        not_utf8 = os.fsencode(self.home / "Library/Caches") + b"/caf\xe9\x1b"
+        os.mkdir(not_utf8)
+        with open(not_utf8 + b"/file", "wb") as file:
+            file.write(b"v" * 5000)
+        obeyed = re.compile("[\x00-\x09\x0b-\x1f\x7f-\x9f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069\ufeff]")
+        for option in ("--json", None):
+            result = self.run_program(*([option] if option else []))
+            self.assertEqual(result.returncode, 0, result.stderr)
+            self.assertIsNone(obeyed.search(result.stdout + result.stderr))
+        (card,) = self.report()["cards"]
+        found = sorted(Path(entry["path"]).name for entry in card["entries"])
+        self.assertEqual(found, sorted([*names, "caf\ufffd\x1b"]))
+
+        for options in (["--home", "/missing\x1b[31m\u202e"], ["--\x1b[31m"]):
+            result = self.run_bare(*options)
+            self.assertEqual(result.returncode, 2)
+            self.assertIsNone(obeyed.search(result.stderr))
+            self.assertIn("\\u001b[31m", result.stderr)
 
     def test_cards_are_best_first_in_both_reports(self):
         self.make_file("Library/Caches/App/file", 400_000)

@@ -51,6 +51,8 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
     std::ofstream(reportFile()).close();
     std::vector<std::string> environment = {
         "LD_PRELOAD=" VESK_FAULT_LIBRARY,
+        // A build with the address sanitizer wants to be loaded first, which no more than a preloaded library hinders.
+        "ASAN_OPTIONS=" + setting("ASAN_OPTIONS", "verify_asan_link_order=1") + ":verify_asan_link_order=0",
         "VESK_FAULT_PHASE=" + point.phase,
         "VESK_FAULT_ERROR=" + point.error,
         "VESK_FAULT_AT=" + std::to_string(point.at),

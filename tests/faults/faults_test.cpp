@@ -225,7 +225,7 @@ TEST_F(FaultsTest, AFaultAtTheStartCostsNoFileAndNoHistory) {
     cleansAtPoints("start", {.phase = "start"}, everyError, 20);
 }
 
-TEST_F(FaultsTest, AFaultDuringAScanOffersAtMostLess) {
+TEST_F(FaultsTest, AFaultDuringAScanLosesNothing) {
     cleansAtPoints("scan", {.phase = "scan"}, everyError, 25);
 }
 

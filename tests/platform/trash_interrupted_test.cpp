@@ -36,6 +36,15 @@ TEST_F(TrashInterruptedTest, AnEqualFileInThePlaceIsAnotherOne) {
     EXPECT_TRUE(isThere(info / "item.trashinfo"));
 }
 
+TEST_F(TrashInterruptedTest, ARecordStaysUntilItsItemIsBack) {
+    fs::rename(files / "item", testHome() / "aside");
+    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_TRUE(isThere(info / "item.trashinfo"));
+    fs::rename(testHome() / "aside", item);
+    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_FALSE(isThere(info / "item.trashinfo"));
+}
+
 TEST_F(TrashInterruptedTest, AnItemThatCannotBeLookedAtKeepsItsRecord) {
     fs::permissions(files, fs::perms::none);
     EXPECT_EQ(puttingBack(files / "item", item), EACCES);

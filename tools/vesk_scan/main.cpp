@@ -44,7 +44,7 @@ std::optional<Options> readOptions(int argc, char** argv) {
             continue;
         }
         if (option != "--root" && option != "--home") {
-            return refuse("unknown option '" + std::string(option) + "'\n" + usage);
+            return refuse("unknown option '" + vesk::printable(option) + "'\n" + usage);
         }
         if (++i == argc) {
             return refuse(std::string(option) + " needs a folder\n" + usage);
@@ -64,7 +64,7 @@ bool canBeListed(const std::filesystem::path& folder) {
         return false;
     }
     if (const auto error = vesk::listFolder(folder, vesk::ListingDetail::kinds).error) {
-        refuse("cannot read the folder " + folder.string() + ": " +
+        refuse("cannot read the folder " + vesk::printable(folder.string()) + ": " +
                std::generic_category().message(static_cast<int>(error->code)));
         return false;
     }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <string_view>
 
 #include "core/byte_count.h"
 #include "platform/text.h"
@@ -38,6 +40,41 @@ void writeTable(std::ostream& out, const std::vector<Row>& rows) {
         }
         out << '\n';
     }
+}
+
+// Characters that a terminal obeys instead of showing them, or that turn round what stands beside them. JSON leaves
+// them as they are, but for those below U+0020.
+bool isObeyed(char32_t character) {
+    struct Range {
+        char32_t first;
+        char32_t last;
+    };
+    constexpr std::array<Range, 6> obeyed = {
+        {{0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}, {0xFEFF, 0xFEFF}}};
+    return std::any_of(obeyed.begin(), obeyed.end(),
+                       [&](Range range) { return character >= range.first && character <= range.last; });
+}
+
+// JSON in which those characters are written as escapes. They stand in strings alone, so it says the same.
+std::string withEscapes(std::string_view json) {
+    std::string text;
+    for (std::size_t at = 0; at < json.size();) {
+        const auto first = static_cast<unsigned char>(json[at]);
+        const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+        char32_t character = length == 1 ? first : first & (0xFFU >> (length + 1));
+        for (std::size_t i = 1; i < length && at + i < json.size(); ++i) {
+            character = (character << 6U) | (static_cast<unsigned char>(json[at + i]) & 0x3FU);
+        }
+        if (isObeyed(character)) {
+            std::array<char, 8> escape{};
+            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(character));
+            text += escape.data();
+        } else {
+            text += json.substr(at, length);
+        }
+        at += length;
+    }
+    return text;
 }
 
 Json jsonOf(const Entry& entry) {
@@ -110,7 +147,12 @@ std::string reportForPrograms(const Store& store) {
         {"smartBytes", store.smartBytes()},
         {"personalBytes", store.personalBytes()},
     };
-    return report.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    return withEscapes(report.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n';
+}
+
+std::string printable(std::string_view text) {
+    const std::string quoted = withEscapes(Json(decodedUtf8(text)).dump());
+    return quoted.substr(1, quoted.size() - 2);
 }
 
 }  // namespace vesk
