@@ -76,6 +76,7 @@ long_files() {
 
 check "clang-format" formatting
 check "direction of includes" python3 lint/includes.py
+check "promises and tests" python3 lint/promises.py
 check "shellcheck" scripts
 check "length of files" long_files
 check "AutoMoc" automoc

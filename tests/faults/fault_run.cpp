@@ -44,7 +44,7 @@ void readReport(FaultRun& run) {
 
 std::string FaultPoint::text() const {
     return phase + ", call " + std::to_string(at) + ": " + error + (lasts ? " from then on" : "") +
-           (old ? ", old file system" : "");
+           (made ? " though made" : "") + (old ? ", old file system" : "");
 }
 
 FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& point) {
@@ -64,6 +64,9 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
     if (point.old) {
         environment.emplace_back("VESK_FAULT_OLD=1");
     }
+    if (point.made) {
+        environment.emplace_back("VESK_FAULT_MADE=1");
+    }
     std::vector<std::string> arguments = {testRoot().string(), testHome().string()};
     arguments.insert(arguments.end(), steps.begin(), steps.end());
     FaultRun run;
@@ -82,7 +85,10 @@ std::vector<FaultPoint> pointsOf(const FaultRun& counted, const FaultPoint& like
     for (const std::string& error : errors) {
         const auto count = counted.counts.find(error);
         for (long at = 1; count != counted.counts.end() && at <= count->second; ++at) {
-            points.push_back({like.phase, error, at, like.lasts, like.old});
+            FaultPoint point = like;
+            point.error = error;
+            point.at = at;
+            points.push_back(point);
         }
     }
     if (setting("VESK_FAULTS", "") != "all" && points.size() > atMost) {
@@ -95,7 +101,7 @@ std::vector<FaultPoint> pointsOf(const FaultRun& counted, const FaultPoint& like
 
 void printPoints(const std::string& what, const std::map<std::string, long>& tried) {
     long sum = 0;
-    std::printf("points: %-28s", what.c_str());
+    std::printf("points: %s:", what.c_str());
     for (const auto& [error, count] : tried) {
         std::printf(" %s %ld", error.c_str(), count);
         sum += count;

@@ -21,6 +21,8 @@ struct FaultPoint {
     bool lasts = false;
     /// Whether file systems have no rename that refuses to replace.
     bool old = false;
+    /// Whether the call is made all the same; then only calls that change names fail.
+    bool made = false;
 
     std::string text() const;
 };

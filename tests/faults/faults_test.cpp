@@ -21,6 +21,8 @@ const std::vector<std::string> everyError = {"EACCES", "EPERM", "EIO",   "ENOSPC
                                              "ENOENT", "EINTR", "EXDEV", "EROFS"};
 // What a disk that is failing, full or read-only, and a program out of descriptors, go on saying.
 const std::vector<std::string> lastingErrors = {"EACCES", "EIO", "ENOSPC", "EMFILE", "EROFS"};
+// What a call that was made may say all the same.
+const std::vector<std::string> answersLost = {"EIO", "ENOENT"};
 const std::vector<std::string> kill = {"KILL"};
 
 struct Entries {
@@ -251,6 +253,14 @@ TEST_F(FaultsTest, AFaultThatLastsDuringAnUndoLosesNothing) {
 
 TEST_F(FaultsTest, AFaultDuringAnUndoOnAnOldFileSystemLosesNothing) {
     undosAtPoints("undo, old file system", {.phase = "undo", .old = true}, everyError, 10);
+}
+
+TEST_F(FaultsTest, AMoveThatWasMadeThoughItSaysItFailedIsNotTakenBack) {
+    for (const bool old : {false, true}) {
+        const std::string where = old ? ", made, old file system" : ", made";
+        cleansAtPoints("clean" + where, {.phase = "clean", .old = old, .made = true}, answersLost, 5);
+        undosAtPoints("undo" + where, {.phase = "undo", .old = old, .made = true}, answersLost, 5);
+    }
 }
 
 // A clean and an undo killed at any system call stand in cleaning_killed_test.cpp; here is what it does not come by.

@@ -8,6 +8,8 @@
 //   VESK_FAULT_ERROR   a name of the table below (EIO, ...), or KILL
 //   VESK_FAULT_AT      which of the calls that can fail like this, from 1; 0 or unset: none, only count
 //   VESK_FAULT_LASTS   set: every later call that can fail like this does so too, in later phases as well
+//   VESK_FAULT_MADE    set: calls that change names are made and then say that they failed, as a network disk may whose
+//                      first answer was lost; other calls neither count nor fail
 //   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some of FUSE
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
@@ -89,6 +91,10 @@ const Fit& fitOf(Call call) {
     return fits[static_cast<std::size_t>(call)];
 }
 
+bool changesNames(Call call) {
+    return call == Call::makeFolder || call == Call::rename || call == Call::link || call == Call::remove;
+}
+
 bool canFail(const Fit& fit, std::size_t error) {
     // No name is part of another one.
     return errors[error].number == 0 || std::strstr(fit.errors, errors[error].name) != nullptr;
@@ -140,9 +146,11 @@ public:
         at_ = at == nullptr ? 0 : std::strtol(at, nullptr, 10);
         lasts_ = setting("VESK_FAULT_LASTS") != nullptr;
         old_ = setting("VESK_FAULT_OLD") != nullptr;
+        made_ = setting("VESK_FAULT_MADE") != nullptr;
     }
 
     bool isOldFileSystem() const { return old_; }
+    bool isMade(Call call) const { return made_ && changesNames(call); }
 
     void enter(const char* phase) {
         const char* wanted = setting("VESK_FAULT_PHASE");
@@ -160,7 +168,7 @@ public:
         if (failsFromNowOn_ && canFail(fit, chosen_)) {
             return errors[chosen_].number;
         }
-        if (!counting_) {
+        if (!counting_ || (made_ && !changesNames(fit.call))) {
             return 0;
         }
         int number = 0;
@@ -196,6 +204,7 @@ private:
     long at_ = 0;
     bool lasts_ = false;
     bool old_ = false;
+    bool made_ = false;
     bool counted_ = false;
     std::atomic<bool> reported_ = false;
     std::atomic<bool> counting_ = false;
@@ -254,9 +263,17 @@ void vesk_fault_phase(const char* name) {
 extern "C" {
 
 // The plain form: fails as the plan says, or passes everything on.
-#define VESK_WRAP(result, failed, name, parameters, arguments, call) \
-    result name parameters {                                         \
-        return fails(call) ? (failed) : VESK_REAL(name) arguments;   \
+#define VESK_WRAP(result, failed, name, parameters, arguments, call)        \
+    result name parameters {                                                \
+        if (!fails(call)) {                                                 \
+            return VESK_REAL(name) arguments;                               \
+        }                                                                   \
+        const int number = errno;                                           \
+        if (plan().isMade(call)) {                                          \
+            [[maybe_unused]] const auto answer = VESK_REAL(name) arguments; \
+        }                                                                   \
+        errno = number;                                                     \
+        return failed;                                                      \
     }
 
 // Those of an open file, and of a disk alone.
@@ -370,11 +387,18 @@ long syscall(long number, ...) {
         errno = EINVAL;
         return -1;
     }
-    if ((number == SYS_openat2 && fails(Call::open)) || (number == SYS_getdents64 && fails(Call::list)) ||
-        (number == SYS_renameat2 && fails(Call::rename))) {
+    const bool failed = (number == SYS_openat2 && fails(Call::open)) ||
+                        (number == SYS_getdents64 && fails(Call::list)) ||
+                        (number == SYS_renameat2 && fails(Call::rename));
+    const int error = errno;
+    if (failed && !(number == SYS_renameat2 && plan().isMade(Call::rename))) {
         return -1;
     }
-    return realSystemCall()(number, values[0], values[1], values[2], values[3], values[4], values[5]);
+    const long answer = realSystemCall()(number, values[0], values[1], values[2], values[3], values[4], values[5]);
+    if (failed) {
+        errno = error;
+    }
+    return failed ? -1 : answer;
 }
 
 }  // extern "C"
