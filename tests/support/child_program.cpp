@@ -10,6 +10,10 @@
 #include <array>
 #include <cerrno>
 
+#ifdef __APPLE__
+extern "C" char** environ;
+#endif
+
 namespace vesk::testing {
 
 namespace {
@@ -56,9 +60,11 @@ ProgramRun runProgram(const std::string& path, const std::vector<std::string>& a
         variables.emplace_back(*variable);
     }
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+    if (pipe(ends.data()) != 0) {
         return run;
     }
+    fcntl(ends[0], F_SETFD, FD_CLOEXEC);
+    fcntl(ends[1], F_SETFD, FD_CLOEXEC);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
