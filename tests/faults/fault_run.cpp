@@ -53,6 +53,8 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
         "LD_PRELOAD=" VESK_FAULT_LIBRARY,
         // A build with the address sanitizer wants to be loaded first, which no more than a preloaded library hinders.
         "ASAN_OPTIONS=" + setting("ASAN_OPTIONS", "verify_asan_link_order=1") + ":verify_asan_link_order=0",
+        // The thread sanitizer would have each of these many runs wait for a second.
+        "TSAN_OPTIONS=" + setting("TSAN_OPTIONS", "history_size=7") + ":atexit_sleep_ms=0",
         "VESK_FAULT_PHASE=" + point.phase,
         "VESK_FAULT_ERROR=" + point.error,
         "VESK_FAULT_AT=" + std::to_string(point.at),

@@ -1,4 +1,5 @@
-// Homes that nobody would make on purpose: odd names, odd things where files are expected, others at work in them. The whole catalogue scans them, and a clean and an undo go through.
+// Homes that nobody would make on purpose: odd names, odd things where files are expected, others at work in them. The
+// whole catalogue scans them, and a clean and an undo go through.
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
