@@ -147,7 +147,8 @@ protected:
         if (killed || HasFailure()) {
             return run;
         }
-        expectOnlyKnownItemsOffered(run.told, run.hit.empty() || point.phase != "scan");
+        const bool scanWasWhole = run.hit.empty() || point.phase == "clean" || (point.phase == "start" && !point.lasts);
+        expectOnlyKnownItemsOffered(run.told, scanWasWhole);
         const Entries entries = entriesOf(run.told);
         expectCelebrationTellsTheTruth(run.told, entries);
         if (run.told["cards"].empty() || HasFailure()) {
@@ -225,6 +226,10 @@ protected:
 
 TEST_F(FaultsTest, AFaultAtTheStartCostsNoFileAndNoHistory) {
     cleansAtPoints("start", {.phase = "start"}, everyError, 20);
+}
+
+TEST_F(FaultsTest, AFaultThatLastsFromTheStartCostsNoFileAndNoHistory) {
+    cleansAtPoints("start, lasting", {.phase = "start", .lasts = true}, lastingErrors, 10);
 }
 
 TEST_F(FaultsTest, AFaultDuringAScanLosesNothing) {

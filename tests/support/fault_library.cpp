@@ -5,7 +5,7 @@
 // The program says where a phase begins by calling vesk_fault_phase, which it looks up by name; nothing is counted
 // before. Environment:
 //   VESK_FAULT_PHASE   the phase in which calls are counted and fail
-//   VESK_FAULT_ERROR   a name of the table below (EIO, ...), or KILL
+//   VESK_FAULT_ERROR   a name of the table in fault_fits.h (EIO, ...), or KILL
 //   VESK_FAULT_AT      which of the calls that can fail like this, from 1; 0 or unset: none, only count
 //   VESK_FAULT_LASTS   set: every later call that can fail like this does so too, in later phases as well
 //   VESK_FAULT_MADE    set: calls that change names are made and then say that they failed, as a network disk may whose
@@ -31,74 +31,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "support/fault_fits.h"
+
 namespace {
 
-// ---- Which error fits which call ------------------------------------------------------------------------------------
-
-struct Error {
-    const char* name;
-    int number;
-};
-
-constexpr std::array<Error, 10> errors = {{{"EACCES", EACCES},
-                                           {"EPERM", EPERM},
-                                           {"EIO", EIO},
-                                           {"ENOSPC", ENOSPC},
-                                           {"EMFILE", EMFILE},
-                                           {"ENOENT", ENOENT},
-                                           {"EINTR", EINTR},
-                                           {"EXDEV", EXDEV},
-                                           {"EROFS", EROFS},
-                                           {"KILL", 0}}};
-
-enum class Call { open, make, list, look, resolve, makeFolder, rename, link, remove, read, write, sync, close, volume };
-
-struct Fit {
-    Call call;
-    const char* name;
-    // The errors that Linux documents for the call, on a local disk, on NFS or on FUSE; killing fits all.
-    const char* errors;
-};
-
-constexpr std::array<Fit, 14> fits = {{
-    {Call::open, "open", "EACCES EPERM EIO EMFILE ENOENT EINTR"},
-    {Call::make, "open to make a file", "EACCES EPERM EIO ENOSPC EMFILE ENOENT EINTR EROFS"},
-    {Call::list, "getdents", "EIO ENOENT EINTR"},
-    {Call::look, "stat", "EACCES EIO ENOENT"},
-    {Call::resolve, "readlink or realpath", "EACCES EIO ENOENT"},
-    {Call::makeFolder, "mkdir", "EACCES EPERM EIO ENOSPC ENOENT EROFS"},
-    {Call::rename, "rename", "EACCES EPERM EIO ENOSPC ENOENT EXDEV EROFS"},
-    {Call::link, "link", "EACCES EPERM EIO ENOSPC ENOENT EXDEV EROFS"},
-    {Call::remove, "unlink or rmdir", "EACCES EPERM EIO ENOENT EROFS"},
-    {Call::read, "read", "EIO EINTR"},
-    {Call::write, "write", "EIO ENOSPC EINTR"},
-    {Call::sync, "fsync", "EIO ENOSPC EINTR EROFS"},
-    {Call::close, "close", "EIO ENOSPC EINTR"},
-    {Call::volume, "statvfs", "EACCES EIO ENOENT EINTR"},
-}};
-
-constexpr bool isInOrder() {
-    for (std::size_t i = 0; i < fits.size(); ++i) {
-        if (static_cast<std::size_t>(fits[i].call) != i) {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(isInOrder());
-
-const Fit& fitOf(Call call) {
-    return fits[static_cast<std::size_t>(call)];
-}
-
-bool changesNames(Call call) {
-    return call == Call::makeFolder || call == Call::rename || call == Call::link || call == Call::remove;
-}
-
-bool canFail(const Fit& fit, std::size_t error) {
-    // No name is part of another one.
-    return errors[error].number == 0 || std::strstr(fit.errors, errors[error].name) != nullptr;
-}
+using namespace vesk::testing;
 
 // ---- The calls of libc that are replaced ----------------------------------------------------------------------------
 
