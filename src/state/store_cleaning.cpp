@@ -50,7 +50,6 @@ void Store::performClean() {
         return;
     }
     cleaningTask_.start(
-        this,
         [workList, snapshotIDs, runTool = sources_.runTool](DetachedTask<CleaningResult>::Control& control) {
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;

@@ -60,7 +60,6 @@ void Store::undo(const Uuid& id) {
     const std::vector<HistoryEntry::Move> moves = history()[*row].moves;
     setCleaning(true);
     restoreTask_.start(
-        this,
         [moves](DetachedTask<std::size_t>::Control& control) {
             return restoreMoves(moves, [&] { return control.stopRequested(); });
         },
