@@ -18,14 +18,15 @@ namespace {
 
 constexpr int themeSides[] = {16, 24, 32, 48, 64, 128, 256};
 
-// What macOS asks for by points and by scale; the kinds are those that hold PNG files.
+// What macOS asks for by points and by scale, in the kinds that hold PNG files. Of 16 and 32 points there is only the
+// double scale: the kinds for the single one are said to be shown wrongly in bundles, and a Mac scales down itself.
 struct IcnsPicture {
     const char* kind;
     int side;
 };
 constexpr IcnsPicture icnsPictures[] = {
-    {"icp4", 16},  {"icp5", 32},  {"ic07", 128}, {"ic08", 256}, {"ic09", 512},
-    {"ic10", 1024}, {"ic11", 32}, {"ic12", 64},  {"ic13", 256}, {"ic14", 512},
+    {"ic11", 32},  {"ic12", 64},  {"ic07", 128}, {"ic13", 256},
+    {"ic08", 256}, {"ic14", 512}, {"ic09", 512}, {"ic10", 1024},
 };
 
 // The drawing as a PNG file, drawn anew for each size; empty when it cannot be read.

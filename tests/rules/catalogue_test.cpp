@@ -13,6 +13,7 @@
 #include <set>
 
 #include "rules/rule_test.h"
+#include "support/stat_times.h"
 
 namespace vesk {
 namespace {
@@ -282,8 +283,8 @@ std::vector<std::string> everythingBelow(const fs::path& top, std::int64_t& allo
         std::string line = path.string() + "|" + std::to_string(found.st_ino) + "|" + std::to_string(found.st_mode) +
                            "|" + std::to_string(found.st_size) + "|" + std::to_string(found.st_blocks);
         // Whoever follows a link sets the link's own access time: nothing can follow one without.
-        const timespec accessed = S_ISLNK(found.st_mode) ? timespec{} : found.st_atim;
-        for (const timespec& time : {found.st_mtim, found.st_ctim, accessed}) {
+        const timespec read = S_ISLNK(found.st_mode) ? timespec{} : accessed(found);
+        for (const timespec& time : {modified(found), changed(found), read}) {
             line += "|" + std::to_string(time.tv_sec) + "." + std::to_string(time.tv_nsec);
         }
         lines.push_back(line);
