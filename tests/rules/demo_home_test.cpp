@@ -2,7 +2,6 @@
 
 #include "demo_home/demo_home.h"
 
-#include <iterator>
 #include <set>
 
 #include "platform/files.h"
@@ -102,9 +101,9 @@ protected:
         RuleResult all;
         for (const Spec& spec : Scanner::specs()) {
             Probe probe(std::make_shared<Tracker>());
-            std::vector<Card> cards = spec.run(probe);
-            EXPECT_FALSE(cards.empty()) << spec.label << " finds nothing in the demo's home";
-            std::move(cards.begin(), cards.end(), std::back_inserter(all.cards));
+            for (Card& card : spec.run(probe)) {
+                all.cards.push_back(std::move(card));
+            }
             all.blocked = all.blocked || probe.blocked;
         }
         return all;
@@ -118,6 +117,13 @@ protected:
         return names;
     }
 };
+
+TEST_F(DemoHome, HasSomethingForEveryRule) {
+    for (const Spec& spec : Scanner::specs()) {
+        Probe probe(std::make_shared<Tracker>());
+        EXPECT_FALSE(spec.run(probe).empty()) << spec.label;
+    }
+}
 
 TEST_F(DemoHome, ShowsEveryCardThereIs) {
     const RuleResult all = scan();
