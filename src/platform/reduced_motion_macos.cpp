@@ -1,6 +1,6 @@
 // The accessibility setting "Reduce motion", asked of the workspace.
 
-#include "platform/objective_c_macos.h"
+#include "platform/objective_c.h"
 #include "platform/reduced_motion.h"
 
 namespace vesk {

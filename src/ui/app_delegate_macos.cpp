@@ -2,7 +2,7 @@
 
 #include <QWindow>
 
-#include "platform/objective_c_macos.h"
+#include "platform/objective_c.h"
 
 namespace vesk {
 
