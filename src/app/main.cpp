@@ -8,7 +8,8 @@
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("vesk"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(VESK_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.vesk.Vesk"));
     vesk::VeskApp vesk;
     if (!vesk.show()) {
         return EXIT_FAILURE;

@@ -2,14 +2,13 @@
 // delete them.
 
 #include <algorithm>
-#include <chrono>
-#include <cstdint>
 #include <ctime>
 #include <string>
 #include <string_view>
 
 #include "platform/date.h"
 #include "platform/world.h"
+#include "rules/backup_tool.h"
 #include "rules/rules.h"
 #include "rules/run_tool.h"
 
@@ -17,7 +16,6 @@ namespace vesk::rules {
 
 namespace {
 
-constexpr std::string_view tool = "/usr/bin/tmutil";
 constexpr std::string_view prefix = "com.apple.TimeMachine.";
 constexpr std::string_view suffix = ".local";
 // "yyyy-MM-dd-HHmmss" with a 0 for each digit.
@@ -111,7 +109,7 @@ double dormancyDays(const std::vector<std::string>& stamps) {
 }  // namespace
 
 std::vector<Card> timeMachineSnapshots(Probe& /*probe*/) {
-    const ToolResult listed = runTool(world().rooted(tool), {"listlocalsnapshots", "/"});
+    const ToolResult listed = runTool(world().rooted(backupTool), {"listlocalsnapshots", "/"});
     std::vector<std::string> stamps = stampsIn(listed.output);
     if (stamps.empty()) {
         return {};

@@ -1,6 +1,7 @@
 #include "state/cleaning_worker.h"
 
 #include "platform/world.h"
+#include "rules/backup_tool.h"
 
 namespace vesk {
 
@@ -20,12 +21,12 @@ CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std:
     }
     tools.movesMade(result);
 
-    const std::string backupTool = world().rooted("/usr/bin/tmutil").string();
+    const std::string tool = world().rooted(backupTool).string();
     for (const std::string& id : snapshotIDs) {
         if (tools.stopRequested()) {
             return result;
         }
-        if (tools.runTool(backupTool, {"deletelocalsnapshots", id}) == 0) {
+        if (tools.runTool(tool, {"deletelocalsnapshots", id}) == 0) {
             ++result.snapshotsRemoved;
         } else {
             ++result.failures;
