@@ -10,7 +10,7 @@
 
 namespace vesk::testing {
 
-/// One place where a run goes wrong; see support/fault_library.cpp.
+/// One place where a run goes wrong; see faults/fault_library.cpp.
 struct FaultPoint {
     std::string phase{};
     /// "EIO" and its like, or "KILL".

@@ -31,7 +31,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "support/fault_fits.h"
+#include "faults/fault_fits.h"
 
 namespace {
 
