@@ -13,7 +13,8 @@ namespace vesk {
 namespace {
 
 World& currentWorld() {
-    static World instance = World::ofCurrentUser();
+    // Never destroyed: a rule that hangs may outlive main.
+    static auto& instance = *new World(World::ofCurrentUser());
     return instance;
 }
 

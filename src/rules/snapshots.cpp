@@ -47,10 +47,15 @@ std::string_view withoutBlanksAround(std::string_view text) {
     return start == std::string_view::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
 }
 
-void removeEvery(std::string& text, std::string_view part) {
-    for (std::size_t place = text.find(part); place != std::string::npos; place = text.find(part, place)) {
-        text.erase(place, part.size());
+// In one pass: a tool gone mad may write one line of many megabytes.
+std::string without(std::string_view text, std::string_view part) {
+    std::string rest;
+    for (std::size_t place = text.find(part); place != std::string_view::npos; place = text.find(part)) {
+        rest += text.substr(0, place);
+        text.remove_prefix(place + part.size());
     }
+    rest += text;
+    return rest;
 }
 
 std::vector<std::string> stampsIn(std::string_view output) {
@@ -60,9 +65,7 @@ std::vector<std::string> stampsIn(std::string_view output) {
         const std::string_view line = withoutBlanksAround(output.substr(0, end));
         output.remove_prefix(std::min(end + 1, output.size()));
         if (line.starts_with(prefix)) {
-            std::string& stamp = stamps.emplace_back(line);
-            removeEvery(stamp, prefix);
-            removeEvery(stamp, suffix);
+            stamps.push_back(without(without(line, prefix), suffix));
         }
     }
     return stamps;
