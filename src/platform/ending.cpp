@@ -7,8 +7,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-
-#include "platform/process.h"
+#include <initializer_list>
 
 namespace vesk {
 
@@ -51,7 +50,6 @@ int descriptorOfEndSignals() {
 }
 
 void endNow(int status) {
-    endProcesses();
     std::fflush(stdout);
     std::_Exit(status);
 }

@@ -7,8 +7,8 @@ namespace vesk {
 /// the one returned, which whoever runs the event loop watches. -1 when that cannot be. Call it once.
 int descriptorOfEndSignals();
 
-/// Ends the process at once, with what it has still running: every program that it started (endProcesses), and every
-/// thread, as it stands. Standard output is written out; destructors and handlers of static storage do not run.
+/// Ends the process at once, with every thread as it stands. Standard output is written out; destructors and handlers
+/// of static storage do not run.
 [[noreturn]] void endNow(int status);
 
 }  // namespace vesk

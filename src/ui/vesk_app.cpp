@@ -42,6 +42,14 @@ bool VeskApp::show() {
     return true;
 }
 
+void VeskApp::comeForward() {
+    window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
+    window_->show();
+    window_->raise();
+    window_->requestActivate();
+    delegate_.applicationDidFinishLaunching();
+}
+
 void VeskApp::setTextScale(double scale) {
     window_->setProperty("textScale", scale);
 }
