@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -45,22 +46,19 @@ std::optional<vesk::World> keptWorld(const fs::path& folder) {
     return world && std::ofstream(folder / marker) ? world : std::nullopt;
 }
 
-int run(int argc, char** argv, const std::optional<vesk::World>& world) {
+int run(int argc, char** argv, const std::optional<vesk::World>& world, const std::function<void()>& tidyUp) {
     if (!world) {
         std::fputs("vesk-demo: cannot make its home in the folder\n", stderr);
         return EXIT_FAILURE;
     }
     vesk::setWorld(*world);
-    return vesk::runProgram(argc, argv, demoSources());
+    return vesk::runProgram(argc, argv, demoSources(), tidyUp);
 }
 
 int runInTemporaryFolder(int argc, char** argv) {
-    // Static, so that it goes also when Qt ends the program because the display went away.
-    static vesk::TemporaryFolder folder("vesk-demo");
-    const int status =
-        run(argc, argv, folder.path().empty() ? std::nullopt : vesk::makeDemoHome(folder.path() / "mac"));
-    folder.remove();  // here, since the program may end before it would go by itself
-    return status;
+    vesk::TemporaryFolder folder("vesk-demo");
+    return run(argc, argv, folder.path().empty() ? std::nullopt : vesk::makeDemoHome(folder.path() / "mac"),
+               [&folder] { folder.remove(); });
 }
 
 }  // namespace
@@ -68,7 +66,7 @@ int runInTemporaryFolder(int argc, char** argv) {
 int main(int argc, char** argv) {
     if (argc >= 3 && std::string_view(argv[1]) == "--folder") {
         std::error_code failure;
-        return vesk::leave(run(argc, argv, keptWorld(fs::absolute(argv[2], failure))));
+        return vesk::leave(run(argc, argv, keptWorld(fs::absolute(argv[2], failure)), [] {}));
     }
     return vesk::leave(runInTemporaryFolder(argc, argv));
 }

@@ -151,6 +151,9 @@ public:
     /// recorded. For a program that is asked to quit.
     void finish();
 
+    /// Has nobody told of changes any more. For when the views can no longer listen though they are still there.
+    void stopTelling();
+
     /// Ticks or unticks the first card of that id; does nothing when there is none.
     Q_INVOKABLE void setSelected(const QString& id, bool value);
     /// Ticks the safe cards and unticks all others.

@@ -133,6 +133,13 @@ void Store::rescan() {
     }
 }
 
+void Store::stopTelling() {
+    for (QObject* const teller :
+         {static_cast<QObject*>(this), static_cast<QObject*>(&cardList_), static_cast<QObject*>(&historyList_)}) {
+        teller->blockSignals(true);
+    }
+}
+
 void Store::finish() {
     finishing_ = true;
     if (previewPause_->isActive()) {

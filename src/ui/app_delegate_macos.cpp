@@ -31,6 +31,12 @@ void AppDelegate::applicationDidFinishLaunching() const {
     send<void, BOOL>(application, "activateIgnoringOtherApps:", YES);
 }
 
+void AppDelegate::bringForward(QWindow& window) const {
+    window.raise();
+    window.requestActivate();
+    applicationDidFinishLaunching();
+}
+
 double AppDelegate::extendIntoTitleBar(QWindow& window) const {
     const id view = reinterpret_cast<id>(window.winId());
     const id frame = view == nullptr ? nullptr : send<id>(view, "window");

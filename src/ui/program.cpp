@@ -7,6 +7,7 @@
 #include <QThread>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <utility>
 
 #include "platform/ending.h"
@@ -62,14 +63,26 @@ int refuse(const Refusal& refusal) {
     return EXIT_FAILURE;
 }
 
-// Qt ends the program by std::exit when the display goes away. What is under way then must reach the books too.
-Store* storeToFinish = nullptr;
+// What is left to do where Qt ends the program by std::exit, as it does when the display goes away. The window still
+// exists then, but some of what it needs does not (what each thread has of its own goes first), and more is about to
+// go: so it hears of nothing any more, and the process ends right here.
+struct AtExit {
+    Store* store = nullptr;
+    std::function<void()> tidyUp;
+};
+std::optional<AtExit> atExit;
 
 void finishAtExit() {
-    if (storeToFinish != nullptr) {
-        storeToFinish->finish();
+    if (!atExit) {
+        return;
+    }
+    if (atExit->store != nullptr) {
+        atExit->store->stopTelling();
+        atExit->store->finish();
     }
     endProcesses();
+    atExit->tidyUp();
+    endNow(EXIT_FAILURE);
 }
 
 int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
@@ -78,22 +91,19 @@ int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
     if (!vesk.show()) {
         return EXIT_FAILURE;
     }
-    storeToFinish = &vesk.store();
+    atExit->store = &vesk.store();
     const int status = QGuiApplication::exec();
     vesk.window()->hide();  // a signal may have ended it, and to finish can take a while
     vesk.store().finish();
-    storeToFinish = nullptr;
+    atExit->store = nullptr;
     return status;
 }
 
-}  // namespace
-
-int runProgram(int argc, char** argv, Store::Sources sources) {
+int runApplication(int argc, char** argv, Store::Sources sources) {
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
     QGuiApplication::setDesktopFileName(QStringLiteral("vesk"));
     quitOnSignals(application);
-    std::atexit(finishAtExit);
 
     switch (world().homeFault()) {
         case World::HomeFault::none:
@@ -113,6 +123,17 @@ int runProgram(int argc, char** argv, Store::Sources sources) {
             return refuse(firstIsSilent);
     }
     return runWindow(onlyWindow, std::move(sources));
+}
+
+}  // namespace
+
+int runProgram(int argc, char** argv, Store::Sources sources, const std::function<void()>& tidyUp) {
+    atExit = AtExit{nullptr, tidyUp};
+    std::atexit(finishAtExit);
+    const int status = runApplication(argc, argv, std::move(sources));
+    atExit.reset();
+    tidyUp();
+    return status;
 }
 
 int leave(int status) {

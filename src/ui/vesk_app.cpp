@@ -45,9 +45,7 @@ bool VeskApp::show() {
 void VeskApp::comeForward() {
     window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
     window_->show();
-    window_->raise();
-    window_->requestActivate();
-    delegate_.applicationDidFinishLaunching();
+    delegate_.bringForward(*window_);
 }
 
 void VeskApp::setTextScale(double scale) {
