@@ -3,8 +3,6 @@
 // for. Used on one thread that runs Qt's event loop.
 #pragma once
 
-#include <QMetaObject>
-#include <QObject>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -13,6 +11,8 @@
 #include <optional>
 #include <thread>
 #include <utility>
+
+#include "state/doorbell.h"
 
 namespace vesk {
 
@@ -35,6 +35,16 @@ public:
 
     private:
         friend class DetachedTask;
+
+        bool hasEnded() const {
+            const std::lock_guard guard(lock_);
+            return hasEnded_;
+        }
+        std::optional<Result> take() {
+            const std::lock_guard guard(lock_);
+            return std::exchange(result_, std::nullopt);
+        }
+
         mutable std::mutex lock_;
         std::condition_variable ended_;
         bool stop_ = false;
@@ -56,22 +66,20 @@ public:
     DetachedTask(const DetachedTask&) = delete;
     DetachedTask& operator=(const DetachedTask&) = delete;
 
-    /// Starts the work; nothing else may be running. `done` is called with its result on this thread, from the event
-    /// loop of `context`, which must outlive this object.
-    void start(QObject* context, Work work, Done done) {
+    /// Starts the work; nothing else may be running. `done` is called with its result on this thread, from its event
+    /// loop, and may destroy this object.
+    void start(Work work, Done done) {
         control_ = std::make_shared<Control>();
         done_ = std::move(done);
-        std::thread([this, context, control = control_, work = std::move(work)] {
+        std::thread([button = doorbell_.button(), control = control_, work = std::move(work)] {
             Result result = work(*control);
-            const std::lock_guard guard(control->lock_);
-            control->result_ = std::move(result);
-            control->hasEnded_ = true;
-            // Under the lock: whoever waits in `finish` goes on, and may take `context` away, only after this.
-            if (!control->stop_) {
-                QMetaObject::invokeMethod(
-                    context, [this, control] { deliver(*control); }, Qt::QueuedConnection);
+            {
+                const std::lock_guard guard(control->lock_);
+                control->result_ = std::move(result);
+                control->hasEnded_ = true;
             }
             control->ended_.notify_all();
+            button.ring();
         }).detach();
     }
 
@@ -86,25 +94,26 @@ public:
             control_->stop_ = true;
             control_->ended_.wait_for(guard, patience, [this] { return control_->hasEnded_; });
         }
-        deliver(*control_);
+        deliver();
     }
 
 private:
-    void deliver(Control& control) {
-        if (control_.get() != &control) {
-            return;  // delivered already
-        }
-        const std::shared_ptr<Control> kept = std::exchange(control_, nullptr);
-        std::optional<Result> result;
-        {
-            const std::lock_guard guard(kept->lock_);
-            result = std::exchange(kept->result_, std::nullopt);
-        }
-        if (result) {
-            std::exchange(done_, nullptr)(*std::move(result));
+    // A ring may be late: of work whose result `finish` has taken already, while the next piece is under way.
+    void deliverIfEnded() {
+        if (control_ && control_->hasEnded()) {
+            deliver();
         }
     }
 
+    void deliver() {
+        const std::shared_ptr<Control> control = std::exchange(control_, nullptr);
+        const Done done = std::exchange(done_, nullptr);
+        if (std::optional<Result> result = control->take()) {
+            done(*std::move(result));
+        }
+    }
+
+    Doorbell doorbell_{[this] { deliverIfEnded(); }};
     std::shared_ptr<Control> control_;
     Done done_;
 };

@@ -53,7 +53,6 @@ void Store::performClean() {
         return;
     }
     cleaningTask_.start(
-        this,
         [workList, snapshotIDs, runTool = sources_.runTool,
          token = takeWorkToken()](DetachedTask<Log>::Control& control) {
             const Log log = std::make_shared<CleaningLog>();

@@ -61,7 +61,6 @@ void Store::undo(const Uuid& id) {
     const std::vector<HistoryEntry::Move> moves = history()[*row].moves;
     setCleaning(true);
     restoreTask_.start(
-        this,
         [moves, token = takeWorkToken()](DetachedTask<std::size_t>::Control& control) {
             return restoreMoves(moves, [&] { return control.stopRequested(); });
         },

@@ -26,7 +26,7 @@ Column {
             weight: Font.Bold
             wrapMode: Text.Wrap
             elide: Text.ElideRight
-            maximumLineCount: 2
+            maximumLineCount: 4
             said: true
         }
         Chip {
@@ -48,7 +48,8 @@ Column {
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap
         elide: Text.ElideRight
-        maximumLineCount: 2
+        // Large text in a small window needs more of them to say as much.
+        maximumLineCount: Theme.textScale > 1.25 ? 4 : 2
         said: true
     }
 }

@@ -78,18 +78,15 @@ Item {
     Repeater {
         model: wheel.scanning ? 1 : 0
 
-        Item {
+        ProgressFigure {
             objectName: "progressRing"
 
-            // What the accessibility interface takes a progress bar's figures from.
-            readonly property real value: wheel.percent
-            readonly property real minimumValue: 0
-            readonly property real maximumValue: 100
-
+            value: wheel.percent
+            said: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
             anchors.fill: parent
             Accessible.role: Accessible.ProgressBar
             Accessible.ignored: !enabled
-            Accessible.name: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
+            Accessible.name: said
 
             SpringValue {
                 id: progressSpring

@@ -148,6 +148,25 @@ class WindowTest(unittest.TestCase):
         self.window.scanned()
         self.assertEqual(trash_list(home), [])
 
+    def test_progress_and_celebration_are_announced(self):
+        self.window.tab_to("push button", "Scan again")
+        told = self.window.told_while(lambda: self.window.keys("space"))
+        progress = [(role, name, value) for kind, role, name, value in told if kind == "accessible-value"]
+        self.assertGreater(len(progress), 2, told)
+        for role, name, value in progress:
+            if name and value is not None:
+                self.assertEqual(role, "progress bar")
+                self.assertRegex(name, r"^Sniffing around… \d+%, .* checked$")
+                self.assertTrue(0 <= value <= 100, value)
+
+        self.window.scanned()
+        self.window.tab_to("push button", lambda name: name.startswith("Clean "))
+        self.window.keys("Return")
+        self.window.wait("push button", "Move to Trash")
+        told = self.window.told_while(lambda: self.window.keys("Return"))
+        alerts = {kind for kind, role, name, _ in told if role == "alert" and name.startswith("Vesk!")}
+        self.assertLessEqual({"showing", "focused"}, alerts, told)
+
     def test_nothing_behind_a_dialog_can_be_used(self):
         toggle = self.window.find("check box", "Preview only")
         self.window.press("push button", LARGEST)

@@ -7,6 +7,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+import threading
 import time
 from pathlib import Path
 
@@ -134,6 +135,35 @@ class Window:
     def scanned(self):
         """Waits until no scan is running."""
         wait_for("an available Scan again", lambda: is_available(self.find("push button", "Scan again")))
+
+    def told_while(self, act_apart):
+        """What assistive technology is told of from the moment that `act_apart` is called until nothing has been told
+        for a second: kind of event, role and name of its item, and the item's value where it has one. What had gone
+        when its news was read has neither name nor value."""
+        told = []
+        loop = GLib.MainLoop()
+        last = time.monotonic()
+
+        def note(event):
+            nonlocal last
+            last = time.monotonic()
+            kind, role, name, value = event.type.split(":")[2], "", "", None
+            try:
+                role, name = event.source.getRoleName(), event.source.name
+                value = event.source.queryValue().currentValue if kind == "accessible-value" else None
+            except (GLib.GError, NotImplementedError):
+                pass
+            told.append((kind, role, name, value))
+
+        kinds = ["object:property-change:accessible-value", "object:state-changed:showing", "object:state-changed:focused"]
+        pyatspi.Registry.registerEventListener(note, *kinds)
+        begin = time.monotonic()
+        # Apart, so that events are heard when they come rather than afterwards.
+        threading.Thread(target=act_apart).start()
+        GLib.timeout_add(100, lambda: time.monotonic() < max(last + 1, begin + 2) or loop.quit())
+        loop.run()
+        pyatspi.Registry.deregisterEventListener(note, *kinds)
+        return told
 
     # As a user
 

@@ -1,0 +1,30 @@
+// An item that assistive technology knows as a progress bar and can ask for its value. (In Qt 6.4 an item of QML with
+// that role has a name but no value, so its changes are never spoken.)
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QQuickItem>
+#include <QString>
+
+namespace vesk {
+
+class ProgressFigure : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    /// Whole percents, 0 to 100.
+    Q_PROPERTY(int value MEMBER value NOTIFY valueChanged)
+    /// What is said besides the value.
+    Q_PROPERTY(QString said MEMBER said NOTIFY saidChanged)
+
+public:
+    explicit ProgressFigure(QQuickItem* parent = nullptr);
+
+    int value = 0;
+    QString said;
+
+signals:
+    void valueChanged();
+    void saidChanged();
+};
+
+}  // namespace vesk
