@@ -1,6 +1,6 @@
 """Drives a Vesk window from outside, as a user and as assistive technology does.
 
-Needs a display and a session bus of its own: `dbus-run-session -- xvfb-run -a ...`. The program is vesk-demo, the real
+Needs a display and a session bus of its own: `tests/app/with_display ...`. The program is vesk-demo, the real
 window over a made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
 
 import os
