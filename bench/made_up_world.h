@@ -17,23 +17,25 @@ class MadeUpWorld {
 public:
     enum class TreeIs { home, cache };
 
-    /// Ends the program when the folder cannot be made.
-    MadeUpWorld(const std::filesystem::path& tree, TreeIs role) {
+    /// A world with an empty home. Ends the program when its folder cannot be made.
+    MadeUpWorld() {
         std::string pattern = (std::filesystem::temp_directory_path() / "vesk-bench-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) {
             std::perror("making a folder");
             std::exit(1);
         }
         folder_ = pattern;
+        std::filesystem::create_directories(caches());
+        setWorld(World::below(folder_, home()));
+    }
+    /// A world with that tree in it.
+    MadeUpWorld(const std::filesystem::path& tree, TreeIs role) : MadeUpWorld() {
         const std::filesystem::path whole = std::filesystem::canonical(tree);
         if (role == TreeIs::home) {
             setWorld(World::below(folder_, whole));
-            return;
+        } else {
+            std::filesystem::create_directory_symlink(whole, caches() / "tree");
         }
-        const std::filesystem::path home = folder_ / "home";
-        std::filesystem::create_directories(home / "Library/Caches");
-        std::filesystem::create_directory_symlink(whole, home / "Library/Caches/tree");
-        setWorld(World::below(folder_, home));
     }
     MadeUpWorld(const MadeUpWorld&) = delete;
     MadeUpWorld& operator=(const MadeUpWorld&) = delete;
@@ -43,6 +45,9 @@ public:
     }
 
 private:
+    std::filesystem::path home() const { return folder_ / "home"; }
+    std::filesystem::path caches() const { return home() / "Library/Caches"; }
+
     std::filesystem::path folder_;
 };
 

@@ -1,21 +1,13 @@
-// The accessibility setting "Reduce motion", asked of the workspace through the Objective-C runtime's C interface.
+// The accessibility setting "Reduce motion", asked of the workspace.
 
-#include <objc/message.h>
-#include <objc/runtime.h>
-
+#include "platform/objective_c.h"
 #include "platform/reduced_motion.h"
 
 namespace vesk {
 
 bool reducedMotionWanted() {
-    const Class workspaceClass = objc_getClass("NSWorkspace");
-    if (workspaceClass == nullptr) {
-        return false;
-    }
-    const auto object = reinterpret_cast<id (*)(Class, SEL)>(objc_msgSend);
-    const auto boolean = reinterpret_cast<BOOL (*)(id, SEL)>(objc_msgSend);
-    const id workspace = object(workspaceClass, sel_registerName("sharedWorkspace"));
-    return workspace != nullptr && boolean(workspace, sel_registerName("accessibilityDisplayShouldReduceMotion"));
+    const AutoreleasePool pool;
+    return send<BOOL>(send(classNamed("NSWorkspace"), "sharedWorkspace"), "accessibilityDisplayShouldReduceMotion");
 }
 
 }  // namespace vesk

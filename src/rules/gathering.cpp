@@ -1,5 +1,6 @@
 #include "rules/gathering.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/scanner.h"
@@ -42,6 +43,15 @@ std::vector<FolderItem> childrenOrBlocked(Probe& probe, const std::filesystem::p
 
 std::string label(std::string_view fileName) {
     return decodedUtf8(fileName);
+}
+
+bool isAmong(std::string_view name, std::span<const std::string_view> names) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool startsWithAny(std::string_view name, std::span<const std::string_view> prefixes) {
+    return std::any_of(prefixes.begin(), prefixes.end(),
+                       [&](std::string_view prefix) { return name.starts_with(prefix); });
 }
 
 std::string_view pathExtension(std::string_view fileName) {

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,12 @@ std::vector<FolderItem> childrenOrBlocked(Probe& probe, const std::filesystem::p
 
 /// A file name as a label: file names are bytes, what is shown is UTF-8.
 std::string label(std::string_view fileName);
+
+/// Whether a name is one of these, to the byte.
+bool isAmong(std::string_view name, std::span<const std::string_view> names);
+
+/// Whether a name starts with one of these, to the byte.
+bool startsWithAny(std::string_view name, std::span<const std::string_view> prefixes);
 
 /// What follows the last "." of a file name, "" for a name without one or with none but at its start.
 std::string_view pathExtension(std::string_view fileName);

@@ -101,9 +101,7 @@ const Kind* kindOf(const std::filesystem::path& project, std::string_view name) 
 }
 
 bool isPackage(std::string_view name) {
-    const std::string extension = lowercased(pathExtension(name));
-    return std::find(std::begin(packageExtensions), std::end(packageExtensions), extension) !=
-           std::end(packageExtensions);
+    return isAmong(lowercased(pathExtension(name)), packageExtensions);
 }
 
 std::optional<Date> newestIn(const std::vector<FolderItem>& items) {
@@ -197,7 +195,7 @@ private:
                 continue;
             }
             if (folder.level == homeLevel) {
-                if (!item.name.starts_with('.') && !isSkippedRoot(item.name)) {
+                if (!item.name.starts_with('.') && !isAmong(item.name, skippedRoots)) {
                     worker.add({folder.path / item.name, homeLevel + 1});
                 }
             } else if (const Kind* kind = kindOf(folder.path, item.name)) {
@@ -216,10 +214,6 @@ private:
             return rules::childrenOf(folder.path, ListingDetail::kinds);
         }
         return listSubfolder(folder.path.parent_path(), folder.path.filename().string(), ListingDetail::kinds).items;
-    }
-
-    static bool isSkippedRoot(std::string_view name) {
-        return std::find(skippedRoots.begin(), skippedRoots.end(), name) != skippedRoots.end();
     }
 
     void take(Part& part, const std::filesystem::path& project, const Kind& kind, std::optional<ProjectDates>& dates) {

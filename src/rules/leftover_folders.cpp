@@ -106,9 +106,7 @@ private:
 };
 
 bool isOffered(const std::string& name) {
-    const auto skips = [&](std::string_view prefix) { return name.starts_with(prefix); };
-    return std::none_of(skippedPrefixes.begin(), skippedPrefixes.end(), skips) &&
-           std::find(skippedNames.begin(), skippedNames.end(), name) == skippedNames.end();
+    return !startsWithAny(name, skippedPrefixes) && !isAmong(name, skippedNames);
 }
 
 bool isInstalled(const std::string& name, const InstalledApplications& applications) {

@@ -7,6 +7,7 @@
 
 #include "platform/date.h"
 #include "platform/world.h"
+#include "rules/backup_tool.h"
 #include "rules/rules.h"
 #include "rules/run_tool.h"
 #include "rules/snapshot_listing.h"
@@ -14,8 +15,6 @@
 namespace vesk::rules {
 
 namespace {
-
-constexpr std::string_view tool = "/usr/bin/tmutil";
 
 constexpr double secondsPerDay = 86'400.0;
 // Snapshots come hourly, so one without a readable time is taken as new, not as the usual thirty days old.
@@ -46,7 +45,7 @@ double dormancyDays(const std::vector<std::string>& stamps) {
 }  // namespace
 
 std::vector<Card> timeMachineSnapshots(Probe& /*probe*/) {
-    const ToolResult listed = runTool(world().rooted(tool), {"listlocalsnapshots", "/"});
+    const ToolResult listed = runTool(world().rooted(backupTool), {"listlocalsnapshots", "/"});
     std::vector<std::string> stamps = stampsIn(listed.output);
     if (stamps.empty()) {
         return {};

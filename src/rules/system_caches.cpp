@@ -1,7 +1,6 @@
 // Browser clones, application caches and old crash reports: what the system and its applications leave behind and
 // make again by themselves.
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <string_view>
@@ -79,9 +78,7 @@ constexpr CardDescription card = {
 }  // namespace crashes
 
 bool isCacheOffered(std::string_view name) {
-    const auto skips = [&](std::string_view prefix) { return name.starts_with(prefix); };
-    return std::none_of(caches::skippedPrefixes.begin(), caches::skippedPrefixes.end(), skips) &&
-           std::find(caches::skippedNames.begin(), caches::skippedNames.end(), name) == caches::skippedNames.end();
+    return !startsWithAny(name, caches::skippedPrefixes) && !isAmong(name, caches::skippedNames);
 }
 
 const char* cloneName(std::string_view fileName) {

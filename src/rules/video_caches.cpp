@@ -1,6 +1,5 @@
 // Previews and render files of video editors, which make them again from the footage.
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -53,7 +52,7 @@ void addAfterEffects(Probe& probe, std::vector<Entry>& entries) {
 void addRendered(Probe& probe, const std::filesystem::path& folder, const std::vector<FolderItem>& items,
                  std::vector<Entry>& entries) {
     for (const FolderItem& item : items) {
-        if (std::find(rendered.begin(), rendered.end(), item.name) != rendered.end()) {
+        if (isAmong(item.name, rendered)) {
             add(entries, probe.entry(folder / item.name, finalCutName + lowercased(item.name)));
         }
     }

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "platform/world.h"
+#include "rules/backup_tool.h"
 
 namespace vesk {
 
@@ -22,12 +23,12 @@ CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std:
         tools.stepDone(result);
     }
 
-    const std::string backupTool = world().rooted("/usr/bin/tmutil").string();
+    const std::string tool = world().rooted(backupTool).string();
     for (const std::string& id : snapshotIDs) {
         if (tools.stopRequested()) {
             return result;
         }
-        if (tools.runTool(backupTool, {"deletelocalsnapshots", id}) == 0) {
+        if (tools.runTool(tool, {"deletelocalsnapshots", id}) == 0) {
             ++result.snapshotsRemoved;
         } else {
             ++result.failures;

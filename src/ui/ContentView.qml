@@ -103,7 +103,6 @@ FocusScope {
     }
 
     // What follows is there only while it is shown. (A Loader cannot make bound components in Qt 6.4, a Repeater can.)
-    // What follows is there only while it is shown. (A Loader cannot make bound components in Qt 6.4, a Repeater can.)
     // A new celebration makes a new view, with confetti of its own.
     Repeater {
         model: content.store.celebration === null ? [] : [content.store.celebration]

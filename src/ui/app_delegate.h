@@ -7,8 +7,8 @@ namespace vesk {
 
 class AppDelegate {
 public:
-    /// Once the application runs: gives it its Dock icon and menu bar, and brings it to the front with focus even when
-    /// it was started from a terminal or behind another application.
+    /// Once the application runs: gives it its Dock icon and a menu with "About Vesk", and brings it to the front with
+    /// focus even when it was started from a terminal or behind another application.
     void applicationDidFinishLaunching() const;
 
     /// Brings a window that is shown to the front, with the focus, as far as the desktop lets a program do that.

@@ -1,11 +1,8 @@
-// Asked of AppKit through the Objective-C runtime's C interface, which needs no Objective-C compiler.
-
-#include <objc/message.h>
-#include <objc/runtime.h>
+#include "ui/app_delegate.h"
 
 #include <QWindow>
 
-#include "ui/app_delegate.h"
+#include "platform/objective_c.h"
 
 namespace vesk {
 
@@ -16,17 +13,27 @@ constexpr long activationPolicyRegular = 0;               // NSApplicationActiva
 constexpr unsigned long fullSizeContentView = 1UL << 15;  // NSWindowStyleMaskFullSizeContentView
 constexpr double standardTitleBarHeight = 28;
 
-// Sends a message whose arguments and result are of the given types.
-template <typename Result, typename... Arguments>
-Result send(id receiver, const char* message, Arguments... arguments) {
-    return reinterpret_cast<Result (*)(id, SEL, Arguments...)>(objc_msgSend)(receiver, sel_registerName(message),
-                                                                             arguments...);
+// Qt's own menu hides its "About" until an application describes one itself. The system's panel needs no description:
+// it shows the icon, the name and the version that Info.plist holds.
+void offerAbout(id application) {
+    const id bar = send(application, "mainMenu");
+    if (send<long>(bar, "numberOfItems") == 0) {
+        return;  // a first item that is not there would be an exception
+    }
+    const id menu = send(send<id, long>(bar, "itemAtIndex:", 0), "submenu");
+    const id item = send<id, id, SEL, id>(send(classNamed("NSMenuItem"), "alloc"),
+                                          "initWithTitle:action:keyEquivalent:", stringOf("About Vesk"),
+                                          sel_registerName("orderFrontStandardAboutPanel:"), stringOf(""));
+    send<void, id, long>(menu, "insertItem:atIndex:", item, 0);
+    send<void>(item, "release");
 }
 
 }  // namespace
 
 void AppDelegate::applicationDidFinishLaunching() const {
-    const id application = send<id>(reinterpret_cast<id>(objc_getClass("NSApplication")), "sharedApplication");
+    const AutoreleasePool pool;
+    const id application = send(classNamed("NSApplication"), "sharedApplication");
+    offerAbout(application);
     send<BOOL, long>(application, "setActivationPolicy:", activationPolicyRegular);
     send<void, BOOL>(application, "activateIgnoringOtherApps:", YES);
 }
@@ -38,8 +45,8 @@ void AppDelegate::bringForward(QWindow& window) const {
 }
 
 double AppDelegate::extendIntoTitleBar(QWindow& window) const {
-    const id view = reinterpret_cast<id>(window.winId());
-    const id frame = view == nullptr ? nullptr : send<id>(view, "window");
+    const AutoreleasePool pool;
+    const id frame = send(reinterpret_cast<id>(window.winId()), "window");
     if (frame == nullptr) {
         return 0;
     }

@@ -1,11 +1,8 @@
-// The system's own pictograms, asked of AppKit through the Objective-C runtime's C interface, which needs no
-// Objective-C compiler.
-
-#include <objc/message.h>
-#include <objc/runtime.h>
+// The system's own pictograms.
 
 #include <QPainter>
 
+#include "platform/objective_c.h"
 #include "ui/pictogram.h"
 
 namespace vesk {
@@ -16,33 +13,10 @@ namespace {
 constexpr double semiboldWeight = 0.3;    // NSFontWeightSemibold
 constexpr unsigned long pngFileType = 4;  // NSBitmapImageFileTypePNG
 
-// Sends a message whose arguments and result are of the given types.
-template <typename Result = id, typename... Arguments>
-Result send(id receiver, const char* message, Arguments... arguments) {
-    return reinterpret_cast<Result (*)(id, SEL, Arguments...)>(objc_msgSend)(receiver, sel_registerName(message),
-                                                                             arguments...);
-}
-
-id classNamed(const char* name) {
-    return reinterpret_cast<id>(objc_getClass(name));
-}
-
-// Everything made in between is released at the end.
-class AutoreleasePool {
-public:
-    AutoreleasePool() : pool_(send(send(classNamed("NSAutoreleasePool"), "alloc"), "init")) {}
-    ~AutoreleasePool() { send<void>(pool_, "drain"); }
-    AutoreleasePool(const AutoreleasePool&) = delete;
-    AutoreleasePool& operator=(const AutoreleasePool&) = delete;
-
-private:
-    id pool_;
-};
-
 // The pictogram as a PNG file in memory, about `side` points large; empty for an unknown name.
 QByteArray systemPictogram(const QString& symbol, double side) {
     const AutoreleasePool pool;
-    const id name = send<id, const char*>(classNamed("NSString"), "stringWithUTF8String:", symbol.toUtf8().constData());
+    const id name = stringOf(symbol.toUtf8().constData());
     id image = send<id, id, id>(classNamed("NSImage"), "imageWithSystemSymbolName:accessibilityDescription:", name,
                                 static_cast<id>(nullptr));
     if (image == nullptr) {

@@ -102,7 +102,7 @@ int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
 int runApplication(int argc, char** argv, Store::Sources sources) {
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("vesk"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.vesk.Vesk"));
     quitOnSignals(application);
 
     switch (world().homeFault()) {

@@ -3,7 +3,6 @@
 #include "platform/preferences.h"
 
 #include <gmock/gmock.h>
-#include <sys/mount.h>
 
 #include "support/private_mounts.h"
 #include "support/trash_home.h"
@@ -82,7 +81,7 @@ TEST_F(PreferencesTest, AFullDiskKeepsTheOldValue) {
     EXPECT_FALSE(preferences.setData("vesk.history", std::string(100'000, 'n')));
     EXPECT_EQ(preferences.data("vesk.history"), "old");
     EXPECT_THAT(namesIn(folder), ElementsAre("vesk.history")) << "what was written so far must not fill the disk";
-    ASSERT_EQ(mount(nullptr, folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    ASSERT_TRUE(remountReadOnly(folder));
     EXPECT_FALSE(preferences.setData("vesk.history", "new"));
     EXPECT_EQ(preferences.data("vesk.history"), "old");
     unmount(folder);

@@ -1,7 +1,6 @@
 // The Trash of other volumes, on file systems mounted for the test alone.
 
 #include <gmock/gmock.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -47,10 +46,6 @@ protected:
         EXPECT_EQ(puttingBack(outcome.place, item), 0);
         EXPECT_EQ(contentOf(item), "content");
         EXPECT_THAT(namesIn(trash / "info"), IsEmpty());
-    }
-    // A folder of the disk in which nothing can be made any more.
-    static bool remountReadOnly(const fs::path& folder) {
-        return mount(nullptr, folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
     }
 
     const std::string user = std::to_string(getuid());

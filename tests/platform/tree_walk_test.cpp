@@ -1,64 +1,24 @@
+// What a walk counts, what it passes over, and that it leaves no trace.
+
 #include "platform/tree_walk.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <deque>
 #include <map>
-#include <thread>
 
-#include "core/probe.h"
 #include "platform/files.h"
+#include "platform/tree_walk_fixture.h"
 #include "support/private_mounts.h"
-#include "support/temporary_home.h"
 
 namespace vesk {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::allocated;
-using testing::daysAgo;
-using testing::makeFile;
-using testing::makeFolder;
-using testing::makeLink;
-using testing::setDates;
-using testing::testHome;
-
-// Walks are tested through Probe::measure, which is how Vesk walks.
-class TreeWalkTest : public testing::TemporaryHome {
-protected:
-    TreeWalkTest() { makeFolder(top); }
-
-    Probe::Measurement measure(const fs::path& path) { return probe.measure(path); }
-
-    // Makes an empty file in an open folder: quick, for large numbers of them.
-    static void touch(int folder, const std::string& name) {
-        const int file = openat(folder, name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-        ASSERT_GE(file, 0) << name;
-        close(file);
-    }
-
-    // Runs `work` with at most so many descriptors.
-    template <typename Work>
-    static void withDescriptors(rlim_t count, Work work) {
-        rlimit before{};
-        getrlimit(RLIMIT_NOFILE, &before);
-        const rlimit fewer{count, before.rlim_max};
-        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &fewer), 0);
-        work();
-        setrlimit(RLIMIT_NOFILE, &before);
-    }
-
-    const fs::path top = testHome() / "top";
-    std::shared_ptr<Tracker> tracker = std::make_shared<Tracker>();
-    Probe probe{tracker};
-};
+using namespace testing;
 
 TEST_F(TreeWalkTest, AddsUpTheRegularFilesAtAllDepths) {
     makeFile(top / "a", 5'000);
@@ -156,7 +116,7 @@ TEST_F(TreeWalkTest, ALinkThatIsMeasuredItselfIsFollowedToAFolderOnly) {
 TEST_F(TreeWalkTest, PipesAndSocketsCountForNothing) {
     makeFile(top / "file", 5'000);
     ASSERT_EQ(mkfifo((top / "pipe").c_str(), 0600), 0);
-    const int server = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int server = socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     (top / "socket").string().copy(address.sun_path, sizeof address.sun_path - 1);
@@ -206,115 +166,6 @@ TEST_F(TreeWalkTest, AHundredThousandFilesInOneFolder) {
     EXPECT_EQ(tracker->updates(), 100'001 / 256 + 1);
 }
 
-// A chain of nested folders far deeper than a path can name.
-class DeepTreeTest : public TreeWalkTest {
-protected:
-    static constexpr int levels = 2'000;
-
-    // At each level a sibling before and one after the way down (as most file systems list them), each with a file.
-    void makeChain() const {
-        int folder = open(top.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        for (int level = 0; level < levels; ++level) {
-            for (const char* sibling : {"aa", "zz"}) {
-                ASSERT_EQ(mkdirat(folder, sibling, 0700), 0);
-                const int opened = openat(folder, sibling, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-                touch(opened, "file");
-                close(opened);
-            }
-            ASSERT_EQ(mkdirat(folder, "level", 0700), 0);
-            const int next = openat(folder, "level", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-            close(folder);
-            folder = next;
-        }
-        close(folder);
-    }
-
-    // Takes the chain apart from above: what lies two levels down is moved up until nothing is left.
-    void removeChain() const {
-        const fs::path spare = testHome() / "spare";
-        for (int level = 0; level < levels; ++level) {
-            ASSERT_EQ(rename((top / "level").c_str(), spare.c_str()), 0);
-            fs::remove_all(top);
-            ASSERT_EQ(rename(spare.c_str(), top.c_str()), 0);
-        }
-    }
-};
-
-TEST_F(DeepTreeTest, IsMeasuredWhollyWithFewDescriptors) {
-    makeChain();
-    for (const rlim_t descriptors : {rlim_t{64}, rlim_t{256}, rlim_t{4096}}) {
-        withDescriptors(descriptors, [&] {
-            const auto fresh = std::make_shared<Tracker>();
-            Probe deep(fresh);
-            deep.measure(top);
-            EXPECT_EQ(fresh->counts().files, 2 * levels) << descriptors;
-            EXPECT_FALSE(deep.blocked);
-        });
-    }
-    removeChain();
-}
-
-TEST_F(DeepTreeTest, IsMeasuredByManyAtOnceWithFewDescriptors) {
-    makeChain();
-    withDescriptors(256, [&] {
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 13; ++i) {
-            threads.emplace_back([&] { Probe(tracker).measure(top); });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-        EXPECT_EQ(tracker->counts().files, 13 * 2 * levels);
-    });
-    removeChain();
-}
-
-TEST_F(TreeWalkTest, ManySubfoldersWithFewDescriptors) {
-    for (int i = 0; i < 3'000; ++i) {
-        makeFolder(top / std::to_string(i % 30) / std::to_string(i) / "x");
-        const int folder =
-            open((top / std::to_string(i % 30) / std::to_string(i)).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        touch(folder, "file");
-        close(folder);
-    }
-    withDescriptors(48, [&] { measure(top); });
-    EXPECT_EQ(tracker->counts().files, 3'000);
-}
-
-TEST_F(TreeWalkTest, FoldersMayVanishOrTurnIntoFilesMeanwhile) {
-    for (int i = 0; i < 200; ++i) {
-        makeFolder(top / "stays" / std::to_string(i) / "inner");
-        const int folder = open((top / "stays" / std::to_string(i)).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        touch(folder, "file");
-        close(folder);
-    }
-    std::atomic<bool> stop = false;
-    std::thread changer([&] {
-        std::error_code ignored;
-        for (int i = 0; !stop; ++i) {
-            const fs::path place = top / ("changes" + std::to_string(i % 8));
-            fs::create_directories(place / "a/b/c", ignored);
-            fs::rename(place / "a", place / "moved", ignored);
-            fs::remove_all(place, ignored);
-            const int file = open(place.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-            close(file);
-            fs::remove(place, ignored);
-        }
-    });
-    for (int round = 0; round < 100; ++round) {
-        const auto fresh = std::make_shared<Tracker>();
-        Probe racing(fresh);
-        racing.measure(top / "stays");
-        EXPECT_EQ(fresh->counts().files, 200);
-        racing.measure(top);
-        EXPECT_GE(fresh->counts().files, 400);
-        EXPECT_LE(fresh->counts().files, 408);
-        EXPECT_FALSE(racing.blocked);
-    }
-    stop = true;
-    changer.join();
-}
-
 TEST_F(TreeWalkTest, RefusedFoldersAreToldAndPassedOver) {
     const struct {
         const char* what;
@@ -352,20 +203,6 @@ TEST_F(TreeWalkTest, AnItemInARefusedFolderIsNotThere) {
     EXPECT_EQ(measure(top / "file"), Probe::Measurement{});
     EXPECT_FALSE(probe.blocked);
     EXPECT_EQ(tracker->updates(), 0);
-}
-
-TEST_F(TreeWalkTest, ARefusalDeepDownDoesNotStopTheWalkWithFewDescriptors) {
-    fs::path folder = top;
-    std::int64_t expected = 0;
-    for (int level = 0; level < 60; ++level) {
-        makeFile(folder / "refused/file", 5'000);
-        makeFile(folder / "zz/file", 5'000);
-        expected += allocated(folder / "zz/file");
-        fs::permissions(folder / "refused", fs::perms::none);
-        folder /= "level";
-    }
-    withDescriptors(32, [&] { EXPECT_EQ(measure(top).size, expected); });
-    EXPECT_TRUE(probe.blocked);
 }
 
 // Every item's times, by path.
@@ -406,19 +243,19 @@ TEST_F(TreeWalkTest, OtherFileSystemsAreNotEntered) {
     makeFolder(top / "shown again");
     makeFile(top / "file", 5'000);
     makeFile(testHome() / "elsewhere/file", 5'000);
-    if (!testing::enterPrivateMounts()) {
+    if (!enterPrivateMounts()) {
         GTEST_SKIP() << "no mount namespaces here";
     }
-    ASSERT_TRUE(testing::mountTemporaryFileSystem(top / "mounted"));
-    ASSERT_TRUE(testing::mountFolderAgain(testHome() / "elsewhere", top / "shown again"));
+    ASSERT_TRUE(mountTemporaryFileSystem(top / "mounted"));
+    ASSERT_TRUE(mountFolderAgain(testHome() / "elsewhere", top / "shown again"));
     makeFile(top / "mounted/inner/file", 5'000);
     EXPECT_EQ(measure(top).size, allocated(top / "file"));
     EXPECT_EQ(tracker->counts().files, 1);
     EXPECT_FALSE(probe.blocked);
     // Measured itself, a folder on another file system counts.
     EXPECT_EQ(measure(top / "mounted").size, allocated(top / "mounted/inner/file"));
-    testing::unmount(top / "mounted");
-    testing::unmount(top / "shown again");
+    unmount(top / "mounted");
+    unmount(top / "shown again");
 }
 
 TEST_F(TreeWalkTest, ErrorsAreReportedAndTheRestIsVisited) {

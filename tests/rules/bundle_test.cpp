@@ -179,10 +179,10 @@ TEST_F(Bundle, KeepsItsPropertyListInOneOfFourPlaces) {
     EXPECT_EQ(bundleIdentifier(bundle), std::nullopt);
     // From the last place to the first, each of which takes over.
     for (const char* place : {"", "Resources", "Support Files", "Contents"}) {
-        writeText(bundle / place / "Info.plist", list(std::string("in.") + place));
+        writeFile(bundle / place / "Info.plist", list(std::string("in.") + place));
         EXPECT_EQ(bundleIdentifier(bundle), std::string("in.") + place);
     }
-    writeText(bundle / "Contents/Info.plist", "broken");
+    writeFile(bundle / "Contents/Info.plist", "broken");
     EXPECT_EQ(bundleIdentifier(bundle), std::nullopt);
     makeLink(testRoot() / "Link.app", bundle);
     std::filesystem::remove(bundle / "Contents/Info.plist");

@@ -6,6 +6,7 @@
 
 #include "platform/files.h"
 #include "rules/catalogue.h"
+#include "rules/gathering.h"
 #include "rules/rule_test.h"
 #include "rules/run_tool.h"
 
@@ -15,19 +16,8 @@ namespace {
 using namespace testing;
 using ::testing::ElementsAre;
 
-struct ExpectedCard {
-    const char* id;
-    const char* title;
-    const char* symbol;
-    Bucket bucket;
-    double confidence;
-    double risk;
-    const char* summary;
-    const char* why;
-};
-
 // Every card that Vesk can show, in the order of the rules.
-const ExpectedCard expectedCards[] = {
+const rules::CardDescription expectedCards[] = {
     {"clones", "Chrome ghost clones", "square.on.square.dashed", Bucket::safe, 0.95, 1.0,
      "Leftover copies Chrome and Brave make while updating themselves.",
      "These temporary copies are only used while a browser is being verified or updated. The browser quietly makes a "
@@ -128,12 +118,19 @@ protected:
     }
 };
 
+TEST_F(DemoHome, HasSomethingForEveryRule) {
+    for (const Spec& spec : Scanner::specs()) {
+        Probe probe(std::make_shared<Tracker>());
+        EXPECT_FALSE(spec.run(probe).empty()) << spec.label;
+    }
+}
+
 TEST_F(DemoHome, ShowsEveryCardThereIs) {
     const RuleResult all = scan();
     ASSERT_EQ(all.cards.size(), std::size(expectedCards));
     for (std::size_t i = 0; i < all.cards.size(); ++i) {
         const Card& card = all.cards[i];
-        const ExpectedCard& expected = expectedCards[i];
+        const rules::CardDescription& expected = expectedCards[i];
         EXPECT_EQ(card.id, expected.id);
         EXPECT_EQ(card.title, expected.title);
         EXPECT_EQ(card.symbol, expected.symbol) << card.id;

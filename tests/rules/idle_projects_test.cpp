@@ -1,12 +1,9 @@
 // Folders that idle coding projects can make again.
 
-#include <sys/mount.h>
 #include "rules/rule_test.h"
 
-#include <cstdlib>
-
 #include "rules/rules.h"
-#include "rules/run_tool.h"
+#include "support/private_mounts.h"
 
 namespace vesk {
 namespace {
@@ -249,35 +246,21 @@ TEST_F(IdleProjects, WithSeveralMatchesAreMeasuredOnceEach) {
     EXPECT_EQ(tracker->counts().files, 3);
 }
 
-// Runs itself again where this user may mount something: in a name space of its own.
 TEST_F(IdleProjects, AreNotSearchedForOnOtherVolumes) {
-    constexpr const char* inside = "VESK_TEST_MAY_MOUNT";
-    if (std::getenv(inside) == nullptr) {  // NOLINT(concurrency-mt-unsafe): no other thread
-        const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
-        const std::vector<std::string> space = {"--user", "--map-current-user", "--keep-caps", "--mount"};
-        std::vector<std::string> words = space;
-        words.emplace_back("true");
-        if (runTool("/usr/bin/unshare", words).status != 0) {
-            GTEST_SKIP() << "this machine lets an ordinary user make no name space to mount in";
-        }
-        words = space;
-        words.insert(words.end(), {"env", std::string(inside) + "=1", self,
-                                   "--gtest_filter=IdleProjects.AreNotSearchedForOnOtherVolumes"});
-        const ToolResult ended = runTool("/usr/bin/unshare", words);
-        EXPECT_EQ(ended.status, 0) << ended.output;
-        return;
+    if (!enterPrivateMounts()) {
+        GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";
     }
     makeOld({"code/here/node_modules/x"});
     for (const char* volume : {"code/volume", "code/app/node_modules", "other root"}) {
         makeFolder(testHome() / volume);
-        ASSERT_EQ(mount("vesk-test", (testHome() / volume).c_str(), "tmpfs", 0, nullptr), 0) << volume;
+        ASSERT_TRUE(mountTemporaryFileSystem(testHome() / volume)) << volume;
     }
     makeOld({"code/volume/app/node_modules/x", "code/app/node_modules/x", "other root/app/node_modules/x"});
     // A match may itself be another volume, and so may a folder of the home.
     EXPECT_THAT(nodeLines(), UnorderedElementsAre("code/here/node_modules: here", "code/app/node_modules: app",
                                                   "other root/app/node_modules: app"));
     for (const char* volume : {"code/volume", "code/app/node_modules", "other root"}) {
-        umount((testHome() / volume).c_str());
+        unmount(testHome() / volume);
     }
 }
 

@@ -29,7 +29,7 @@ protected:
     static void install(const std::filesystem::path& application, const std::string& identifier = "") {
         makeFolder(application);
         if (!identifier.empty()) {
-            writeText(application / "Contents/Info.plist",
+            writeFile(application / "Contents/Info.plist",
                       "<plist><dict><key>CFBundleIdentifier</key><string>" + identifier + "</string></dict></plist>");
         }
     }
@@ -182,7 +182,7 @@ TEST_F(Leftovers, BelongToApplicationsOfFivePlacesAndOneFolderDeeper) {
 
 TEST_F(Leftovers, OfAnApplicationWithABrokenListAreKnownByItsNameAlone) {
     install(testRoot() / "Applications/Tool.app");
-    writeText(testRoot() / "Applications/Tool.app/Contents/Info.plist", "<plist><dict>");
+    writeFile(testRoot() / "Applications/Tool.app/Contents/Info.plist", "<plist><dict>");
     EXPECT_FALSE(offers("Tool"));
     EXPECT_TRUE(offers("com.example.instrument"));
 }

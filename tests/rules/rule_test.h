@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -86,24 +85,10 @@ private:
     std::filesystem::path folder_;
 };
 
-/// Writes a text file, with the folders above it.
-inline void writeText(const std::filesystem::path& path, std::string_view text) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
-
 /// Writes a shell script that can be run.
 inline void writeScript(const std::filesystem::path& path, std::string_view body) {
-    writeText(path, "#!/bin/sh\n" + std::string(body));
+    writeFile(path, "#!/bin/sh\n" + std::string(body));
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-}
-
-/// Makes a file of one block whose two dates, and those of the folders above it up to `top`, are `date`.
-inline void makeDated(const std::filesystem::path& path, Date date, const std::filesystem::path& top) {
-    makeFile(path);
-    for (std::filesystem::path item = path; item != top; item = item.parent_path()) {
-        setDates(item, date);
-    }
 }
 
 class RuleTest : public TemporaryHome {};

@@ -24,6 +24,8 @@ protected:
         writeScript(path, body);
         return runTool(path, args);
     }
+    // Whether the system tells in files what a process holds.
+    static bool hasProc() { return std::filesystem::exists("/proc/self/fd"); }
 };
 
 TEST_F(RunTool, TellsStatusAndOutput) {
@@ -43,7 +45,7 @@ TEST_F(RunTool, ThatCannotStartIsMinusOne) {
     makeFile(testRoot() / "not executable");
     makeFolder(testRoot() / "folder");
     makeLink(testRoot() / "dangling", testRoot() / "nowhere");
-    writeText(testRoot() / "no program", "neither binary nor script");
+    writeFile(testRoot() / "no program", "neither binary nor script");
     std::filesystem::permissions(testRoot() / "no program", std::filesystem::perms::owner_all);
     for (const char* name : {"missing", "not executable", "folder", "dangling", "no program"}) {
         const ToolResult ended = runTool(testRoot() / name, {});
@@ -82,6 +84,9 @@ TEST_F(RunTool, ErrorOutputFindsSomebodyListening) {
 }
 
 TEST_F(RunTool, RunsWithNoSignalBlockedOrIgnored) {
+    if (!hasProc()) {
+        GTEST_SKIP() << "this system does not say which signals a process ignores";
+    }
     struct sigaction before {};
     struct sigaction ignoring {};
     ignoring.sa_handler = SIG_IGN;
@@ -101,6 +106,9 @@ TEST_F(RunTool, RunsWithNoSignalBlockedOrIgnored) {
 }
 
 TEST_F(RunTool, LeavesNoDescriptorOpen) {
+    if (!hasProc()) {
+        GTEST_SKIP() << "this system does not say which descriptors are open";
+    }
     const auto openDescriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
     const auto before = openDescriptors();
     script("echo once");
@@ -110,6 +118,9 @@ TEST_F(RunTool, LeavesNoDescriptorOpen) {
 
 // A tool that inherits another one's pipe keeps that one's caller waiting for the end of its output.
 TEST_F(RunTool, SharesNoDescriptorBetweenToolsThatRunAtOnce) {
+    if (!hasProc()) {
+        GTEST_SKIP() << "this system does not say which descriptors are open";
+    }
     const std::string alone = runTool("/bin/ls", {"/proc/self/fd"}).output;
     ASSERT_NE(alone, "");
     std::atomic<int> wrong = 0;

@@ -15,7 +15,7 @@ using ::testing::IsEmpty;
 class Snapshots : public RuleTest {
 protected:
     static RuleResult listed(const std::string& output, const std::string& end = "exit 0") {
-        writeText(testRoot() / "output", output);
+        writeFile(testRoot() / "output", output);
         writeScript(testRoot() / "usr/bin/tmutil",
                     "[ \"$#\" = 2 ] && [ \"$1\" = listlocalsnapshots ] && [ \"$2\" = / ] || exit 64\n"
                     "cat \"$(dirname \"$0\")/../../output\"\n" +

@@ -4,12 +4,8 @@
 
 #include <QElapsedTimer>
 #include <QVariantMap>
-#include <atomic>
-#include <condition_variable>
-#include <thread>
 
-#include "state/history_codec.h"
-#include "state/store_home.h"
+#include "state/cleaning_fixture.h"
 #include "support/trash_home.h"
 
 namespace vesk {
@@ -19,24 +15,6 @@ namespace fs = std::filesystem;
 using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-class CleaningTest : public StoreHome {
-protected:
-    static fs::path junk() { return testHome() / "Junk"; }
-
-    static Card snapshotCard(std::vector<std::string> ids) {
-        Card card;
-        card.id = "snapshots";
-        card.title = "Snapshots";
-        card.snapshotIDs = std::move(ids);
-        card.selected = true;
-        return card;
-    }
-    // What the next start of the program would find.
-    static std::vector<HistoryEntry> storedHistory() {
-        return decodeHistory(Preferences().data("vesk.history").value_or("")).value_or(std::vector<HistoryEntry>());
-    }
-};
 
 TEST_F(CleaningTest, MovesEveryEntryAndRecordsIt) {
     writeFile(junk() / "a", std::string(4096, 'a'));
@@ -376,82 +354,6 @@ TEST_F(CleaningTest, TheCelebrationIsShownUntilDismissed) {
     scan();
     clean();
     EXPECT_NE(store.celebration()->id, first);
-}
-
-TEST_F(CleaningTest, QuittingEndsAPreviewAtOnceAndRecordsIt) {
-    writeFile(junk() / "a", "a");
-    offerItemsOf(junk());
-    Store& store = scannedStore();
-    store.setPreviewOnly(true);
-    QElapsedTimer elapsed;
-    elapsed.start();
-    store.performClean();
-    store.finish();
-    EXPECT_LT(elapsed.elapsed(), 800);
-    EXPECT_FALSE(store.busy());
-    EXPECT_TRUE(storedHistory().at(0).preview);
-}
-
-TEST_F(CleaningTest, QuittingFinishesTheStepUnderWayAndRecordsTheRun) {
-    // The tool holds the clean up at its first snapshot; the second must not be tried any more.
-    writeFile(junk() / "a", "a");
-    std::atomic<int> calls = 0;
-    sources_.runTool = [&](const std::string&, const std::vector<std::string>&) {
-        ++calls;
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
-        return 0;
-    };
-    offerItemsOf(junk());
-    offer([](Probe&) { return std::vector<Card>{snapshotCard({"1", "2", "3"})}; });
-    Store& store = scannedStore();
-    store.performClean();
-    ASSERT_TRUE(waitFor([&] { return calls == 1; }));
-    store_.reset();
-    EXPECT_EQ(calls, 1);
-    ASSERT_EQ(storedHistory().size(), 1U);
-    EXPECT_EQ(storedHistory()[0].moves.size(), 1U);
-    EXPECT_EQ(storedHistory()[0].snapshotsRemoved, 1);
-    EXPECT_FALSE(isThere(junk() / "a"));
-}
-
-TEST_F(CleaningTest, QuittingDoesNotWaitForAToolThatHangs) {
-    writeFile(junk() / "a", "a");
-    // Outlives the test where the tool does.
-    struct Hanging {
-        std::mutex lock;
-        std::condition_variable released;
-        bool release = false;
-        bool called = false;
-        bool ended = false;
-    };
-    const auto hanging = std::make_shared<Hanging>();
-    sources_.runTool = [hanging](const std::string&, const std::vector<std::string>&) {
-        std::unique_lock guard(hanging->lock);
-        hanging->called = true;
-        hanging->released.wait(guard, [&] { return hanging->release; });
-        hanging->ended = true;
-        hanging->released.notify_all();
-        return 0;
-    };
-    offerItemsOf(junk());
-    offer([](Probe&) { return std::vector<Card>{snapshotCard({"1"})}; });
-    Store& store = scannedStore();
-    store.performClean();
-    ASSERT_TRUE(waitFor([&] {
-        const std::lock_guard guard(hanging->lock);
-        return hanging->called;
-    }));
-    QElapsedTimer elapsed;
-    elapsed.start();
-    store_.reset();
-    EXPECT_LT(elapsed.elapsed(), 2000);
-    ASSERT_EQ(storedHistory().size(), 1U);
-    EXPECT_EQ(storedHistory()[0].moves.size(), 1U) << "what was moved is known";
-    EXPECT_EQ(storedHistory()[0].snapshotsRemoved, 0);
-    std::unique_lock guard(hanging->lock);
-    hanging->release = true;
-    hanging->released.notify_all();
-    EXPECT_TRUE(hanging->released.wait_for(guard, std::chrono::seconds(5), [&] { return hanging->ended; }));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "core/probe.h"
 #include "platform/background.h"
+#include "state/plain_cards.h"
 #include "state/store.h"
 #include "support/temporary_home.h"
 #include "support/waiting.h"
@@ -18,16 +19,14 @@ namespace {
 
 using ::testing::ElementsAre;
 using testing::makeFile;
+using testing::ruleOf;
 using testing::testHome;
 using testing::waitFor;
 
 Card cardOf(std::string id, double confidence, std::int64_t mebibytes = 1, Bucket bucket = Bucket::smart) {
-    Card card;
-    card.id = std::move(id);
+    Card card = testing::plainCard(std::move(id));
     card.bucket = bucket;
     card.confidence = confidence;
-    card.dormancyDays = 1;
-    card.risk = 1;
     card.entries.push_back(Entry{Uuid::random(), "/item", "item", mebibytes << 20, {}});
     card.selected = bucket == Bucket::safe;
     return card;
@@ -65,13 +64,6 @@ protected:
     int volumeReads = 0;
     std::unique_ptr<Store> store;
 };
-
-Spec ruleOf(std::string label, std::vector<Card> cards, bool blocked = false) {
-    return {std::move(label), [cards = std::move(cards), blocked](Probe& probe) {
-                probe.blocked = blocked;
-                return cards;
-            }};
-}
 
 TEST_F(ScanTest, WithoutRulesEndsAtOnce) {
     store->scan();

@@ -14,6 +14,7 @@
 #include "core/card.h"
 #include "core/probe.h"
 #include "platform/files.h"
+#include "state/plain_cards.h"
 #include "state/store.h"
 #include "support/temporary_home.h"
 #include "support/waiting.h"
@@ -22,12 +23,8 @@ namespace vesk::testing {
 
 /// A card that offers these items, measured whole, as its rule would after a look at the disk.
 inline Card cardOf(Probe& probe, std::string id, std::string title, const std::vector<std::filesystem::path>& items) {
-    Card card;
-    card.id = std::move(id);
+    Card card = plainCard(std::move(id));
     card.title = std::move(title);
-    card.confidence = 1;
-    card.risk = 1;
-    card.dormancyDays = 1;
     card.selected = true;
     for (const std::filesystem::path& item : items) {
         const Probe::Measurement measured = probe.measure(item);

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QSignalSpy>
 
+#include "state/plain_cards.h"
 #include "support/temporary_home.h"
 #include "support/waiting.h"
 
@@ -12,24 +13,16 @@ namespace vesk {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::ruleOf;
 using testing::waitFor;
 
 Card cardOf(std::string id, Bucket bucket, std::int64_t size, bool selected, std::vector<std::string> snapshots = {}) {
-    Card card;
-    card.id = std::move(id);
-    card.title = card.id;
+    Card card = testing::plainCard(std::move(id));
     card.bucket = bucket;
-    card.confidence = 1;
-    card.dormancyDays = 1;
-    card.risk = 1;
     card.entries.push_back(Entry{Uuid::random(), "/item", "item", size, {}});
     card.snapshotIDs = std::move(snapshots);
     card.selected = selected;
     return card;
-}
-
-Spec ruleOf(std::string label, std::vector<Card> cards) {
-    return {std::move(label), [cards = std::move(cards)](Probe&) { return cards; }};
 }
 
 class StoreTest : public testing::TemporaryHome {

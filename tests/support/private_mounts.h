@@ -1,4 +1,5 @@
-// File systems of a test's own, seen by no other process.
+// File systems of a test's own, seen by no other process. macOS has no such thing: tests that need it are skipped
+// there.
 #pragma once
 
 #include <filesystem>
@@ -16,6 +17,9 @@ bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::st
 
 /// Shows the folder `shown` at the existing folder `at` as well (a bind mount).
 bool mountFolderAgain(const std::filesystem::path& shown, const std::filesystem::path& at);
+
+/// Lets nothing be changed any more in a folder that is mounted.
+bool remountReadOnly(const std::filesystem::path& folder);
 
 void unmount(const std::filesystem::path& folder);
 

@@ -105,12 +105,16 @@ Date daysAgo(double days) {
     return secondsAgo(days * 86'400);
 }
 
-void makeFile(const fs::path& path, std::int64_t size) {
+void writeFile(const fs::path& path, std::string_view content) {
     fs::create_directories(path.parent_path());
     std::ofstream file(path, std::ios::binary);
-    file << std::string(static_cast<std::size_t>(size), 'v');
+    file << content;
     file.close();
     ASSERT_TRUE(file.good()) << path;
+}
+
+void makeFile(const fs::path& path, std::int64_t size) {
+    writeFile(path, std::string(static_cast<std::size_t>(size), 'v'));
 }
 
 void makeFolder(const fs::path& path) {

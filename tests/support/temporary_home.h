@@ -25,6 +25,9 @@ Date secondsAgo(double seconds);
 /// A date so many days before `now()`.
 Date daysAgo(double days);
 
+/// Writes a file with this content, with the folders above it.
+void writeFile(const std::filesystem::path& path, std::string_view content);
+
 /// Makes a file of `size` bytes, written out so that it takes space on disk, with the folders above it.
 void makeFile(const std::filesystem::path& path, std::int64_t size = 4096);
 /// Makes a folder with the folders above it.

@@ -3,7 +3,6 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -12,7 +11,21 @@
 
 #include "support/temporary_home.h"
 
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
+
 namespace {
+
+#ifdef __linux__
+// Changing the user locks a process's own files in /proc, which tests of descriptors and mounts need.
+void unlockOwnFiles() {
+    prctl(PR_SET_DUMPABLE, 1);
+}
+#else
+void unlockOwnFiles() {
+}
+#endif
 
 // Root may read everything, so a test of a refused folder would see no refusal: tests run as an ordinary user.
 void becomeOrdinaryUser() {
@@ -20,14 +33,11 @@ void becomeOrdinaryUser() {
         return;
     }
     const passwd* nobody = getpwnam("nobody");  // NOLINT(concurrency-mt-unsafe): no other thread yet
-    if (nobody == nullptr || setgroups(0, nullptr) != 0 ||
-        setresgid(nobody->pw_gid, nobody->pw_gid, nobody->pw_gid) != 0 ||
-        setresuid(nobody->pw_uid, nobody->pw_uid, nobody->pw_uid) != 0) {
+    if (nobody == nullptr || setgroups(0, nullptr) != 0 || setgid(nobody->pw_gid) != 0 || setuid(nobody->pw_uid) != 0) {
         std::fputs("cannot run the tests as an ordinary user\n", stderr);
         std::exit(2);  // NOLINT(concurrency-mt-unsafe): no other thread yet
     }
-    // Changing the user locks a process's own files in /proc, which making namespaces needs.
-    prctl(PR_SET_DUMPABLE, 1);
+    unlockOwnFiles();
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 
 #include "platform/trash.h"
 #include "platform/world.h"
+#include "support/stat_times.h"
 #include "support/temporary_home.h"
 
 namespace vesk::testing {
@@ -28,14 +29,6 @@ inline bool isThere(const std::filesystem::path& path) {
 inline std::string contentOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-inline void writeFile(const std::filesystem::path& file, const std::string& content) {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream stream(file, std::ios::binary);
-    stream << content;
-    stream.close();
-    ASSERT_TRUE(stream.good()) << file;
 }
 
 inline std::vector<std::string> namesIn(const std::filesystem::path& folder) {
@@ -62,7 +55,7 @@ inline std::map<std::string, std::string> portrait(const std::filesystem::path& 
         struct stat found {};
         ASSERT_EQ(lstat(path.c_str(), &found), 0) << path;
         std::string text = std::to_string(found.st_mode) + " " + std::to_string(found.st_ino) + " " +
-                           std::to_string(found.st_mtim.tv_sec) + "." + std::to_string(found.st_mtim.tv_nsec) + " ";
+                           std::to_string(modified(found).tv_sec) + "." + std::to_string(modified(found).tv_nsec) + " ";
         if (S_ISREG(found.st_mode)) {
             text += contentOf(path);
         } else if (S_ISLNK(found.st_mode)) {

@@ -7,6 +7,7 @@ namespace vesk {
 
 namespace {
 
+// A DemoFile; the path is relative to the home but for those on the volume.
 struct Row {
     const char* path;
     std::int64_t kilobytes;

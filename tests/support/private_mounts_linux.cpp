@@ -52,6 +52,10 @@ bool mountFolderAgain(const std::filesystem::path& shown, const std::filesystem:
     return mount(shown.c_str(), at.c_str(), nullptr, MS_BIND, nullptr) == 0;
 }
 
+bool remountReadOnly(const std::filesystem::path& folder) {
+    return mount(nullptr, folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
+}
+
 void unmount(const std::filesystem::path& folder) {
     umount2(folder.c_str(), MNT_DETACH);
 }
