@@ -4,7 +4,9 @@
 
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <future>
+#include <iterator>
 #include <thread>
 
 #include "platform/process.h"
@@ -144,7 +146,7 @@ TEST_F(MisbehavingTool, WhatItWroteBeforeASignalEndedItCounts) {
 }
 
 TEST_F(MisbehavingTool, ThatMayNotBeRunMakesNoCard) {
-    writeText(tool(), "#!/bin/sh\necho com.apple.TimeMachine.2024-05-01-101530.local\n");
+    writeFile(tool(), "#!/bin/sh\necho com.apple.TimeMachine.2024-05-01-101530.local\n");
     const RuleResult result = run(rules::timeMachineSnapshots);
     EXPECT_THAT(result.cards, IsEmpty());
     EXPECT_FALSE(result.blocked);
