@@ -14,6 +14,10 @@ TemporaryFolder::TemporaryFolder(const std::string& name) {
 }
 
 TemporaryFolder::~TemporaryFolder() {
+    remove();
+}
+
+void TemporaryFolder::remove() {
     std::error_code ignored;
     if (!path_.empty()) {
         std::filesystem::remove_all(path_, ignored);

@@ -14,6 +14,9 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+    /// Removes it early.
+    void remove();
+
     /// Empty when it could not be made.
     const std::filesystem::path& path() const { return path_; }
 

@@ -1,41 +1,28 @@
 // Vesk on a made-up Mac: the real window over a home in a temporary folder, with preferences and a Trash of its own,
 // all of it removed when the window closes. Nothing outside that folder is read or written.
+//
+//   vesk-demo [--folder DIR]     keeps the Mac in DIR, which is made when it is missing, for the next time
 
-#include <unistd.h>
-
-#include <QGuiApplication>
-#include <QSocketNotifier>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <optional>
+#include <string_view>
+#include <system_error>
 
 #include "demo_home/demo_home.h"
 #include "platform/world.h"
 #include "temporary_folder.h"
-#include "ui/vesk_app.h"
+#include "ui/program.h"
 
 namespace {
 
-int signalPipe[2] = {-1, -1};
+namespace fs = std::filesystem;
 
-// All that a signal handler may do: the event loop reads the byte and quits as if the window had been closed.
-void passOn(int /*signal*/) {
-    const char byte = 0;
-    (void)!::write(signalPipe[1], &byte, 1);
-}
-
-bool quitOnSignals(QGuiApplication& application) {
-    if (::pipe(signalPipe) != 0) {
-        return false;
-    }
-    auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, &application);
-    QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
-    struct sigaction action {};
-    action.sa_handler = passOn;
-    return sigaction(SIGTERM, &action, nullptr) == 0 && sigaction(SIGINT, &action, nullptr) == 0 &&
-           sigaction(SIGHUP, &action, nullptr) == 0;
-}
+// Says that a folder holds a Mac of this program's, and not somebody's files.
+constexpr const char* marker = "made-by-vesk-demo";
 
 // The made-up Mac has a disk to match its quarter of a gigabyte of files; on a real one they would not show.
 vesk::Store::Sources demoSources() {
@@ -44,29 +31,42 @@ vesk::Store::Sources demoSources() {
     return sources;
 }
 
-}  // namespace
+// The Mac that is kept in `folder`, made there if the folder is missing or empty. Absent when it holds anything else.
+std::optional<vesk::World> keptWorld(const fs::path& folder) {
+    const fs::path mac = folder / "mac";
+    std::error_code failure;
+    if (fs::exists(folder / marker, failure)) {
+        return vesk::World::below(mac, mac / vesk::demoHomePath);
+    }
+    fs::create_directories(folder, failure);
+    if (failure || !fs::is_empty(folder, failure) || failure) {
+        return std::nullopt;
+    }
+    const std::optional<vesk::World> world = vesk::makeDemoHome(mac);
+    return world && std::ofstream(folder / marker) ? world : std::nullopt;
+}
 
-int main(int argc, char** argv) {
-    // Static, so that it goes also when Qt ends the program because the display went away; and it goes last: the store
-    // may still be finishing a clean when the window closes.
-    static const vesk::TemporaryFolder folder("vesk-demo");
-    const std::optional<vesk::World> world =
-        folder.path().empty() ? std::nullopt : vesk::makeDemoHome(folder.path() / "mac");
+int run(int argc, char** argv, const std::optional<vesk::World>& world, const std::function<void()>& tidyUp) {
     if (!world) {
-        std::fputs("vesk-demo: cannot make its home in the temporary folder\n", stderr);
+        std::fputs("vesk-demo: cannot make its home in the folder\n", stderr);
         return EXIT_FAILURE;
     }
     vesk::setWorld(*world);
+    return vesk::runProgram(argc, argv, demoSources(), tidyUp);
+}
 
-    QGuiApplication application(argc, argv);
-    QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
-    if (!quitOnSignals(application)) {
-        std::fputs("vesk-demo: cannot listen for signals\n", stderr);
-        return EXIT_FAILURE;
+int runInTemporaryFolder(int argc, char** argv) {
+    vesk::TemporaryFolder folder("vesk-demo");
+    return run(argc, argv, folder.path().empty() ? std::nullopt : vesk::makeDemoHome(folder.path() / "mac"),
+               [&folder] { folder.remove(); });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc >= 3 && std::string_view(argv[1]) == "--folder") {
+        std::error_code failure;
+        return vesk::leave(run(argc, argv, keptWorld(fs::absolute(argv[2], failure)), [] {}));
     }
-    vesk::VeskApp vesk(demoSources());
-    if (!vesk.show()) {
-        return EXIT_FAILURE;
-    }
-    return QGuiApplication::exec();
+    return vesk::leave(runInTemporaryFolder(argc, argv));
 }

@@ -33,7 +33,8 @@ std::vector<std::string_view> nonEmptyParts(std::string_view text, char separato
 }  // namespace
 
 const std::filesystem::path& Scanner::home() {
-    static const std::filesystem::path home = world().home;
+    // Never destroyed: a rule that hangs may outlive main.
+    static const auto& home = *new std::filesystem::path(world().home);
     return home;
 }
 

@@ -10,6 +10,7 @@
 
 #include <QByteArray>
 #include <QXmlStreamReader>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -54,11 +55,25 @@ std::optional<std::string> bytesOf(const std::filesystem::path& path) {
     return bytes;
 }
 
+// Reads on to the top element. A property list declares no entities; with some, a few bytes could stand for thousands,
+// over and over.
+bool readTop(QXmlStreamReader& reader) {
+    while (!reader.atEnd() && reader.entityDeclarations().isEmpty()) {
+        if (reader.readNext() == QXmlStreamReader::StartElement) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isAscii(std::string_view bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 // The XML form: <plist><dict><key>name</key><string>text</string>...</dict></plist>
 std::optional<std::string> identifierInXml(std::string_view bytes) {
     QXmlStreamReader reader(QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    if (!reader.readNextStartElement() || reader.name() != u"plist" || !reader.readNextStartElement() ||
-        reader.name() != u"dict") {
+    if (!readTop(reader) || reader.name() != u"plist" || !reader.readNextStartElement() || reader.name() != u"dict") {
         return std::nullopt;
     }
     std::optional<std::string> identifier;
@@ -189,7 +204,8 @@ private:
             return std::nullopt;
         }
         if (object->type == asciiType) {
-            return std::string(bytes_.substr(object->content, size));
+            const std::string_view ascii = bytes_.substr(object->content, size);
+            return isAscii(ascii) ? std::optional<std::string>(ascii) : std::nullopt;
         }
         QString decoded;
         for (std::uint64_t i = 0; i < object->count; ++i) {

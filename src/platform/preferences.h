@@ -19,6 +19,10 @@ public:
     /// Preferences kept in `folder`, made with mode 0700 when something is first stored.
     explicit Preferences(std::filesystem::path folder);
 
+    /// The file whose lock says that a program is using these preferences: a second one would write over what the first
+    /// has stored. It need not exist.
+    std::filesystem::path lockFile() const;
+
     /// A stored yes or no; absent when nothing, or something else, is stored under the key.
     std::optional<bool> boolean(std::string_view key) const;
     /// Returns false when the value could not be stored; the old one then stays.

@@ -12,6 +12,10 @@ Preferences::Preferences() : Preferences(world().configHome / "vesk") {
 Preferences::Preferences(std::filesystem::path folder) : folder_(std::move(folder)) {
 }
 
+std::filesystem::path Preferences::lockFile() const {
+    return folder_ / "in-use.lock";
+}
+
 std::optional<bool> Preferences::boolean(std::string_view key) const {
     return booleanFromPreferenceFile(data(key));
 }

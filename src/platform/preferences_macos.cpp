@@ -50,6 +50,11 @@ Preferences::Preferences() : folder_(isWorldOfCurrentUser() ? std::filesystem::p
 Preferences::Preferences(std::filesystem::path folder) : folder_(std::move(folder)) {
 }
 
+// Not beside the user defaults, whose folder belongs to the system, nor among the caches, which are for the taking.
+std::filesystem::path Preferences::lockFile() const {
+    return (folder_.empty() ? world().home / "Library/Application Support/Vesk" : folder_) / "in-use.lock";
+}
+
 std::optional<bool> Preferences::boolean(std::string_view key) const {
     if (!folder_.empty()) {
         return booleanFromPreferenceFile(data(key));

@@ -5,9 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <mutex>
+#include <set>
 
 #include "platform/folder_reader.h"
 
@@ -88,8 +91,11 @@ public:
                posix_spawn_file_actions_adddup2(&actions_, errors.writing.get(), STDERR_FILENO) == 0 &&
                keepStandardInput() && posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&
                posix_spawnattr_setsigdefault(&attributes_, &ordinary) == 0 &&
-               posix_spawnattr_setflags(
-                   &attributes_, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | systemFlags)) == 0;
+               // A group of its own, led by itself, so that it can be ended with all that it started.
+               posix_spawnattr_setpgroup(&attributes_, 0) == 0 &&
+               posix_spawnattr_setflags(&attributes_,
+                                        static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                           POSIX_SPAWN_SETPGROUP | systemFlags)) == 0;
     }
 
     const posix_spawn_file_actions_t* actions() const { return &actions_; }
@@ -106,6 +112,20 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
+// The programs that run, by the process group that each leads. A number stays listed for as long as it can mean nobody
+// else: until its process is waited for.
+struct Running {
+    std::mutex lock;
+    std::set<pid_t> groups;
+    bool ended = false;
+};
+
+// Never destroyed: threads that wait for a program may outlive main.
+Running& running() {
+    static Running& instance = *new Running;
+    return instance;
+}
+
 std::optional<pid_t> start(const std::filesystem::path& path, const std::vector<std::string>& arguments,
                            const SpawnSettings& settings) {
     // The call takes the arguments as changeable, though it does not change them.
@@ -118,27 +138,45 @@ std::optional<pid_t> start(const std::filesystem::path& path, const std::vector<
     }
     pointers.push_back(nullptr);
     pid_t process = -1;
-    if (posix_spawn(&process, path.c_str(), settings.actions(), settings.attributes(), pointers.data(),
-                    environment()) != 0) {
+    const std::lock_guard guard(running().lock);
+    if (running().ended || posix_spawn(&process, path.c_str(), settings.actions(), settings.attributes(),
+                                       pointers.data(), environment()) != 0) {
         return std::nullopt;
     }
+    running().groups.insert(process);
     return process;
 }
 
+// Reads on when nothing more is kept, since the program would wait for ever with nobody reading.
 std::string readToEnd(const Descriptor& source) {
     std::string read;
+    bool dropped = false;
     std::array<char, 65536> block;
     for (;;) {
         const ssize_t got = ::read(source.get(), block.data(), block.size());
-        if (got > 0) {
-            read.append(block.data(), static_cast<std::size_t>(got));
-        } else if (got == 0 || errno != EINTR) {
-            return read;
+        if (got < 0 && errno == EINTR) {
+            continue;
         }
+        if (got <= 0) {
+            break;
+        }
+        const std::size_t kept = std::min(static_cast<std::size_t>(got), mostOutputKept - read.size());
+        dropped = dropped || kept < static_cast<std::size_t>(got);
+        read.append(block.data(), kept);
     }
+    if (dropped) {
+        read.resize(read.rfind('\n') + 1);  // without any line end, to nothing
+    }
+    return read;
 }
 
 std::int32_t statusAtEnd(pid_t process) {
+    // Waits first and takes the number off the list only then, both before it can be given to another process.
+    siginfo_t ignored{};
+    while (waitid(P_PID, static_cast<id_t>(process), &ignored, WEXITED | WNOWAIT) < 0 && errno == EINTR) {
+    }
+    const std::lock_guard guard(running().lock);
+    running().groups.erase(process);
     int status = 0;
     while (waitpid(process, &status, 0) < 0) {
         if (errno != EINTR) {
@@ -168,6 +206,14 @@ std::optional<ProcessResult> runProcess(const std::filesystem::path& path, const
     result.output = readToEnd(output->reading);
     result.status = statusAtEnd(*process);
     return result;
+}
+
+void endProcesses() {
+    const std::lock_guard guard(running().lock);
+    running().ended = true;
+    for (const pid_t group : running().groups) {
+        kill(-group, SIGKILL);
+    }
 }
 
 }  // namespace vesk

@@ -13,7 +13,8 @@ namespace vesk {
 namespace {
 
 World& currentWorld() {
-    static World instance = World::ofCurrentUser();
+    // Never destroyed: a rule that hangs may outlive main.
+    static auto& instance = *new World(World::ofCurrentUser());
     return instance;
 }
 
@@ -49,6 +50,7 @@ World World::ofCurrentUser() {
     if (result.dataHome.empty()) {
         result.dataHome = result.home / ".local/share";
     }
+    result.runtimeHome = absoluteFromEnvironment("XDG_RUNTIME_DIR");
     return result;
 }
 
@@ -56,9 +58,19 @@ World World::below(std::filesystem::path root, std::filesystem::path home) {
     World result;
     result.configHome = home / ".config";
     result.dataHome = home / ".local/share";
+    result.runtimeHome = root;
     result.root = std::move(root);
     result.home = std::move(home);
     return result;
+}
+
+World::HomeFault World::homeFault() const {
+    if (!home.is_absolute()) {
+        return HomeFault::unknown;
+    }
+    std::error_code failure;
+    return home.lexically_normal() == "/" || std::filesystem::equivalent(home, "/", failure) ? HomeFault::wholeDisk
+                                                                                             : HomeFault::none;
 }
 
 bool World::isReal() const {

@@ -17,6 +17,9 @@ struct World {
     std::filesystem::path configHome;
     /// Where the home Trash lies on Linux (the same document, $XDG_DATA_HOME).
     std::filesystem::path dataHome;
+    /// Where what lasts no longer than a session is kept (the same document, $XDG_RUNTIME_DIR); empty when there is no
+    /// such place.
+    std::filesystem::path runtimeHome;
 
     /// The world of whoever runs this process: "/", $HOME (the user database when it is unset, empty or relative),
     /// and the XDG folders (relative values are ignored, as their specification says).
@@ -24,6 +27,11 @@ struct World {
 
     /// A made-up world: below `root` and `home` alone, with preferences and Trash inside `home`.
     static World below(std::filesystem::path root, std::filesystem::path home);
+
+    /// Why nothing may be looked for in `home`: it cannot be told, or it is the computer's whole disk, by whatever
+    /// path. Every program that scans asks before it does anything else.
+    enum class HomeFault { none, unknown, wholeDisk };
+    HomeFault homeFault() const;
 
     /// Whether this is the world that the system's own services know: the real "/" and the home folder that the user
     /// database names. In any other one a service without a folder to its name (macOS's Trash and user defaults) would

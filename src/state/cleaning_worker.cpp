@@ -1,5 +1,7 @@
 #include "state/cleaning_worker.h"
 
+#include <cstddef>
+
 #include "platform/world.h"
 #include "rules/backup_tool.h"
 
@@ -18,8 +20,8 @@ CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std:
         } else {
             result.moves.push_back({work.item.path.string(), outcome.place.string(), work.size});
         }
+        tools.stepDone(result);
     }
-    tools.movesMade(result);
 
     const std::string tool = world().rooted(backupTool).string();
     for (const std::string& id : snapshotIDs) {
@@ -31,8 +33,22 @@ CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std:
         } else {
             ++result.failures;
         }
+        tools.stepDone(result);
     }
     return result;
+}
+
+void CleaningLog::update(const CleaningResult& soFar) {
+    const std::lock_guard guard(lock_);
+    const auto known = static_cast<std::ptrdiff_t>(result_.moves.size());
+    result_.moves.insert(result_.moves.end(), soFar.moves.begin() + known, soFar.moves.end());
+    result_.failures = soFar.failures;
+    result_.snapshotsRemoved = soFar.snapshotsRemoved;
+}
+
+CleaningResult CleaningLog::result() const {
+    const std::lock_guard guard(lock_);
+    return result_;
 }
 
 }  // namespace vesk

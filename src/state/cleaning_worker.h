@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,19 @@ struct CleaningResult {
     std::int64_t snapshotsRemoved = 0;
 };
 
+/// What a clean has done so far, where a program that quits can find it while the worker still hangs. Each call takes
+/// one lock; callable from any thread.
+class CleaningLog {
+public:
+    /// Takes over what `soFar` holds beyond the last call's; steps are only ever added.
+    void update(const CleaningResult& soFar);
+    CleaningResult result() const;
+
+private:
+    mutable std::mutex lock_;
+    CleaningResult result_;
+};
+
 /// What the worker acts with.
 struct CleaningTools {
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
@@ -33,8 +47,8 @@ struct CleaningTools {
     std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
     /// Asked before each step: whether to stop there. What was not tried then counts neither as done nor as failed.
     std::function<bool()> stopRequested = [] { return false; };
-    /// Told once all moves are made: deleting snapshots can take as long as the tool likes.
-    std::function<void(const CleaningResult&)> movesMade = [](const CleaningResult&) {};
+    /// Told after each step what is done so far: the next one may hang.
+    std::function<void(const CleaningResult&)> stepDone = [](const CleaningResult&) {};
 };
 
 /// Moves the items to the Trash one by one, then deletes the snapshots one by one. Nothing is tried twice.

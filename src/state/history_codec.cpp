@@ -28,8 +28,9 @@ double storedDate(Date date) {
 }
 
 std::optional<Date> dateFromStored(double seconds) {
-    // Kept a little within what nanoseconds in 64 bits hold, so that no rounding leads outside.
-    constexpr double earliest = -10'200'000'000.0;
+    // Kept a little within what nanoseconds in 64 bits hold, counted from 1970 and from 2001, so that neither rounding
+    // nor writing the date again leads outside: years 1709 to 2262.
+    constexpr double earliest = -9'200'000'000.0;
     constexpr double latest = 8'240'000'000.0;
     if (!(seconds >= earliest && seconds <= latest)) {
         return std::nullopt;

@@ -8,6 +8,7 @@
 
 #include "core/probe.h"
 #include "platform/background.h"
+#include "state/work_left.h"
 
 namespace vesk {
 
@@ -50,7 +51,7 @@ void ScanRun::start() {
     for (const Spec& rule : rules_) {
         // One thread for each rule: a rule that waits (for a tool, for a slow disk) holds up no other. Threads of the
         // scan's own, since one that has entered the background stays there.
-        std::thread([rule, tracker = tracker_, inbox = inbox_, button = doorbell_.button()] {
+        std::thread([rule, tracker = tracker_, inbox = inbox_, button = doorbell_.button(), token = takeWorkToken()] {
             RuleResult result = runRule(rule, tracker);
             {
                 const std::lock_guard guard(inbox->lock);

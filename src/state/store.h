@@ -147,8 +147,12 @@ public:
     void saveHistory();
 
     /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
-    /// and no scan follows. Waits for that at most a second and a half. For a program that is asked to quit.
+    /// and no scan follows. Waits for that little more than a second; of an item that takes longer, nothing is
+    /// recorded. For a program that is asked to quit.
     void finish();
+
+    /// Has nobody told of changes any more. For when the views can no longer listen though they are still there.
+    void stopTelling();
 
     /// Ticks or unticks the first card of that id; does nothing when there is none.
     Q_INVOKABLE void setSelected(const QString& id, bool value);
@@ -253,7 +257,7 @@ private:
     QTimer* previewPause_ = nullptr;
     bool finishing_ = false;
     // Last, so that nothing of theirs outlives what it needs.
-    DetachedTask<CleaningResult> cleaningTask_;
+    DetachedTask<std::shared_ptr<CleaningLog>> cleaningTask_;
     DetachedTask<std::size_t> restoreTask_;
 };
 

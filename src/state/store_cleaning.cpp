@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include "core/checked_sum.h"
 #include "platform/trash.h"
 #include "state/store.h"
+#include "state/work_left.h"
 
 namespace vesk {
 
@@ -16,8 +18,8 @@ namespace {
 
 // A preview that ended at once would not look as if anything had been worked out.
 constexpr std::chrono::milliseconds previewPause{900};
-// How long a quitting program waits for the step under way.
-constexpr std::chrono::milliseconds quitPatience{1500};
+// How long a quitting program waits for the step under way, of the two seconds that it may take in all.
+constexpr std::chrono::milliseconds quitPatience{1200};
 
 std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
     std::int64_t freed = 0;
@@ -36,6 +38,7 @@ std::vector<HistoryEntry::Move> withKnownPlace(std::vector<HistoryEntry::Move> m
 }  // namespace
 
 void Store::performClean() {
+    using Log = std::shared_ptr<CleaningLog>;
     const std::vector<Card> selected = selectedCards();
     if (selected.empty() || busy()) {
         return;
@@ -50,15 +53,19 @@ void Store::performClean() {
         return;
     }
     cleaningTask_.start(
-        [workList, snapshotIDs, runTool = sources_.runTool](DetachedTask<CleaningResult>::Control& control) {
+        [workList, snapshotIDs, runTool = sources_.runTool,
+         token = takeWorkToken()](DetachedTask<Log>::Control& control) {
+            const Log log = std::make_shared<CleaningLog>();
+            control.keep(log);
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };
-            tools.movesMade = [&](const CleaningResult& soFar) { control.keep(soFar); };
-            return runCleaning(workList, snapshotIDs, tools);
+            tools.stepDone = [&](const CleaningResult& soFar) { log->update(soFar); };
+            runCleaning(workList, snapshotIDs, tools);
+            return log;
         },
-        [this](CleaningResult result) { finishClean(std::move(result)); });
+        [this](const Log& log) { finishClean(log->result()); });
 }
 
 std::vector<std::string> Store::titlesOf(const std::vector<Card>& cards) {
@@ -122,6 +129,13 @@ void Store::recordClean(HistoryEntry entry, std::int64_t failures) {
 void Store::rescan() {
     if (!finishing_) {
         scan();
+    }
+}
+
+void Store::stopTelling() {
+    for (QObject* const teller :
+         {static_cast<QObject*>(this), static_cast<QObject*>(&cardList_), static_cast<QObject*>(&historyList_)}) {
+        teller->blockSignals(true);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "state/history_codec.h"
 #include "state/restore_worker.h"
 #include "state/store.h"
+#include "state/work_left.h"
 
 namespace vesk {
 
@@ -60,7 +61,7 @@ void Store::undo(const Uuid& id) {
     const std::vector<HistoryEntry::Move> moves = history()[*row].moves;
     setCleaning(true);
     restoreTask_.start(
-        [moves](DetachedTask<std::size_t>::Control& control) {
+        [moves, token = takeWorkToken()](DetachedTask<std::size_t>::Control& control) {
             return restoreMoves(moves, [&] { return control.stopRequested(); });
         },
         [this, id, wanted = moves.size()](std::size_t restored) { finishUndo(id, restored, wanted); });

@@ -11,6 +11,9 @@ public:
     /// focus even when it was started from a terminal or behind another application.
     void applicationDidFinishLaunching() const;
 
+    /// Brings a window that is shown to the front, with the focus, as far as the desktop lets a program do that.
+    void bringForward(QWindow& window) const;
+
     /// Lets the content of a window run beneath its title bar. Returns the title bar's height; 0 where the window's
     /// frame stays apart from its content.
     double extendIntoTitleBar(QWindow& window) const;

@@ -38,6 +38,12 @@ void AppDelegate::applicationDidFinishLaunching() const {
     send<void, BOOL>(application, "activateIgnoringOtherApps:", YES);
 }
 
+void AppDelegate::bringForward(QWindow& window) const {
+    window.raise();
+    window.requestActivate();
+    applicationDidFinishLaunching();
+}
+
 double AppDelegate::extendIntoTitleBar(QWindow& window) const {
     const AutoreleasePool pool;
     const id frame = send(reinterpret_cast<id>(window.winId()), "window");

@@ -42,6 +42,12 @@ bool VeskApp::show() {
     return true;
 }
 
+void VeskApp::comeForward() {
+    window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
+    window_->show();
+    delegate_.bringForward(*window_);
+}
+
 void VeskApp::setTextScale(double scale) {
     window_->setProperty("textScale", scale);
 }

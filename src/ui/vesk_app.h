@@ -19,6 +19,9 @@ public:
     /// Makes the window and shows it. Returns false, and says why on standard error, when that fails.
     bool show();
 
+    /// Brings the window to the front, with the focus, also from the Dock or the task bar. Once it is shown.
+    void comeForward();
+
     /// Sizes all type: 1 as composed, 2 twice as large. Once the window is shown.
     void setTextScale(double scale);
 

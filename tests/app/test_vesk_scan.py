@@ -2,6 +2,7 @@
 
 import json
 import os
+import signal
 import subprocess
 import sys
 import tempfile
@@ -134,6 +135,33 @@ class VeskScanTest(unittest.TestCase):
             self.assertEqual(result.returncode, 2, options)
             self.assertIn(message, result.stderr)
             self.assertEqual(result.stdout, "")
+
+    def test_a_home_that_is_the_whole_disk_is_refused(self):
+        link = self.root / "link"
+        link.symlink_to("/")
+        for env_home, options in (("/", []), ("//", []), (str(self.home), ["--home", str(link)])):
+            result = self.run_bare(*options, env={**os.environ, "HOME": env_home})
+            self.assertEqual(result.returncode, 2)
+            self.assertIn('the home folder is "/", which is never scanned', result.stderr)
+            self.assertEqual(result.stdout, "")
+
+    def test_a_tool_that_hangs_ends_with_it(self):
+        told = self.root / "told"
+        tool = self.root / "usr/bin/tmutil"
+        tool.parent.mkdir(parents=True)
+        tool.write_text(f"#!/bin/sh\ntrap '' INT TERM\necho $$ > {told}.new; mv {told}.new {told}\nsleep 3600\n")
+        tool.chmod(0o755)
+        for number in (signal.SIGINT, signal.SIGTERM):
+            told.unlink(missing_ok=True)
+            process = subprocess.Popen([PROGRAM, "--root", str(self.root), "--home", str(self.home)])
+            while not told.exists():
+                self.assertIsNone(process.poll())
+                time.sleep(0.02)
+            process.send_signal(number)
+            self.assertEqual(process.wait(60), 1)
+            state = Path("/proc", told.read_text().strip(), "stat")
+            while state.exists() and state.read_text().rsplit(")", 1)[1].split()[0] != "Z":
+                time.sleep(0.02)  # ctest ends this if it never comes true
 
     def test_leaves_no_trace(self):
         self.make_file("Library/Caches/App/deep/file", age=9 * DAY)

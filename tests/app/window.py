@@ -1,6 +1,6 @@
 """Drives a Vesk window from outside, as a user and as assistive technology does.
 
-Needs a display and a session bus of its own: `dbus-run-session -- xvfb-run -a ...`. The program is vesk-demo, the real
+Needs a display and a session bus of its own: `tests/app/with_display ...`. The program is vesk-demo, the real
 window over a made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
 
 import os
@@ -12,6 +12,7 @@ import time
 from pathlib import Path
 
 import pyatspi
+import x11
 from gi.repository import GLib
 
 PATIENCE = 30  # seconds; far more than anything takes, for machines that do much else
@@ -31,24 +32,41 @@ def wait_for(what, condition):
     raise AssertionError(f"waited in vain for {what}")
 
 
+def environment_for(folder, **more):
+    """The environment of a program that is to find and keep everything in `folder`."""
+    environment = dict(
+        os.environ,
+        TMPDIR=str(folder),
+        HOME=str(folder),
+        QT_QPA_PLATFORM="xcb",
+        QT_QUICK_BACKEND="software",
+        QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+    )
+    for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"):
+        environment.pop(name, None)
+    environment.update(more)
+    return environment
+
+
 class Window:
-    def __init__(self, program):
+    """The window of a program that is started for it, with what it keeps in a folder that goes when it is closed.
+    A `mac` names a folder that stays instead: vesk-demo's own, whose home is used again the next time."""
+
+    def __init__(self, program, mac=None, **environment):
         self.folder = Path(tempfile.mkdtemp(prefix="vesk-window-test-"))
-        environment = dict(
-            os.environ,
-            TMPDIR=str(self.folder),
-            HOME=str(self.folder),
-            QT_QPA_PLATFORM="xcb",
-            QT_QUICK_BACKEND="software",
-            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
-        )
-        environment.pop("XDG_CONFIG_HOME", None)
-        environment.pop("XDG_DATA_HOME", None)
-        self.process = subprocess.Popen([program], env=environment)
+        self.mac = mac
+        command = [program] if mac is None else [program, "--folder", str(mac)]
+        self.process = subprocess.Popen(command, env=environment_for(self.folder, **environment))
+        self.display = environment.get("DISPLAY", os.environ["DISPLAY"])
         self.application = wait_for("the application", self._find_application)
         self.id = wait_for("the window", self._find_window)
         # There is no window manager to do it.
-        subprocess.run(["xdotool", "windowfocus", "--sync", self.id], check=True)
+        self._xdotool("windowfocus", "--sync", self.id)
+
+    def _xdotool(self, *words, check=True):
+        return subprocess.run(
+            ["xdotool", *words], env=dict(os.environ, DISPLAY=self.display), check=check, capture_output=True, text=True
+        ).stdout
 
     def _find_application(self):
         assert self.process.poll() is None, "the program ended"
@@ -58,12 +76,21 @@ class Window:
         return None
 
     def _find_window(self):
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Vesk$"], capture_output=True, text=True)
-        return found.stdout.split()[0] if found.stdout.split() else None
+        # Of several windows of that name, the one of this process.
+        for window in self._xdotool("search", "--onlyvisible", "--name", "^Vesk$", check=False).split():
+            if self._xdotool("getwindowpid", window, check=False).strip() == str(self.process.pid):
+                return window
+        return None
 
     @property
     def home(self):
+        if self.mac is not None:
+            return next(Path(self.mac).glob("mac/Users/*"))
         return next(self.folder.glob("vesk-demo-*/mac/Users/*"))
+
+    def press_close(self):
+        """What a window manager does when the user presses a window's close button."""
+        x11.ask_to_close(self.display, int(self.id))
 
     def close(self):
         """Asks the program to end. Returns its exit status."""
@@ -142,12 +169,11 @@ class Window:
 
     def keys(self, *names):
         for name in names:
-            subprocess.run(["xdotool", "key", name], check=True)
+            self._xdotool("key", name)
             time.sleep(0.05)
 
     def size(self):
-        output = subprocess.run(["xdotool", "getwindowgeometry", "--shell", self.id], capture_output=True, text=True)
-        values = dict(line.split("=") for line in output.stdout.split())
+        values = dict(line.split("=") for line in self._xdotool("getwindowgeometry", "--shell", self.id).split())
         return int(values["WIDTH"]), int(values["HEIGHT"])
 
     def focused(self):

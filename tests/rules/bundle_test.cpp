@@ -143,6 +143,11 @@ TEST_F(Bundle, HoldsAgainstListsMadeToEndTheReader) {
     }
     entities += "]><plist><dict><key>CFBundleIdentifier</key><string>&a11;</string></dict></plist>";
     EXPECT_EQ(bundleIdentifierIn(entities), std::nullopt);
+    // Within what the XML reader lets an entity expand to, but again and again.
+    EXPECT_EQ(bundleIdentifierIn("<!DOCTYPE plist [<!ENTITY a \"" + repeated("a", 4000) +
+                                 "\">]><plist><dict><key>CFBundleIdentifier</key><string>" + repeated("&a;", 1000) +
+                                 "</string></dict></plist>"),
+              std::nullopt);
 }
 
 TEST_F(Bundle, SurvivesAnyDamage) {

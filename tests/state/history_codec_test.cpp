@@ -253,5 +253,17 @@ TEST(HistoryCodecTest, NothingMakesItFail) {
     EXPECT_LT(readable, 20'000);
 }
 
+TEST(HistoryCodecTest, DatesThatDoNotFitAreRefused) {
+    const auto readsDate = [](double date) {
+        return decodeHistory(with([&](json& list) { list[0]["date"] = date; })).has_value();
+    };
+    for (const double date : {-9.2e9, -8.3e9, 0.0, 8.2e9}) {
+        EXPECT_TRUE(readsDate(date)) << date;
+    }
+    for (const double date : {-1e300, -1.02e10, -9.3e9, 8.3e9, 1e19}) {
+        EXPECT_FALSE(readsDate(date)) << date;
+    }
+}
+
 }  // namespace
 }  // namespace vesk

@@ -1,6 +1,7 @@
 // vesk-scan: a read-only report of one scan, in the terminal.
 
 #include <QCoreApplication>
+#include <QSocketNotifier>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -8,13 +9,16 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/ending.h"
 #include "platform/files.h"
+#include "platform/process.h"
 #include "platform/world.h"
 #include "state/store.h"
 #include "vesk_scan/report.h"
 
 namespace {
 
+constexpr int failed = 1;
 constexpr int badCall = 2;
 
 constexpr const char* usage =
@@ -59,10 +63,6 @@ std::optional<Options> readOptions(int argc, char** argv) {
 }
 
 bool canBeListed(const std::filesystem::path& folder) {
-    if (folder.empty()) {
-        refuse("the home folder cannot be told; name it with --home");
-        return false;
-    }
     if (const auto error = vesk::listFolder(folder, vesk::ListingDetail::kinds).error) {
         refuse("cannot read the folder " + folder.string() + ": " +
                std::generic_category().message(static_cast<int>(error->code)));
@@ -76,16 +76,34 @@ bool enterWorld(const Options& options) {
     vesk::World wanted = vesk::World::ofCurrentUser();
     wanted.root = options.root.value_or(wanted.root);
     wanted.home = options.home.value_or(wanted.home);
-    if (!canBeListed(wanted.root) || !canBeListed(wanted.home)) {
-        return false;
+    switch (wanted.homeFault()) {
+        case vesk::World::HomeFault::none:
+            break;
+        case vesk::World::HomeFault::unknown:
+            refuse("the home folder cannot be told; name it with --home");
+            return false;
+        case vesk::World::HomeFault::wholeDisk:
+            refuse("the home folder is \"/\", which is never scanned; name another with --home");
+            return false;
     }
-    std::error_code failure;
-    if (std::filesystem::equivalent(wanted.home, "/", failure)) {
-        refuse("the home folder is \"/\", which is never scanned; name another with --home");
+    if (!canBeListed(wanted.root) || !canBeListed(wanted.home)) {
         return false;
     }
     vesk::setWorld(std::move(wanted));
     return true;
+}
+
+// A tool that hangs must not outlive this program, which is otherwise left as it stands.
+void endOnSignals(QCoreApplication& application) {
+    const int descriptor = vesk::descriptorOfEndSignals();
+    if (descriptor < 0) {
+        return;
+    }
+    auto* notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, [] {
+        vesk::endProcesses();
+        vesk::endNow(failed);
+    });
 }
 
 }  // namespace
@@ -96,7 +114,8 @@ int main(int argc, char** argv) {
         return badCall;
     }
 
-    const QCoreApplication application(argc, argv);
+    QCoreApplication application(argc, argv);
+    endOnSignals(application);
     vesk::Store store;
     QObject::connect(
         &store, &vesk::Store::busyChanged, &application,
@@ -111,5 +130,5 @@ int main(int argc, char** argv) {
 
     const std::string report = options->json ? vesk::reportForPrograms(store) : vesk::reportForPeople(store);
     const bool written = std::fputs(report.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-    return written ? 0 : 1;
+    return written ? 0 : failed;
 }

@@ -1,0 +1,27 @@
+// Instead of the application's window: why Vesk does not start here.
+import QtQuick
+import QtQuick.Window
+import Vesk
+
+Window {
+    id: window
+
+    required property string heading
+    required property string message
+
+    title: "Vesk"
+    width: 520
+    height: 320
+    color: Theme.cream
+    visible: true
+
+    MessageDialog {
+        anchors.fill: parent
+        focus: true
+        title: window.heading
+        message: window.message
+        acceptText: "Quit"
+        onAccepted: Qt.quit()
+        onRejected: Qt.quit()
+    }
+}

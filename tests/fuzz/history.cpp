@@ -1,0 +1,76 @@
+// The stored history: whatever the preferences hold is either refused or read as what can be written again.
+
+#include <chrono>
+#include <cmath>
+
+#include "fuzz.h"
+#include "platform/text.h"
+#include "state/history_codec.h"
+
+namespace {
+
+using vesk::Date;
+using vesk::HistoryEntry;
+
+// Dates are stored as seconds in double precision, which this long after 2001 tells a microsecond or two.
+bool isNear(Date a, Date b) {
+    return std::abs(vesk::secondsBetween(a, b)) < 4e-6;
+}
+
+bool isSame(const std::vector<HistoryEntry>& a, std::vector<HistoryEntry> b) {
+    if (a.size() != b.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (!isNear(a[i].date, b[i].date)) {
+            return false;
+        }
+        b[i].date = a[i].date;
+    }
+    return a == b;
+}
+
+// One entry whose every text comes from the input, cut in three.
+HistoryEntry entryOf(const std::string& bytes) {
+    HistoryEntry entry;
+    const std::size_t third = bytes.size() / 3;
+    entry.titles = {bytes.substr(0, third), ""};
+    entry.moves = {{bytes.substr(third, third), bytes.substr(2 * third), -1}};
+    for (std::size_t i = 0; i < bytes.size() && i < entry.id.bytes.size(); ++i) {
+        entry.id.bytes[i] = static_cast<std::uint8_t>(bytes[i]);
+    }
+    return entry;
+}
+
+std::string kept(const std::string& text) {
+    return vesk::isUtf8(text) ? text : std::string();
+}
+
+void readsWhatItWrites(const HistoryEntry& entry) {
+    const auto read = vesk::decodeHistory(vesk::encodeHistory({entry}));
+    VESK_HOLDS(read && read->size() == 1);
+    const HistoryEntry& back = read->front();
+    VESK_HOLDS(back.id == entry.id && back.moves.size() == 1 && back.titles.size() == 2);
+    // A text that is not UTF-8 changes, and only that one.
+    VESK_HOLDS(kept(entry.titles[0]).empty() || back.titles[0] == entry.titles[0]);
+    VESK_HOLDS(kept(entry.moves[0].original).empty() || back.moves[0].original == entry.moves[0].original);
+    VESK_HOLDS(kept(entry.moves[0].trashed).empty() || back.moves[0].trashed == entry.moves[0].trashed);
+    VESK_HOLDS(back.moves[0].size == -1);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string bytes = vesk::testing::bytesOf(data, size);
+    if (const auto entries = vesk::decodeHistory(bytes)) {
+        // What a second program start, and a third one, would find.
+        const std::string written = vesk::encodeHistory(*entries);
+        VESK_HOLDS(vesk::isUtf8(written));
+        const auto again = vesk::decodeHistory(written);
+        VESK_HOLDS(again && isSame(*entries, *again));
+        const auto thirdTime = vesk::decodeHistory(vesk::encodeHistory(*again));
+        VESK_HOLDS(thirdTime && isSame(*entries, *thirdTime));
+    }
+    readsWhatItWrites(entryOf(bytes));
+    return 0;
+}
