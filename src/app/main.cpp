@@ -1,7 +1,10 @@
 // Vesk.
 
+#include <QCoreApplication>
+
 #include "ui/program.h"
 
 int main(int argc, char** argv) {
+    QCoreApplication::setApplicationVersion(QStringLiteral(VESK_VERSION));
     return vesk::leave(vesk::runProgram(argc, argv));
 }

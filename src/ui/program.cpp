@@ -102,7 +102,6 @@ int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
 int runApplication(int argc, char** argv, Store::Sources sources) {
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
-    QGuiApplication::setApplicationVersion(QStringLiteral(VESK_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.vesk.Vesk"));
     quitOnSignals(application);
 
