@@ -8,6 +8,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 
 #include "platform/folder_reader_system.h"
@@ -59,7 +60,7 @@ Descriptor openChildOnSameDevice(int parent, const char* name) {
 }
 
 int readNames(int folder, const std::function<void(ListedItem)>& visit) {
-    alignas(dirent64) std::array<char, 32 * 1024> buffer;
+    alignas(dirent64) std::array<char, std::size_t{32} * 1024> buffer;
     for (;;) {
         const long got = syscall(SYS_getdents64, folder, buffer.data(), buffer.size());
         if (got < 0) {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <system_error>
 #include <utility>
@@ -38,7 +39,7 @@ StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_
         return {};
     }
     std::string bytes;
-    std::array<char, 64 * 1024> buffer{};
+    std::array<char, std::size_t{64} * 1024> buffer{};
     for (;;) {
         const ssize_t got = ::read(file.get(), buffer.data(), buffer.size());
         if (got < 0 && errno == EINTR) {
