@@ -55,7 +55,7 @@ void Store::performClean() {
     cleaningTask_.start(
         [workList, snapshotIDs, runTool = sources_.runTool,
          token = takeWorkToken()](DetachedTask<Log>::Control& control) {
-            const Log log = std::make_shared<CleaningLog>();
+            Log log = std::make_shared<CleaningLog>();
             control.keep(log);
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;

@@ -48,7 +48,7 @@ ViewTest {
         const list = named(view, "cardList");
         console.log(`500 cards: ${longestGap(list)} ms between frames at most, ${stamps.length} frames`);
         const ticked = Date.now();
-        view.store.setSelected("card0", false);
+        view.store.setSelected("card0", true);
         waitForRendering(view);
         console.log(`one tick of 500: ${Date.now() - ticked} ms to its frame`);
         const opened = Date.now();
