@@ -1,9 +1,10 @@
 #include "vesk_scan/report.h"
 
+#include <QChar>
+#include <QString>
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string_view>
@@ -43,38 +44,30 @@ void writeTable(std::ostream& out, const std::vector<Row>& rows) {
 }
 
 // Characters that a terminal obeys instead of showing them, or that turn round what stands beside them. JSON leaves
-// them as they are, but for those below U+0020.
-bool isObeyed(char32_t character) {
+// them as they are, but for those below U+0020. None needs a pair of UTF-16 units.
+bool isObeyed(QChar character) {
     struct Range {
-        char32_t first;
-        char32_t last;
+        char16_t first;
+        char16_t last;
     };
     constexpr std::array<Range, 6> obeyed = {
         {{0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}, {0xFEFF, 0xFEFF}}};
-    return std::any_of(obeyed.begin(), obeyed.end(),
-                       [&](Range range) { return character >= range.first && character <= range.last; });
+    return std::any_of(obeyed.begin(), obeyed.end(), [unit = character.unicode()](Range range) {
+        return unit >= range.first && unit <= range.last;
+    });
 }
 
 // JSON in which those characters are written as escapes. They stand in strings alone, so it says the same.
-std::string withEscapes(std::string_view json) {
-    std::string text;
-    for (std::size_t at = 0; at < json.size();) {
-        const auto first = static_cast<unsigned char>(json[at]);
-        const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-        char32_t character = length == 1 ? first : first & (0xFFU >> (length + 1));
-        for (std::size_t i = 1; i < length && at + i < json.size(); ++i) {
-            character = (character << 6U) | (static_cast<unsigned char>(json[at + i]) & 0x3FU);
-        }
+std::string withEscapes(const std::string& json) {
+    QString text;
+    for (const QChar character : QString::fromStdString(json)) {
         if (isObeyed(character)) {
-            std::array<char, 8> escape{};
-            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(character));
-            text += escape.data();
+            text += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
         } else {
-            text += json.substr(at, length);
+            text += character;
         }
-        at += length;
     }
-    return text;
+    return text.toStdString();
 }
 
 Json jsonOf(const Entry& entry) {
