@@ -73,6 +73,14 @@ protected:
         return runTool(tool(), {});
     }
 
+    // Has a tool run these commands, which write the number of what hangs into `started` in its folder, and ends Vesk
+    // then: that must end the tool by force, and the number's process with it.
+    static void expectEndedWithTheProgram(const std::string& commands) {
+        EXPECT_EXIT(endWhileRunning("cd '" + testRoot().string() + "'; " + commands), ExitedWithCode(0), "");
+        EXPECT_TRUE(dies(numberIn(testRoot() / "started")));
+    }
+
+private:
     // Has a tool of this body run, ends everything that runs once `started` is there, and leaves with 0 if that ended
     // the tool by force. To be run in a process of its own, which can start no tool afterwards.
     [[noreturn]] static void endWhileRunning(const std::string& body) {
@@ -165,28 +173,22 @@ TEST_F(MisbehavingTool, WhatItsOwnProgramsWriteBelongsToIt) {
 }
 
 TEST_F(MisbehavingTool, ThatHangsIsEndedWithTheProgram) {
-    EXPECT_EXIT(endWhileRunning("cd '" + testRoot().string() +
-                                "'; echo $$ >started.new; mv started.new started\n"
-                                "trap '' TERM INT HUP; while :; do sleep 3600; done"),
-                ExitedWithCode(0), "");
-    EXPECT_TRUE(dies(numberIn(testRoot() / "started")));
+    expectEndedWithTheProgram(
+        "echo $$ >started.new; mv started.new started\n"
+        "trap '' TERM INT HUP; while :; do sleep 3600; done");
 }
 
 TEST_F(MisbehavingTool, WhatItStartedIsEndedToo) {
     // The tool itself is over; what it left behind holds its output open.
-    EXPECT_EXIT(endWhileRunning("cd '" + testRoot().string() +
-                                "'; sleep 3600 & echo $! >started.new\n"
-                                "mv started.new started; kill -KILL $$"),
-                ExitedWithCode(0), "");
-    EXPECT_TRUE(dies(numberIn(testRoot() / "started")));
+    expectEndedWithTheProgram(
+        "sleep 3600 & echo $! >started.new\n"
+        "mv started.new started; kill -KILL $$");
 }
 
 TEST_F(MisbehavingTool, ThatClosedItsOutputAndHangsIsEndedToo) {
-    EXPECT_EXIT(endWhileRunning("cd '" + testRoot().string() +
-                                "'; exec >&- 2>&-; echo $$ >started.new\n"
-                                "mv started.new started; exec sleep 3600"),
-                ExitedWithCode(0), "");
-    EXPECT_TRUE(dies(numberIn(testRoot() / "started")));
+    expectEndedWithTheProgram(
+        "exec >&- 2>&-; echo $$ >started.new\n"
+        "mv started.new started; exec sleep 3600");
 }
 
 }  // namespace

@@ -62,6 +62,14 @@ protected:
         }
         return ids;
     }
+    // Ends the store while the tool hangs.
+    void expectToEndQuickly() {
+        ASSERT_TRUE(waitFor(hangs));
+        QElapsedTimer elapsed;
+        elapsed.start();
+        store_.reset();
+        EXPECT_LT(elapsed.elapsed(), endLimit);
+    }
     static std::vector<HistoryEntry> storedHistory() {
         return decodeHistory(Preferences().data("vesk.history").value_or("[]")).value();
     }
@@ -92,11 +100,7 @@ TEST_F(HangingTool, DoesNotKeepAScanningStoreFromEnding) {
     makeTool("listlocalsnapshots");
     rules_.push_back({"Time Machine snapshots", rules::timeMachineSnapshots});
     makeStore().scan();
-    ASSERT_TRUE(waitFor(hangs));
-    QElapsedTimer elapsed;
-    elapsed.start();
-    store_.reset();
-    EXPECT_LT(elapsed.elapsed(), endLimit);
+    expectToEndQuickly();
     EXPECT_EQ(workLeft(), 1U) << "the thread that waits for the tool";
 }
 
@@ -104,11 +108,7 @@ TEST_F(HangingTool, DoesNotKeepACleaningStoreFromEnding) {
     makeTool("deletelocalsnapshots");
     rules_.push_back({"Time Machine snapshots", rules::timeMachineSnapshots});
     scannedStore().performClean();
-    ASSERT_TRUE(waitFor(hangs));
-    QElapsedTimer elapsed;
-    elapsed.start();
-    store_.reset();
-    EXPECT_LT(elapsed.elapsed(), endLimit);
+    expectToEndQuickly();
     const std::vector<HistoryEntry> history = storedHistory();
     ASSERT_EQ(history.size(), 1U);
     EXPECT_EQ(history[0].moves.size(), 2U);
