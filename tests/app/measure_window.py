@@ -2,7 +2,7 @@
 costs at rest. Run it as
 
     VESK=build/release/bin/vesk VESK_DEMO=build/release/bin/vesk-demo \\
-        dbus-run-session -- xvfb-run -a python3 tests/app/measure_window.py
+        tests/app/with_display python3 tests/app/measure_window.py
 """
 
 import os
