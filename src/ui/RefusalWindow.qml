@@ -18,6 +18,7 @@ Window {
     MessageDialog {
         anchors.fill: parent
         focus: true
+        dim: "transparent"  // there is nothing below it
         title: window.heading
         message: window.message
         acceptText: "Quit"

@@ -52,9 +52,8 @@ bool isObeyed(QChar character) {
     };
     constexpr std::array<Range, 6> obeyed = {
         {{0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}, {0xFEFF, 0xFEFF}}};
-    return std::any_of(obeyed.begin(), obeyed.end(), [unit = character.unicode()](Range range) {
-        return unit >= range.first && unit <= range.last;
-    });
+    return std::any_of(obeyed.begin(), obeyed.end(),
+                       [unit = character.unicode()](Range range) { return unit >= range.first && unit <= range.last; });
 }
 
 // JSON in which those characters are written as escapes. They stand in strings alone, so it says the same.
