@@ -15,6 +15,7 @@
 #include "platform/world.h"
 #include "state/work_left.h"
 #include "ui/only_window.h"
+#include "ui/refusal.h"
 #include "ui/vesk_app.h"
 
 namespace vesk {
@@ -23,20 +24,6 @@ namespace {
 
 // A first one that ends may take two seconds for it, and one that starts on a busy machine more.
 constexpr std::chrono::seconds patienceWithFirst{8};
-
-struct Refusal {
-    const char* title;
-    const char* message;
-};
-
-constexpr Refusal homeUnknown = {
-    "Vesk can't find your home folder",
-    "Your account doesn't say where your home folder is, so there is nothing that Vesk could look through."};
-constexpr Refusal homeIsWholeDisk = {
-    "Vesk doesn't scan a whole disk",
-    "Your home folder is set to \"/\". Vesk looks through a home folder only, never through everything on the disk."};
-constexpr Refusal firstIsSilent = {"Vesk is already open",
-                                   "But its window doesn't answer. Quit that Vesk first, then open it again."};
 
 void quitOnSignals(QGuiApplication& application) {
     const int descriptor = descriptorOfEndSignals();
@@ -52,11 +39,7 @@ void quitOnSignals(QGuiApplication& application) {
 int refuse(const Refusal& refusal) {
     std::fprintf(stderr, "%s. %s\n", refusal.title, refusal.message);
     QQmlApplicationEngine engine;
-    prepareViews(engine);
-    engine.setInitialProperties({{QStringLiteral("heading"), QString::fromUtf8(refusal.title)},
-                                 {QStringLiteral("message"), QString::fromUtf8(refusal.message)}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Vesk/RefusalWindow.qml")));
-    if (!engine.rootObjects().isEmpty()) {
+    if (loadRefusal(engine, refusal) != nullptr) {
         AppDelegate().applicationDidFinishLaunching();
         QGuiApplication::exec();
     }
@@ -109,9 +92,9 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
         case World::HomeFault::none:
             break;
         case World::HomeFault::unknown:
-            return refuse(homeUnknown);
+            return refuse(refusals::homeUnknown);
         case World::HomeFault::wholeDisk:
-            return refuse(homeIsWholeDisk);
+            return refuse(refusals::homeIsWholeDisk);
     }
     OnlyWindow onlyWindow;
     switch (onlyWindow.enter(patienceWithFirst)) {
@@ -120,7 +103,7 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
         case OnlyWindow::Entry::shown:
             return EXIT_SUCCESS;
         case OnlyWindow::Entry::silent:
-            return refuse(firstIsSilent);
+            return refuse(refusals::firstIsSilent);
     }
     return runWindow(onlyWindow, std::move(sources));
 }

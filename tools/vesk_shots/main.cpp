@@ -7,7 +7,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QProcess>
-#include <QQmlEngine>
+#include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "demo_home/demo_home.h"
 #include "platform/preferences.h"
@@ -22,6 +23,7 @@
 #include "state/history_codec.h"
 #include "temporary_folder.h"
 #include "ui/motion.h"
+#include "ui/refusal.h"
 #include "vesk_shots/scenes.h"
 
 namespace {
@@ -48,6 +50,14 @@ public:
         if (scene.main) {
             pose(scene, largeText, {{smallest, "-large-text"}});
         }
+    }
+
+    void take(const std::string& name, const vesk::Refusal& refusal) {
+        QQmlApplicationEngine engine;
+        QQuickWindow* window = vesk::loadRefusal(engine, refusal);
+        vesk::runFor(120);
+        save(window != nullptr ? window->grabWindow() : QImage(),
+             QString::fromStdString(name) + QLatin1String(scale_ == Scale::twofold ? "@2x" : ""));
     }
 
     int taken() const { return taken_; }
@@ -125,6 +135,14 @@ int main(int argc, char** argv) {
     for (const vesk::Scene& scene : vesk::allScenes()) {
         if (argc == 2 || scene.name == argv[2]) {
             photographer.take(scene);
+        }
+    }
+    const std::pair<std::string, vesk::Refusal> refusals[] = {{"refusal-no-home", vesk::refusals::homeUnknown},
+                                                              {"refusal-whole-disk", vesk::refusals::homeIsWholeDisk},
+                                                              {"refusal-silent-first", vesk::refusals::firstIsSilent}};
+    for (const auto& [name, refusal] : refusals) {
+        if (argc == 2 || name == argv[2]) {
+            photographer.take(name, refusal);
         }
     }
     bool failed = photographer.failed();
