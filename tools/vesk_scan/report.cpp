@@ -4,7 +4,6 @@
 #include <QString>
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string_view>
