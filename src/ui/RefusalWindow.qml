@@ -10,8 +10,10 @@ Window {
     required property string message
 
     title: "Vesk"
-    width: 520
-    height: 320
+    width: minimumWidth
+    height: minimumHeight
+    minimumWidth: 520
+    minimumHeight: 320
     color: Theme.cream
     visible: true
 
