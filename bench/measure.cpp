@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "core/probe.h"
-#include "platform/background.h"
+#include "platform/threads/background.h"
 
 int main(int count, char** arguments) {
     using Clock = std::chrono::steady_clock;

@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "app/vesk_app.h"
 #include "bench/made_up_world.h"
-#include "ui/vesk_app.h"
 
 int main(int count, char** arguments) {
     if (count != 2) {

@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "app/vesk_app.h"
 #include "bench/made_up_world.h"
-#include "ui/vesk_app.h"
 
 using vesk::bench::MadeUpWorld;
 

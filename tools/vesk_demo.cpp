@@ -12,10 +12,10 @@
 #include <string_view>
 #include <system_error>
 
+#include "app/program.h"
 #include "demo_home/demo_home.h"
 #include "platform/world.h"
 #include "temporary_folder.h"
-#include "ui/program.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 
-#include "ui/program.h"
+#include "app/program.h"
 
 int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(VESK_VERSION));

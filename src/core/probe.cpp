@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "core/checked_sum.h"
-#include "platform/files.h"
-#include "platform/tree_walk.h"
+#include "platform/files/files.h"
+#include "platform/files/tree_walk.h"
 
 namespace vesk {
 

@@ -15,7 +15,7 @@
 #include "core/entry.h"
 #include "core/tracker.h"
 #include "platform/error.h"
-#include "platform/resource_values.h"
+#include "platform/files/resource_values.h"
 
 namespace vesk {
 

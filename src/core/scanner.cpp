@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "platform/text.h"
 #include "platform/world.h"
 

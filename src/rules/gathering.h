@@ -10,7 +10,7 @@
 
 #include "core/card.h"
 #include "core/probe.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 
 namespace vesk::rules {
 

@@ -8,9 +8,9 @@
 #include <string_view>
 
 #include "core/scanner.h"
-#include "platform/background.h"
-#include "platform/divided_work.h"
 #include "platform/text.h"
+#include "platform/threads/background.h"
+#include "platform/threads/divided_work.h"
 #include "rules/gathering.h"
 #include "rules/rules.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "core/scanner.h"
-#include "platform/bundle.h"
+#include "platform/system/bundle.h"
 #include "platform/text.h"
 #include "platform/world.h"
 #include "rules/gathering.h"

@@ -1,6 +1,6 @@
 #include "rules/run_tool.h"
 
-#include "platform/process.h"
+#include "platform/system/process.h"
 #include "platform/text.h"
 
 namespace vesk {

@@ -12,7 +12,7 @@ struct ToolResult {
     /// The exit status (a signal's number when a signal ended the tool); -1 when it could not be started.
     std::int32_t status = -1;
     /// What it wrote to its standard output, as UTF-8: invalid bytes are replaced. No more than a mad tool's first
-    /// `mostOutputKept` bytes (platform/process.h).
+    /// `mostOutputKept` bytes (platform/system/process.h).
     std::string output;
 };
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 #include "state/history_entry.h"
 
 namespace vesk {

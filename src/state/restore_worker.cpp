@@ -1,6 +1,6 @@
 #include "state/restore_worker.h"
 
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 
 namespace vesk {
 

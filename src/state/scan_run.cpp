@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "core/probe.h"
-#include "platform/background.h"
+#include "platform/threads/background.h"
 #include "state/work_left.h"
 
 namespace vesk {

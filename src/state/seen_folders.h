@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/card.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 
 namespace vesk {
 

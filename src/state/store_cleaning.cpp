@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "core/checked_sum.h"
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 #include "state/store.h"
 #include "state/work_left.h"
 

@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "platform/objective_c.h"
+#include "platform/system/objective_c.h"
 #include "ui/pictogram.h"
 
 namespace vesk {

@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 #include "support/child_program.h"
 #include "support/trash_home.h"
 

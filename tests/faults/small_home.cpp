@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "platform/preferences.h"
-#include "platform/trash_info.h"
+#include "platform/system/preferences.h"
+#include "platform/trash/trash_info.h"
 #include "state/history_codec.h"
 #include "support/temporary_home.h"
 #include "support/trash_home.h"

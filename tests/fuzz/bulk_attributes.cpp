@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "fuzz.h"
-#include "platform/bulk_attributes.h"
+#include "platform/files/bulk_attributes.h"
 
 namespace {
 

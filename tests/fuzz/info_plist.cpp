@@ -2,7 +2,7 @@
 // is what comes out.
 
 #include "fuzz.h"
-#include "platform/bundle.h"
+#include "platform/system/bundle.h"
 #include "platform/text.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "fuzz.h"
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/bulk_attributes.h"
+#include "platform/files/bulk_attributes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

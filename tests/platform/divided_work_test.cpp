@@ -1,4 +1,4 @@
-#include "platform/divided_work.h"
+#include "platform/threads/divided_work.h"
 
 #include <gtest/gtest.h>
 

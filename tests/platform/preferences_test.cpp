@@ -1,6 +1,6 @@
 // The per-user store of values: kept for its owner alone, replaced whole or not at all.
 
-#include "platform/preferences.h"
+#include "platform/system/preferences.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The home Trash: what it takes, what it records, what it refuses.
 
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // What a walk counts, what it passes over, and that it leaves no trace.
 
-#include "platform/tree_walk.h"
+#include "platform/files/tree_walk.h"
 
 #include <gmock/gmock.h>
 #include <sys/socket.h>
@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <map>
 
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "platform/tree_walk_fixture.h"
 #include "support/private_mounts.h"
 

@@ -1,6 +1,6 @@
 // Reading the identifier of an application's bundle.
 
-#include "platform/bundle.h"
+#include "platform/system/bundle.h"
 
 #include <random>
 

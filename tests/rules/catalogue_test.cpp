@@ -1,7 +1,7 @@
 // The catalogue of rules, and what every rule keeps to, tried on homes made at random.
 
 #include "rules/catalogue.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

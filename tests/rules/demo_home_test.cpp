@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "rules/catalogue.h"
 #include "rules/gathering.h"
 #include "rules/rule_test.h"

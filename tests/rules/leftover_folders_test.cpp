@@ -1,6 +1,6 @@
 // Support folders of applications that are installed no more.
 
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "rules/rule_test.h"
 #include "rules/rules.h"
 

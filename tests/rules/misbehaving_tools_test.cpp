@@ -9,7 +9,7 @@
 #include <iterator>
 #include <thread>
 
-#include "platform/process.h"
+#include "platform/system/process.h"
 #include "rules/rule_test.h"
 #include "rules/rules.h"
 #include "rules/run_tool.h"

@@ -6,7 +6,7 @@
 #include <QCoreApplication>
 #include <cstdio>
 
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 #include "state/history_codec.h"
 #include "state/store_home.h"
 #include "support/killed_process.h"

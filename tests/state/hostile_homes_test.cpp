@@ -9,7 +9,7 @@
 
 #include "core/scanner.h"
 #include "platform/text.h"
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 #include "rules/catalogue.h"
 #include "state/store_home.h"
 #include "support/private_mounts.h"

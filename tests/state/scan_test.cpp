@@ -8,7 +8,7 @@
 #include <semaphore>
 
 #include "core/probe.h"
-#include "platform/background.h"
+#include "platform/threads/background.h"
 #include "state/plain_cards.h"
 #include "state/store.h"
 #include "support/temporary_home.h"

@@ -13,7 +13,7 @@
 
 #include "core/card.h"
 #include "core/probe.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "state/plain_cards.h"
 #include "state/store.h"
 #include "support/temporary_home.h"

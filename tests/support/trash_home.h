@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 #include "platform/world.h"
 #include "support/stat_times.h"
 #include "support/temporary_home.h"

@@ -10,7 +10,7 @@
 #include "temporary_folder.h"
 #include "ui/motion.h"
 #include "ui/stage.h"
-#include "ui/vesk_app.h"
+#include "ui/views.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/reduced_motion.h"
+#include "platform/system/reduced_motion.h"
 
 #include <gtest/gtest.h>
 

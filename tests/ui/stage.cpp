@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "core/probe.h"
-#include "platform/preferences.h"
+#include "platform/system/preferences.h"
 #include "platform/world.h"
 #include "state/history_codec.h"
 #include "vesk_shots/staged_cards.h"

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/ending.h"
-#include "platform/files.h"
-#include "platform/process.h"
+#include "platform/files/files.h"
+#include "platform/system/ending.h"
+#include "platform/system/process.h"
 #include "platform/world.h"
 #include "state/store.h"
 #include "vesk_scan/report.h"

@@ -17,13 +17,13 @@
 #include <system_error>
 #include <utility>
 
+#include "app/refusal.h"
 #include "demo_home/demo_home.h"
-#include "platform/preferences.h"
+#include "platform/system/preferences.h"
 #include "platform/world.h"
 #include "state/history_codec.h"
 #include "temporary_folder.h"
 #include "ui/motion.h"
-#include "ui/refusal.h"
 #include "vesk_shots/scenes.h"
 
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "app/vesk_app.h"
 #include "state/history_entry.h"
 #include "state/store.h"
-#include "ui/vesk_app.h"
 
 namespace vesk {
 

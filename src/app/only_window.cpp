@@ -1,0 +1,116 @@
+#include "app/only_window.h"
+
+#include <QByteArray>
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QLocalSocket>
+#include <QObject>
+#include <QThread>
+#include <algorithm>
+
+#include "platform/system/preferences.h"
+#include "platform/world.h"
+
+namespace vesk {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// How long one attempt waits before it is asked again whether the first one has gone.
+constexpr milliseconds attempt{200};
+constexpr milliseconds pause{50};
+
+constexpr const char* shown = "shown\n";
+constexpr qint64 longestCall = 4096;
+// What a desktop hands to a program that the user starts, and wants back from the window that is to come forward.
+constexpr const char* activationToken = "XDG_ACTIVATION_TOKEN";
+
+// Where the first one listens: a name of its own for each lock in the session's folder. Without that one, beside the
+// lock.
+QString addressFor(const std::filesystem::path& lockFile) {
+    if (world().runtimeHome.empty()) {
+        return QString::fromStdString((lockFile.parent_path() / "window").string());
+    }
+    const std::string name = lockFile.string();
+    const QByteArray digest = QCryptographicHash::hash(QByteArrayView(name.data(), static_cast<qsizetype>(name.size())),
+                                                       QCryptographicHash::Sha256)
+                                  .toHex()
+                                  .first(16);
+    return QString::fromStdString((world().runtimeHome / ("vesk-" + digest.toStdString())).string());
+}
+
+}  // namespace
+
+OnlyWindow::OnlyWindow() : address_(addressFor(Preferences().lockFile())) {
+    QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] { answer(); });
+}
+
+OnlyWindow::Entry OnlyWindow::enter(milliseconds patience) {
+    const std::filesystem::path file = Preferences().lockFile();
+    const QDeadlineTimer deadline(patience);
+    for (;;) {
+        switch (lock_.tryTake(file)) {
+            case FileLock::State::ours:
+                listen();
+                return Entry::first;
+            case FileLock::State::impossible:
+                return Entry::first;
+            case FileLock::State::anothers:
+                break;
+        }
+        if (callFirst(attempt)) {
+            return Entry::shown;
+        }
+        if (deadline.hasExpired()) {
+            return Entry::silent;
+        }
+        QThread::msleep(static_cast<unsigned long>(pause.count()));
+    }
+}
+
+// Without anybody to hear a call, later ones are told that this one does not answer, which is true.
+void OnlyWindow::listen() {
+    QLocalServer::removeServer(address_);  // of one that was killed: the lock says that nobody else listens
+    server_.setSocketOptions(QLocalServer::UserAccessOption);
+    server_.listen(address_);
+}
+
+bool OnlyWindow::callFirst(milliseconds patience) const {
+    const QDeadlineTimer deadline(patience);
+    QLocalSocket socket;
+    socket.connectToServer(address_);
+    if (!socket.waitForConnected(static_cast<int>(patience.count()))) {
+        return false;
+    }
+    socket.write(qgetenv(activationToken) + '\n');
+    while (!socket.canReadLine()) {
+        if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) {
+            return false;
+        }
+    }
+    return socket.readLine() == shown;
+}
+
+void OnlyWindow::answer() {
+    while (QLocalSocket* const caller = server_.nextPendingConnection()) {
+        QObject::connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
+        const auto read = [this, caller] {
+            if (caller->canReadLine()) {
+                const QByteArray token = caller->readLine(longestCall).trimmed();
+                if (!token.isEmpty()) {
+                    qputenv(activationToken, token);
+                }
+                forward_();
+                caller->write(shown);
+                caller->disconnectFromServer();
+            } else if (caller->bytesAvailable() >= longestCall) {
+                caller->abort();
+            }
+        };
+        QObject::connect(caller, &QLocalSocket::readyRead, caller, read);
+        read();  // what came before anybody listened
+    }
+}
+
+}  // namespace vesk

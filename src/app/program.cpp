@@ -1,0 +1,137 @@
+#include "app/program.h"
+
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QSocketNotifier>
+#include <QThread>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <utility>
+
+#include "app/only_window.h"
+#include "app/refusal.h"
+#include "app/vesk_app.h"
+#include "platform/system/ending.h"
+#include "platform/system/process.h"
+#include "platform/world.h"
+#include "state/work_left.h"
+
+namespace vesk {
+
+namespace {
+
+// A first one that ends may take two seconds for it, and one that starts on a busy machine more.
+constexpr std::chrono::seconds patienceWithFirst{8};
+
+void quitOnSignals(QGuiApplication& application) {
+    const int descriptor = descriptorOfEndSignals();
+    if (descriptor < 0) {
+        std::fputs("Vesk cannot listen for signals\n", stderr);
+        return;
+    }
+    auto* notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
+}
+
+// Says so on standard error, and in a window for whoever started Vesk from a menu.
+int refuse(const Refusal& refusal) {
+    std::fprintf(stderr, "%s. %s\n", refusal.title, refusal.message);
+    QQmlApplicationEngine engine;
+    if (loadRefusal(engine, refusal) != nullptr) {
+        AppDelegate().applicationDidFinishLaunching();
+        QGuiApplication::exec();
+    }
+    return EXIT_FAILURE;
+}
+
+// What is left to do where Qt ends the program by std::exit, as it does when the display goes away. The window still
+// exists then, but some of what it needs does not (what each thread has of its own goes first), and more is about to
+// go: so it hears of nothing any more, and the process ends right here.
+struct AtExit {
+    Store* store = nullptr;
+    std::function<void()> tidyUp;
+};
+std::optional<AtExit> atExit;
+
+void finishAtExit() {
+    if (!atExit) {
+        return;
+    }
+    if (atExit->store != nullptr) {
+        atExit->store->stopTelling();
+        atExit->store->finish();
+    }
+    endProcesses();
+    atExit->tidyUp();
+    endNow(EXIT_FAILURE);
+}
+
+int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
+    VeskApp vesk(std::move(sources));
+    onlyWindow.onCall([&vesk] { vesk.comeForward(); });
+    if (!vesk.show()) {
+        return EXIT_FAILURE;
+    }
+    atExit->store = &vesk.store();
+    const int status = QGuiApplication::exec();
+    vesk.window()->hide();  // a signal may have ended it, and to finish can take a while
+    vesk.store().finish();
+    atExit->store = nullptr;
+    return status;
+}
+
+int runApplication(int argc, char** argv, Store::Sources sources) {
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.vesk.Vesk"));
+    quitOnSignals(application);
+
+    switch (world().homeFault()) {
+        case World::HomeFault::none:
+            break;
+        case World::HomeFault::unknown:
+            return refuse(refusals::homeUnknown);
+        case World::HomeFault::wholeDisk:
+            return refuse(refusals::homeIsWholeDisk);
+    }
+    OnlyWindow onlyWindow;
+    switch (onlyWindow.enter(patienceWithFirst)) {
+        case OnlyWindow::Entry::first:
+            break;
+        case OnlyWindow::Entry::shown:
+            return EXIT_SUCCESS;
+        case OnlyWindow::Entry::silent:
+            return refuse(refusals::firstIsSilent);
+    }
+    return runWindow(onlyWindow, std::move(sources));
+}
+
+}  // namespace
+
+int runProgram(int argc, char** argv, Store::Sources sources, const std::function<void()>& tidyUp) {
+    atExit = AtExit{nullptr, tidyUp};
+    std::atexit(finishAtExit);
+    const int status = runApplication(argc, argv, std::move(sources));
+    atExit.reset();
+    tidyUp();
+    return status;
+}
+
+int leave(int status) {
+    // A thread that waits for a tool ends as soon as that one does; a moment is enough for it.
+    constexpr std::chrono::milliseconds moment{100};
+    endProcesses();
+    const QDeadlineTimer deadline(moment);
+    while (workLeft() != 0 && !deadline.hasExpired()) {
+        QThread::msleep(1);
+    }
+    // A thread that walks or waits on would meet, on its way, what the end of main destroys.
+    if (workLeft() != 0) {
+        endNow(status);
+    }
+    return status;
+}
+
+}  // namespace vesk

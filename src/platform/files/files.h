@@ -1,0 +1,83 @@
+// The door to single files and folders: every listing, existence test, look at one item and move goes through here.
+// Nothing here follows a link unless it says so, changes an access time, or throws. Callable from any thread.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/error.h"
+#include "platform/files/resource_values.h"
+
+namespace vesk {
+
+/// One child of a listed folder.
+struct FolderItem {
+    /// The child's name: bytes, not necessarily UTF-8.
+    std::string name;
+    /// True for a folder (a package too), false for files and for links, also those to a folder.
+    bool isDirectory = false;
+    /// Last change of the content. Absent when it could not be read, or when the listing was not asked for dates.
+    std::optional<Date> contentModificationDate;
+};
+
+struct FolderListing {
+    /// The children in byte order of their names, hidden ones too. Empty when the listing failed.
+    std::vector<FolderItem> items;
+    /// Why the listing failed; absent when it did not.
+    std::optional<PlatformError> error;
+};
+
+/// What a listing tells of each child: its name and kind alone (no look at the children), or its date as well
+/// (one look at each).
+enum class ListingDetail { kinds, dates };
+
+/// Lists the direct children of a folder. A link to a folder is followed at the end of the path.
+FolderListing listFolder(const std::filesystem::path& folder, ListingDetail detail);
+
+/// Lists a folder that lies directly in `parent`, for walks: a link or the foot of another volume (a mount point) is
+/// not entered but fails.
+FolderListing listSubfolder(const std::filesystem::path& parent, const std::string& name, ListingDetail detail);
+
+/// Looks at one item, not following a link at the end of the path; absent when it does not exist or may not be
+/// looked at.
+std::optional<ResourceValues> resourceValues(const std::filesystem::path& item);
+
+/// Whether something exists at the path. Follows links: a dangling one does not exist.
+bool itemExists(const std::filesystem::path& item);
+
+/// The path with every link in it resolved; absent when it leads nowhere.
+std::optional<std::filesystem::path> resolvingLinks(const std::filesystem::path& item);
+
+/// Which folder stands at a path, so that another one put in its place can be told from it.
+struct FolderIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    /// When the folder was made, since inode numbers are used again; absent when the file system does not say.
+    std::optional<Date> made;
+    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
+};
+
+/// The identity of the folder that a path leads to (links are followed); absent when there is none or it may not be
+/// looked at.
+std::optional<FolderIdentity> folderIdentity(const std::filesystem::path& folder);
+
+/// The same of an open folder.
+std::optional<FolderIdentity> folderIdentity(int folder);
+
+/// Moves an item from one open folder to another, or within one, under a new name: by one rename, never over anything
+/// (EEXIST), never to another file system (EXDEV). Returns 0, or the errno value of the failure; nothing has moved
+/// then.
+int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const char* newName);
+
+/// Makes a folder and those above it that are missing, each with this mode less the user's mask. Returns 0 when the
+/// folder stands, or the errno value of the failure.
+int makeFolders(const std::filesystem::path& folder, unsigned mode);
+
+/// Writes all the bytes to an open file. Returns 0, or the errno value of the failure.
+int writeAll(int file, std::string_view bytes);
+
+}  // namespace vesk

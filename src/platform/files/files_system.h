@@ -1,0 +1,31 @@
+// What files.cpp needs and each system has in its own way (files_linux.cpp, files_macos.cpp).
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+#include "platform/files/files.h"
+
+namespace vesk {
+
+/// The identity of the folder at a path relative to an open folder, links followed; of the open folder itself when
+/// the path is empty.
+std::optional<FolderIdentity> folderIdentityAt(int folder, const char* path);
+
+/// What an item is mounted with: a rename works within one mount only.
+struct MountIdentity {
+    std::uint64_t number = 0;
+    friend bool operator==(const MountIdentity&, const MountIdentity&) = default;
+};
+
+/// The mount that an open folder, or the item that a path leads to, lies on; absent, with errno set, when it cannot be
+/// told.
+std::optional<MountIdentity> mountIdentity(int folder);
+std::optional<MountIdentity> mountIdentity(const std::filesystem::path& item);
+
+/// Renames unless something has the new name (EEXIST). Returns 0 or an errno value; ENOTSUP when the file system (or
+/// the kernel) does not know this kind of rename, or the move makes no sense.
+int renameExclusively(int fromFolder, const char* name, int toFolder, const char* newName);
+
+}  // namespace vesk

@@ -1,0 +1,98 @@
+#include <utility>
+
+#include "platform/system/core_foundation.h"
+#include "platform/system/preferences.h"
+#include "platform/system/preferences_files.h"
+#include "platform/world.h"
+
+namespace vesk {
+
+namespace {
+
+// The user defaults' own place for a program: its domain, this user, any host.
+Owned<CFPropertyListRef> storedValue(CFStringRef key) {
+    return Owned<CFPropertyListRef>(CFPreferencesCopyValue(key, kCFPreferencesCurrentApplication,
+                                                           kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
+}
+
+void setValue(CFStringRef key, CFPropertyListRef value) {
+    CFPreferencesSetValue(key, value, kCFPreferencesCurrentApplication, kCFPreferencesCurrentUser,
+                          kCFPreferencesAnyHost);
+}
+
+bool storeValue(std::string_view key, CFPropertyListRef value) {
+    const Owned<CFStringRef> name = makeString(key);
+    if (!name || value == nullptr) {
+        return false;
+    }
+    const Owned<CFPropertyListRef> old = storedValue(name.get());
+    setValue(name.get(), value);
+    if (CFPreferencesSynchronize(kCFPreferencesCurrentApplication, kCFPreferencesCurrentUser, kCFPreferencesAnyHost)) {
+        return true;
+    }
+    // What could not be written must not be read back either. No value at all removes the key.
+    setValue(name.get(), old.get());
+    return false;
+}
+
+Owned<CFPropertyListRef> storedOfType(std::string_view key, CFTypeID type) {
+    const Owned<CFStringRef> name = makeString(key);
+    Owned<CFPropertyListRef> value = name ? storedValue(name.get()) : nullptr;
+    return value && CFGetTypeID(value.get()) == type ? std::move(value) : nullptr;
+}
+
+}  // namespace
+
+// A made-up world has files of its own; an empty folder stands for the user defaults, which it must not reach.
+Preferences::Preferences() : folder_(isWorldOfCurrentUser() ? std::filesystem::path() : world().configHome / "vesk") {
+}
+
+Preferences::Preferences(std::filesystem::path folder) : folder_(std::move(folder)) {
+}
+
+// Not beside the user defaults, whose folder belongs to the system, nor among the caches, which are for the taking.
+std::filesystem::path Preferences::lockFile() const {
+    return (folder_.empty() ? world().home / "Library/Application Support/Vesk" : folder_) / "in-use.lock";
+}
+
+std::optional<bool> Preferences::boolean(std::string_view key) const {
+    if (!folder_.empty()) {
+        return booleanFromPreferenceFile(data(key));
+    }
+    const Owned<CFPropertyListRef> value = storedOfType(key, CFBooleanGetTypeID());
+    if (!value) {
+        return std::nullopt;
+    }
+    return CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0;
+}
+
+bool Preferences::setBoolean(std::string_view key, bool value) {
+    if (!folder_.empty()) {
+        return setData(key, preferenceFileText(value));
+    }
+    return storeValue(key, value ? kCFBooleanTrue : kCFBooleanFalse);
+}
+
+StoredBytes Preferences::read(std::string_view key) const {
+    if (!folder_.empty()) {
+        return readPreferenceFile(folder_, key);
+    }
+    const Owned<CFPropertyListRef> value = storedOfType(key, CFDataGetTypeID());
+    if (!value) {
+        return {};  // the system does not tell whether it failed
+    }
+    const auto data = static_cast<CFDataRef>(value.get());
+    return {std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
+                        static_cast<std::size_t>(CFDataGetLength(data)))};
+}
+
+bool Preferences::setData(std::string_view key, std::string_view bytes) {
+    if (!folder_.empty()) {
+        return writePreferenceFile(folder_, key, bytes);
+    }
+    const Owned<CFDataRef> data(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bytes.data()),
+                                             static_cast<CFIndex>(bytes.size())));
+    return storeValue(key, data.get());
+}
+
+}  // namespace vesk

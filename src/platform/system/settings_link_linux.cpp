@@ -1,0 +1,8 @@
+#include "platform/system/settings_link.h"
+
+namespace vesk {
+
+void openFullDiskAccessSettings() {
+}
+
+}  // namespace vesk

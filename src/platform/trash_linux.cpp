@@ -1,9 +1,0 @@
-#include "platform/trash_freedesktop.h"
-
-namespace vesk {
-
-TrashOutcome moveToUsersTrash(const HeldItem& item) {
-    return moveToFreedesktopTrash(item);
-}
-
-}  // namespace vesk
