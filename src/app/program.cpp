@@ -13,10 +13,10 @@
 #include "app/only_window.h"
 #include "app/refusal.h"
 #include "app/vesk_app.h"
-#include "platform/system/ending.h"
 #include "platform/system/process.h"
+#include "platform/system/termination.h"
 #include "platform/world.h"
-#include "state/work_left.h"
+#include "state/running_work.h"
 
 namespace vesk {
 
@@ -26,7 +26,7 @@ namespace {
 constexpr std::chrono::seconds patienceWithFirst{8};
 
 void quitOnSignals(QGuiApplication& application) {
-    const int descriptor = descriptorOfEndSignals();
+    const int descriptor = terminationSignalDescriptor();
     if (descriptor < 0) {
         std::fputs("Vesk cannot listen for signals\n", stderr);
         return;
@@ -65,7 +65,7 @@ void finishAtExit() {
     }
     endProcesses();
     atExit->tidyUp();
-    endNow(EXIT_FAILURE);
+    terminateNow(EXIT_FAILURE);
 }
 
 int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
@@ -124,12 +124,12 @@ int leave(int status) {
     constexpr std::chrono::milliseconds moment{100};
     endProcesses();
     const QDeadlineTimer deadline(moment);
-    while (workLeft() != 0 && !deadline.hasExpired()) {
+    while (runningWork() != 0 && !deadline.hasExpired()) {
         QThread::msleep(1);
     }
     // A thread that walks or waits on would meet, on its way, what the end of main destroys.
-    if (workLeft() != 0) {
-        endNow(status);
+    if (runningWork() != 0) {
+        terminateNow(status);
     }
     return status;
 }

@@ -10,7 +10,7 @@
 #include "core/scanner.h"
 #include "platform/text.h"
 #include "platform/threads/background.h"
-#include "platform/threads/divided_work.h"
+#include "platform/threads/work_sharing.h"
 #include "rules/gathering.h"
 #include "rules/rules.h"
 
@@ -159,7 +159,7 @@ public:
     Search(Probe& probe, Date cutOff) : probe_(probe), cutOff_(cutOff), background_(inBackground()) {}
 
     std::vector<Card> run() {
-        DividedWork<Folder, Part*> work([this] { return &parts_.emplace_back(Probe(probe_.tracker)); },
+        WorkSharing<Folder, Part*> work([this] { return &parts_.emplace_back(Probe(probe_.tracker)); },
                                         [this](const Folder& folder, auto& worker) { search(folder, worker); });
         work.run({Scanner::home(), homeLevel});
         return cards();
@@ -200,12 +200,12 @@ private:
                 }
             } else if (const Kind* kind = kindOf(folder.path, item.name)) {
                 take(*worker.state, folder.path, *kind, dates);
-                worker.giveIfWanted();
+                worker.offerItems();
             } else if (!item.name.starts_with('.') && folder.level < deepestLevel && !isPackage(item.name)) {
                 worker.add({folder.path / item.name, folder.level + 1});
             }
         }
-        worker.share();
+        worker.startSharing();
     }
 
     // The home and its own folders may lie anywhere; below them links and other file systems are not entered.

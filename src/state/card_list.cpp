@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "core/byte_count.h"
-#include "state/row_changes.h"
+#include "state/list_diff.h"
 
 namespace vesk {
 
@@ -27,7 +27,7 @@ struct CardList::RowSteps {
 void CardList::replace(std::vector<Card> cards) {
     const std::size_t before = cards_.size();
     RowSteps steps{*this};
-    changeRows(steps, cards_, std::move(cards), [](const Card& card) -> const std::string& { return card.id; });
+    applyListDiff(steps, cards_, std::move(cards), [](const Card& card) -> const std::string& { return card.id; });
     if (cards_.size() != before) {
         Q_EMIT countChanged();
     }

@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "state/doorbell.h"
+#include "state/notifier.h"
 
 namespace vesk {
 
@@ -71,7 +71,7 @@ public:
     void start(Work work, Done done) {
         control_ = std::make_shared<Control>();
         done_ = std::move(done);
-        std::thread([button = doorbell_.button(), control = control_, work = std::move(work)] {
+        std::thread([notifier = notifier_.handle(), control = control_, work = std::move(work)] {
             Result result = work(*control);
             {
                 const std::lock_guard guard(control->lock_);
@@ -79,7 +79,7 @@ public:
                 control->hasEnded_ = true;
             }
             control->ended_.notify_all();
-            button.ring();
+            notifier.notify();
         }).detach();
     }
 
@@ -98,7 +98,7 @@ public:
     }
 
 private:
-    // A ring may be late: of work whose result `finish` has taken already, while the next piece is under way.
+    // A notification may arrive late, after `finish` has already taken the result and while the next work runs.
     void deliverIfEnded() {
         if (control_ && control_->hasEnded()) {
             deliver();
@@ -113,7 +113,7 @@ private:
         }
     }
 
-    Doorbell doorbell_{[this] { deliverIfEnded(); }};
+    MainThreadNotifier notifier_{[this] { deliverIfEnded(); }};
     std::shared_ptr<Control> control_;
     Done done_;
 };

@@ -8,7 +8,7 @@
 
 #include "core/probe.h"
 #include "platform/threads/background.h"
-#include "state/work_left.h"
+#include "state/running_work.h"
 
 namespace vesk {
 
@@ -36,7 +36,7 @@ RuleResult runRule(const Spec& rule, std::shared_ptr<Tracker> tracker) {
 ScanRun::ScanRun(std::vector<Spec> rules, std::function<void(RuleResult)> onResult)
     : rules_(std::move(rules)),
       onResult_(std::move(onResult)),
-      doorbell_([this] { takeResults(); }),
+      notifier_([this] { takeResults(); }),
       inbox_(std::make_shared<Inbox>()) {
 }
 
@@ -51,7 +51,7 @@ void ScanRun::start() {
     for (const Spec& rule : rules_) {
         // One thread for each rule: a rule that waits (for a tool, for a slow disk) holds up no other. Threads of the
         // scan's own, since one that has entered the background stays there.
-        std::thread([rule, tracker = tracker_, inbox = inbox_, button = doorbell_.button(), token = takeWorkToken()] {
+        std::thread([rule, tracker = tracker_, inbox = inbox_, notifier = notifier_.handle(), token = takeWorkToken()] {
             RuleResult result = runRule(rule, tracker);
             {
                 const std::lock_guard guard(inbox->lock);
@@ -59,7 +59,7 @@ void ScanRun::start() {
                 --inbox->running;
             }
             inbox->oneEnded.notify_all();
-            button.ring();
+            notifier.notify();
         }).detach();
     }
 }

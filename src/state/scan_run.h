@@ -9,7 +9,7 @@
 
 #include "core/spec.h"
 #include "core/tracker.h"
-#include "state/doorbell.h"
+#include "state/notifier.h"
 #include "state/seen_folders.h"
 
 namespace vesk {
@@ -48,7 +48,7 @@ private:
     std::vector<Spec> rules_;
     std::function<void(RuleResult)> onResult_;
     std::shared_ptr<Tracker> tracker_ = std::make_shared<Tracker>();
-    Doorbell doorbell_;
+    MainThreadNotifier notifier_;
     std::shared_ptr<Inbox> inbox_;
 };
 

@@ -6,7 +6,7 @@
 
 #include "core/byte_count.h"
 #include "core/checked_sum.h"
-#include "platform/system/settings_link.h"
+#include "platform/system/desktop.h"
 #include "platform/world.h"
 #include "rules/catalogue.h"
 #include "rules/run_tool.h"

@@ -9,8 +9,8 @@
 
 #include "core/checked_sum.h"
 #include "platform/trash/trash.h"
+#include "state/running_work.h"
 #include "state/store.h"
-#include "state/work_left.h"
 
 namespace vesk {
 

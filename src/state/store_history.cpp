@@ -6,8 +6,8 @@
 
 #include "state/history_codec.h"
 #include "state/restore_worker.h"
+#include "state/running_work.h"
 #include "state/store.h"
-#include "state/work_left.h"
 
 namespace vesk {
 

@@ -1,6 +1,6 @@
 #include "ui/motion.h"
 
-#include "platform/system/reduced_motion.h"
+#include "platform/system/desktop.h"
 
 namespace vesk {
 

@@ -11,9 +11,9 @@
 #include "core/spec.h"
 #include "rules/rules.h"
 #include "state/history_codec.h"
+#include "state/running_work.h"
 #include "state/store.h"
 #include "state/store_home.h"
-#include "state/work_left.h"
 
 namespace vesk {
 namespace {
@@ -37,7 +37,7 @@ protected:
     }
     ~HangingTool() override {
         release();
-        EXPECT_TRUE(waitFor([] { return workLeft() == 0; }));
+        EXPECT_TRUE(waitFor([] { return runningWork() == 0; }));
     }
 
     // A backup tool that tells of one snapshot and hangs in `hangingCommand` until released.
@@ -101,7 +101,7 @@ TEST_F(HangingTool, DoesNotKeepAScanningStoreFromEnding) {
     rules_.push_back({"Time Machine snapshots", rules::timeMachineSnapshots});
     makeStore().scan();
     expectToEndQuickly();
-    EXPECT_EQ(workLeft(), 1U) << "the thread that waits for the tool";
+    EXPECT_EQ(runningWork(), 1U) << "the thread that waits for the tool";
 }
 
 TEST_F(HangingTool, DoesNotKeepACleaningStoreFromEnding) {

@@ -1,4 +1,4 @@
-#include "platform/system/reduced_motion.h"
+#include "platform/system/desktop.h"
 
 #include <gtest/gtest.h>
 

@@ -10,8 +10,8 @@
 #include <system_error>
 
 #include "platform/files/files.h"
-#include "platform/system/ending.h"
 #include "platform/system/process.h"
+#include "platform/system/termination.h"
 #include "platform/world.h"
 #include "state/store.h"
 #include "vesk_scan/report.h"
@@ -95,14 +95,14 @@ bool enterWorld(const Options& options) {
 
 // A tool that hangs must not outlive this program, which is otherwise left as it stands.
 void endOnSignals(QCoreApplication& application) {
-    const int descriptor = vesk::descriptorOfEndSignals();
+    const int descriptor = vesk::terminationSignalDescriptor();
     if (descriptor < 0) {
         return;
     }
     auto* notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [] {
         vesk::endProcesses();
-        vesk::endNow(failed);
+        vesk::terminateNow(failed);
     });
 }
 

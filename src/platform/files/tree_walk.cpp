@@ -18,7 +18,7 @@
 
 #include "platform/files/folder_reader.h"
 #include "platform/threads/background.h"
-#include "platform/threads/divided_work.h"
+#include "platform/threads/work_sharing.h"
 
 namespace vesk {
 
@@ -244,7 +244,7 @@ public:
     void run() { work_.run(Batch{Batch::Of::top, nullptr, {}}); }
 
 private:
-    using Work = DividedWork<Batch, FileVisitor>;
+    using Work = WorkSharing<Batch, FileVisitor>;
     using Worker = Work::Worker;
 
     static constexpr int foldersWalkedAlone = 16;
@@ -288,8 +288,8 @@ private:
             ThriftyWalk(std::move(opened), worker.state, onError_).run();
             return;
         }
-        if (!worker.shared() && ++foldersEntered_ > foldersWalkedAlone) {
-            worker.share();
+        if (!worker.isSharing() && ++foldersEntered_ > foldersWalkedAlone) {
+            worker.startSharing();
         }
         const auto folder = std::make_shared<const HeldFolder>(std::move(opened));
         Batch subfolders{Batch::Of::subfolders, folder, {}};
@@ -298,7 +298,7 @@ private:
         bool leaving = false;
         const auto leaveFile = [&](const char* name) {
             if (filesMet++ % filesInBatch == 0) {
-                worker.giveIfWanted();
+                worker.offerItems();
                 leaving = filesMet > filesInBatch && fileBatches_.load(std::memory_order_relaxed) < mostFileBatches;
             }
             if (leaving) {
@@ -327,7 +327,7 @@ private:
         }
         if (batch.of == Batch::Of::files) {
             fileBatches_.fetch_add(1, std::memory_order_relaxed);
-            worker.share();
+            worker.startSharing();
         }
         worker.add(Batch{batch.of, batch.folder, std::exchange(batch.names, {}), std::exchange(batch.count, 0)});
     }

@@ -1,7 +1,7 @@
 #include <utility>
 
+#include "platform/system/preference_files.h"
 #include "platform/system/preferences.h"
-#include "platform/system/preferences_files.h"
 #include "platform/world.h"
 
 namespace vesk {

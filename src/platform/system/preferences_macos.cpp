@@ -1,8 +1,8 @@
 #include <utility>
 
 #include "platform/system/core_foundation.h"
+#include "platform/system/preference_files.h"
 #include "platform/system/preferences.h"
-#include "platform/system/preferences_files.h"
 #include "platform/world.h"
 
 namespace vesk {

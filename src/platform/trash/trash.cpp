@@ -9,7 +9,7 @@
 
 #include "platform/files/folder_reader.h"
 #include "platform/text.h"
-#include "platform/trash/trash_freedesktop.h"
+#include "platform/trash/freedesktop_trash.h"
 #include "platform/world.h"
 
 namespace vesk {

@@ -8,7 +8,7 @@
 //   so that nothing is lost whenever the program or the machine stops.
 //
 // On Linux, and in every made-up world, the Trash is that of the freedesktop.org Trash specification 1.0
-// (trash_freedesktop.cpp); the user's own on macOS is reached by the system's call alone (trash_macos.cpp).
+// (freedesktop_trash.cpp); the user's own on macOS is reached by the system's call alone (trash_macos.cpp).
 #pragma once
 
 #include <filesystem>

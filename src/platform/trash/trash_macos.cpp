@@ -2,7 +2,7 @@
 #include <QString>
 #include <cerrno>
 
-#include "platform/trash/trash_freedesktop.h"
+#include "platform/trash/freedesktop_trash.h"
 #include "platform/world.h"
 
 namespace vesk {

@@ -1,4 +1,4 @@
-#include "platform/trash/trash_freedesktop.h"
+#include "platform/trash/freedesktop_trash.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

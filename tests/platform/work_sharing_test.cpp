@@ -1,4 +1,4 @@
-#include "platform/threads/divided_work.h"
+#include "platform/threads/work_sharing.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace vesk {
 namespace {
 
 // An item of this work brings up two of the next lower height, so that a height of h makes 2^(h+1) - 1 items.
-using Doubling = DividedWork<int, std::int64_t*>;
+using Doubling = WorkSharing<int, std::int64_t*>;
 
 class Sum {
 public:
@@ -28,7 +28,7 @@ public:
                 return &tallies.emplace_back(0);
             },
             [](const int& height, Doubling::Worker& worker) {
-                worker.share();
+                worker.startSharing();
                 ++*worker.state;
                 if (height > 0) {
                     worker.add(height - 1);
@@ -53,20 +53,20 @@ private:
     std::set<std::thread::id> threads_;
 };
 
-TEST(DividedWorkTest, EveryItemIsDoneOnce) {
+TEST(WorkSharingTest, EveryItemIsDoneOnce) {
     for (const int height : {0, 1, 5, 16}) {
         EXPECT_EQ(Sum(height).items(), (std::int64_t{2} << height) - 1) << height;
     }
 }
 
-TEST(DividedWorkTest, AThreadHasOneStateHoweverOftenItHelps) {
+TEST(WorkSharingTest, AThreadHasOneStateHoweverOftenItHelps) {
     Sum sum(16);
     sum.items();
     EXPECT_EQ(sum.states(), sum.threads());
     EXPECT_LE(sum.threads(), std::max(1U, std::thread::hardware_concurrency()));
 }
 
-TEST(DividedWorkTest, ManyWorksAtOnceShareTheHelpers) {
+TEST(WorkSharingTest, ManyRunsAtOnceShareTheThreadPool) {
     std::atomic<std::int64_t> all = 0;
     std::vector<std::thread> callers;
     for (int i = 0; i < 13; ++i) {
@@ -82,10 +82,10 @@ TEST(DividedWorkTest, ManyWorksAtOnceShareTheHelpers) {
     EXPECT_EQ(all.load(), 13 * 20 * 1023);
 }
 
-TEST(DividedWorkTest, WorkThatIsNotSharedStaysWithItsCaller) {
+TEST(WorkSharingTest, WorkThatIsNotSharedStaysWithItsCaller) {
     std::set<std::thread::id> doers;
-    DividedWork<int, int> work([] { return 0; },
-                               [&](const int& height, DividedWork<int, int>::Worker& worker) {
+    WorkSharing<int, int> work([] { return 0; },
+                               [&](const int& height, WorkSharing<int, int>::Worker& worker) {
                                    doers.insert(std::this_thread::get_id());
                                    if (height > 0) {
                                        worker.add(height - 1);

@@ -1,4 +1,4 @@
-#include "platform/system/ending.h"
+#include "platform/system/termination.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ void passOn(int /*signal*/) {
 
 }  // namespace
 
-int descriptorOfEndSignals() {
+int terminationSignalDescriptor() {
     if (::pipe(signalPipe) != 0) {
         return -1;
     }
@@ -49,7 +49,7 @@ int descriptorOfEndSignals() {
     return signalPipe[0];
 }
 
-void endNow(int status) {
+void terminateNow(int status) {
     std::fflush(stdout);
     std::_Exit(status);
 }

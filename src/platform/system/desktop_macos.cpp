@@ -1,10 +1,16 @@
-#include "platform/system/settings_link.h"
+#include "platform/system/desktop.h"
 
 #include <CoreServices/CoreServices.h>
 
 #include "platform/system/core_foundation.h"
+#include "platform/system/objective_c.h"
 
 namespace vesk {
+
+bool reducedMotionWanted() {
+    const AutoreleasePool pool;
+    return send<BOOL>(send(classNamed("NSWorkspace"), "sharedWorkspace"), "accessibilityDisplayShouldReduceMotion");
+}
 
 void openFullDiskAccessSettings() {
     const Owned<CFStringRef> text =

@@ -1,5 +1,5 @@
-// Desktops on Linux have no setting in common. GTK's is honoured by most of them (its own settings file, which GNOME's
-// and Xfce's settings daemons and KDE's GTK bridge write), KDE has one of its own.
+// Desktops on Linux have no setting for motion in common. GTK's is honoured by most of them (its own settings file,
+// which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has one of its own.
 
 #include <charconv>
 #include <filesystem>
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/system/reduced_motion.h"
+#include "platform/system/desktop.h"
 #include "platform/world.h"
 
 namespace vesk {
@@ -67,6 +67,9 @@ bool reducedMotionWanted() {
         }
     }
     return isZero(iniValue(settings / "kdeglobals", "KDE", "AnimationDurationFactor"));
+}
+
+void openFullDiskAccessSettings() {
 }
 
 }  // namespace vesk

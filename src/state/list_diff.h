@@ -1,4 +1,4 @@
-// Turns one list into another by single-row steps, so that a view keeps its scroll position, its focus and the rows
+// Turns one list into another by single-row changes, so that a view keeps its scroll position, its focus and the rows
 // that did not change.
 #pragma once
 
@@ -10,10 +10,11 @@
 
 namespace vesk {
 
-/// What is told of each step; every function is called just before (`begin`) and just after (`end`) the list changes.
-/// Rows count from 0. `moved` takes a row to an earlier place.
+/// Makes `items` equal to `wanted`; rows with the same key are the same row. `model` is told of each change just before
+/// (`begin...`) and just after it (`end...`), and of each row that stayed (`rowChanged`). Rows count from 0. A move
+/// takes a row to an earlier place.
 template <typename Model, typename Item, typename Key>
-void changeRows(Model& model, std::vector<Item>& items, std::vector<Item> wanted, Key key) {
+void applyListDiff(Model& model, std::vector<Item>& items, std::vector<Item> wanted, Key key) {
     const auto isWanted = [&](const Item& item) {
         return std::any_of(wanted.begin(), wanted.end(), [&](const Item& w) { return key(w) == key(item); });
     };

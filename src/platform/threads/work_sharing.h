@@ -1,6 +1,6 @@
-// Work that comes in items, where doing one may bring up more: a walk over folders, say. The calling thread does it,
-// and free helpers take items off it. Each thread works through items of its own, the newest first, so that few wait;
-// a lock is taken only when one thread hands an item to another.
+// Work sharing: work that comes in items, where one item may lead to more (a walk over folders, say), done by the
+// calling thread and by idle threads of the pool. Each thread works through its own items, newest first, so that few
+// are queued; a lock is taken only when one thread hands items to another.
 #pragma once
 
 #include <atomic>
@@ -12,81 +12,82 @@
 #include <thread>
 #include <utility>
 
-#include "platform/threads/helpers.h"
+#include "platform/threads/thread_pool.h"
 
 namespace vesk {
 
-/// `State` is what a thread that takes part has to itself.
+/// `State` is what each participating thread has to itself.
 template <typename Item, typename State>
-class DividedWork {
+class WorkSharing {
 public:
     /// One thread's part in the work.
     class Worker {
     public:
-        Worker(DividedWork& work, State& own) : state(own), work_(work) {}
+        Worker(WorkSharing& work, State& own) : state(own), work_(work) {}
 
         State& state;
 
         /// Adds an item, to be done by this thread or another.
         void add(Item item) {
             items_.push_back(std::move(item));
-            // A single one is for this thread itself: work that is a chain would else go to and fro between two.
+            // A single item stays on this thread: a chain of items would otherwise bounce between two.
             if (items_.size() > 1) {
-                giveIfWanted();
+                offerItems();
             }
         }
 
-        /// Hands items of this thread to others that have none. For an item that takes long, to be called in between;
-        /// costs next to nothing when all are busy.
-        void giveIfWanted() {
-            if (!items_.empty() && work_.shared_ && work_.someoneIsFree()) {
-                work_.give(items_);
+        /// Hands items of this thread to an idle one. A long item calls it now and then; it costs next to nothing when
+        /// all threads are busy.
+        void offerItems() {
+            if (!items_.empty() && work_.sharing_ && work_.someoneIsIdle()) {
+                work_.handOver(items_);
             }
         }
 
-        /// Whether helpers are called. At first they are not: little work is done before one has woken.
-        bool shared() const { return work_.shared_; }
+        /// Whether items go to other threads. At first they do not: a little work is done before another thread has
+        /// woken.
+        bool isSharing() const { return work_.sharing_; }
 
-        /// From here on they are. Does nothing when called again.
-        void share() {
+        /// From here on they do. Does nothing when called again.
+        void startSharing() {
             // Until the first call there is only the calling thread, so this needs no lock.
-            if (!work_.shared_) {
-                work_.shared_ = true;
-                giveIfWanted();
+            if (!work_.sharing_) {
+                work_.sharing_ = true;
+                offerItems();
             }
         }
 
     private:
-        friend DividedWork;
+        friend WorkSharing;
 
-        void workOff() {
+        void doItems() {
             while (!items_.empty()) {
                 const Item item = std::move(items_.back());
                 items_.pop_back();
-                giveIfWanted();
+                offerItems();
                 work_.doItem_(item, *this);
             }
         }
 
-        DividedWork& work_;
+        WorkSharing& work_;
         std::deque<Item> items_;
     };
 
-    /// `makeState` is called once for each thread that takes part, one call at a time; `doItem` on all of them at once.
-    DividedWork(std::function<State()> makeState, std::function<void(const Item&, Worker&)> doItem)
+    /// `makeState` is called once for each participating thread, one call at a time; `doItem` on all of them at once.
+    WorkSharing(std::function<State()> makeState, std::function<void(const Item&, Worker&)> doItem)
         : makeState_(std::move(makeState)), doItem_(std::move(doItem)) {}
-    DividedWork(const DividedWork&) = delete;
-    DividedWork& operator=(const DividedWork&) = delete;
+    WorkSharing(const WorkSharing&) = delete;
+    WorkSharing& operator=(const WorkSharing&) = delete;
 
-    /// Does this item and all that come of it; returns when the last is done. To be called once.
+    /// Does this item and all that it leads to; returns when the last is done. Call it once.
     void run(Item first) {
         Worker worker(*this, stateOfThisThread());
         worker.items_.push_back(std::move(first));
         for (;;) {
-            worker.workOff();
+            worker.doItems();
             std::unique_lock lock(lock_);
             callerWaits_.store(true, std::memory_order_relaxed);
-            changed_.wait(lock, [this] { return !handedOver_.empty() || helping_ == 0; });
+            changed_.wait(lock, [this] { return !handedOver_.empty() || otherThreads_ == 0; });
             callerWaits_.store(false, std::memory_order_relaxed);
             if (handedOver_.empty()) {
                 return;
@@ -103,16 +104,16 @@ private:
                                     : states_.emplace(std::this_thread::get_id(), makeState_()).first->second;
     }
 
-    bool someoneIsFree() const { return callerWaits_.load(std::memory_order_relaxed) || aHelperIsFree(); }
+    bool someoneIsIdle() const { return callerWaits_.load(std::memory_order_relaxed) || hasIdleThread(); }
 
-    // Hands over the older half, which most likely has the most work behind it, unless whoever was free has found other
-    // work meanwhile.
-    void give(std::deque<Item>& items) {
+    // Hands over the older half, which most likely leads to the most work, unless the idle thread has found other work
+    // meanwhile.
+    void handOver(std::deque<Item>& items) {
         const std::lock_guard lock(lock_);
         if (callerWaits_.load(std::memory_order_relaxed)) {
             changed_.notify_one();
-        } else if (callHelper([this] { help(); })) {
-            ++helping_;
+        } else if (runOnIdleThread([this] { takePart(); })) {
+            ++otherThreads_;
         } else {
             return;
         }
@@ -122,20 +123,20 @@ private:
         }
     }
 
-    // A helper's part. The last use of this object is under the lock: `run` may return as soon as that is free.
-    void help() {
+    // What a thread of the pool does. It last uses this object under the lock: `run` may return once that is free.
+    void takePart() {
         Worker worker(*this, stateOfThisThread());
         for (;;) {
             {
                 const std::lock_guard lock(lock_);
                 if (handedOver_.empty()) {
-                    --helping_;
+                    --otherThreads_;
                     changed_.notify_one();
                     return;
                 }
                 takeInto(worker);
             }
-            worker.workOff();
+            worker.doItems();
         }
     }
 
@@ -144,13 +145,13 @@ private:
     const std::function<State()> makeState_;
     const std::function<void(const Item&, Worker&)> doItem_;
 
-    bool shared_ = false;
+    bool sharing_ = false;
     std::atomic<bool> callerWaits_ = false;
 
     std::mutex lock_;
     std::condition_variable changed_;
     std::deque<Item> handedOver_;
-    int helping_ = 0;
+    int otherThreads_ = 0;
     std::map<std::thread::id, State> states_;
 };
 

@@ -1,4 +1,4 @@
-#include "state/work_left.h"
+#include "state/running_work.h"
 
 #include <atomic>
 
@@ -15,7 +15,7 @@ WorkToken takeWorkToken() {
     return WorkToken(&tokens, [](const void*) { --tokens; });
 }
 
-std::size_t workLeft() {
+std::size_t runningWork() {
     return tokens;
 }
 

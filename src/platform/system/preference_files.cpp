@@ -1,4 +1,4 @@
-#include "platform/system/preferences_files.h"
+#include "platform/system/preference_files.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,8 +1,0 @@
-#include "platform/system/settings_link.h"
-
-namespace vesk {
-
-void openFullDiskAccessSettings() {
-}
-
-}  // namespace vesk
