@@ -12,6 +12,10 @@ ViewTest {
         LeftPanel {}
     }
     Component {
+        id: confirmDialog
+        ConfirmDialog {}
+    }
+    Component {
         id: wheelView
         WheelView {}
     }
@@ -44,14 +48,15 @@ ViewTest {
         const view = show(panel, {store: scanned(data.cards)});
         compare(view.sizeText, data.size);
         compare(view.buttonTitle, "Clean " + data.size);
-        compare(view.confirmTitle, "Move " + data.size + " to the Trash?");
-        compare(view.confirmMessage,
+        const dialog = show(confirmDialog, {store: view.store, sizeText: view.sizeText});
+        compare(dialog.title, "Move " + data.size + " to the Trash?");
+        compare(dialog.message,
                 "Everything goes to the Trash, so you can put it back from History or the Trash."
                 + (data.snapshots ? " Time Machine snapshots can't go in the Trash, so those are removed for good." : ""));
         view.store.previewOnly = true;
         compare(view.buttonTitle, "Preview " + data.size);
-        compare(view.confirmTitle, "Preview " + data.size + "?");
-        compare(view.confirmMessage, "Preview only is on, so nothing will be moved or removed.");
+        compare(dialog.title, "Preview " + data.size + "?");
+        compare(dialog.message, "Preview only is on, so nothing will be moved or removed.");
     }
 
     function test_main_button_only_asks() {

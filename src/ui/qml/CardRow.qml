@@ -27,7 +27,7 @@ PressableButton {
     onClicked: store.detailID = cardId
 
     Accessible.name: title
-    hint: `${bucket === "safe" ? "Safe" : "Review"}. ${amount}. ${summary}`
+    hint: `${Theme.bucketLabel(bucket)}. ${amount}. ${summary}`
 
     background: Rectangle {
         radius: 20
@@ -67,7 +67,7 @@ PressableButton {
             Layout.fillWidth: true
             title: row.title
             summary: row.summary
-            chip: row.bucket === "safe" ? "Safe" : "Review"
+            chip: Theme.bucketLabel(row.bucket)
             tint: row.tint
         }
         Words {

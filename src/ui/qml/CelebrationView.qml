@@ -37,22 +37,14 @@ ModalLayer {
         response: 0.55
         dampingFraction: 0.5
     }
-    Rectangle {
+    DialogCard {
         objectName: "celebrationCard"
-        anchors.centerIn: parent
         width: Math.min(440, parent.width - 48)
         height: column.implicitHeight + 80
-        radius: 28
-        color: Theme.card
+        shadowColor: Qt.rgba(0, 0, 0, 0.3)
         scale: 0.4 + 0.6 * popSpring.value
         opacity: Math.max(0, Math.min(1, popSpring.value))
 
-        SoftShadow {
-            cornerRadius: 28
-            blurRadius: 32
-            offset: 12
-            color: Qt.rgba(0, 0, 0, 0.3)
-        }
         Column {
             id: column
 

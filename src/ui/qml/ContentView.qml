@@ -128,12 +128,10 @@ FocusScope {
     Repeater {
         model: content.store.showConfirm ? 1 : 0
 
-        MessageDialog {
+        ConfirmDialog {
             objectName: "confirmDialog"
-            title: leftPanel.confirmTitle
-            message: leftPanel.confirmMessage
-            acceptText: content.store.previewOnly ? "Run preview" : "Move to Trash"
-            rejectText: "Cancel"
+            store: content.store
+            sizeText: leftPanel.sizeText
             topmost: content.topLayer === "confirm"
             onAccepted: {
                 content.store.showConfirm = false;

@@ -14,74 +14,34 @@ ModalLayer {
 
     signal dismiss
 
-    readonly property color tint: Theme.bucketColor(detail.bucket)
+    readonly property color tint: Theme.bucketColor(card.bucket)
 
     onAccepted: dismiss()
     onRejected: dismiss()
 
     CardDetail {
-        id: detail
+        id: card
 
         store: sheet.store
         cardID: sheet.cardID
     }
 
-    Rectangle {
+    DialogCard {
         objectName: "sheetFrame"
-        anchors.centerIn: parent
         width: 480
         height: 520
-        radius: 28
-        color: Theme.card
         Accessible.role: Accessible.Dialog
-        Accessible.name: detail.found ? detail.title : "This card is gone."
+        Accessible.name: card.found ? card.title : "This card is gone."
 
-        SoftShadow {
-            cornerRadius: 28
-            blurRadius: 32
-            offset: 12
-            color: Theme.faded(Theme.ink, 0.28)
-        }
         ColumnLayout {
             anchors.fill: parent
             anchors.margins: 26
-            visible: detail.found
+            visible: card.found
             spacing: 16
 
-            RowLayout {
-                spacing: 14
-
-                Pictogram {
-                    symbol: detail.symbol
-                    color: sheet.tint
-                    size: Math.min(32 * Theme.textScale, 48)
-                }
-                ColumnLayout {
-                    spacing: 0
-
-                    Words {
-                        objectName: "sheetTitle"
-                        Layout.fillWidth: true
-                        text: detail.title
-                        font.pixelSize: Theme.title2
-                        weight: Font.Black
-                        elide: Text.ElideRight
-                        maximumLineCount: 2
-                        wrapMode: Text.Wrap
-                        Accessible.role: Accessible.Heading
-                    }
-                    Words {
-                        objectName: "sheetAmount"
-                        text: detail.snapshotCount > 0 ? `${detail.snapshotCount} snapshots` : detail.sizeText
-                        color: Theme.softInk
-                        font.pixelSize: Theme.callout
-                    }
-                }
-                Chip {
-                    objectName: "sheetChip"
-                    text: detail.bucket === "safe" ? "Safe" : "Review"
-                    tint: sheet.tint
-                }
+            SheetHeader {
+                detail: card
+                tint: sheet.tint
             }
             Flickable {
                 id: body
@@ -109,65 +69,19 @@ ModalLayer {
                     Words {
                         objectName: "contentsHeading"
                         Layout.fillWidth: true
-                        text: detail.snapshotCount === 0
+                        text: card.snapshotCount === 0
                             ? "What's inside"
                             : "Your Mac keeps a few short-term backup copies. "
-                              + `Vesk would remove ${detail.snapshotCount} of them.`
+                              + `Vesk would remove ${card.snapshotCount} of them.`
                         weight: Font.Bold
                         wrapMode: Text.Wrap
                         Accessible.role: Accessible.Heading
                     }
-                    Rectangle {
+                    SheetEntries {
                         objectName: "entryBox"
                         Layout.fillWidth: true
-                        implicitHeight: entryColumn.implicitHeight + 24
-                        visible: detail.snapshotCount === 0
-                        radius: 12
-                        color: Theme.faded(Theme.track, 0.4)
-
-                        ColumnLayout {
-                            id: entryColumn
-
-                            anchors.fill: parent
-                            anchors.margins: 12
-                            spacing: 6
-
-                            Repeater {
-                                objectName: "entryRows"
-                                model: detail.entries
-
-                                RowLayout {
-                                    id: entryRow
-
-                                    required property string name
-                                    required property string sizeText
-
-                                    spacing: Theme.wideGap
-
-                                    Words {
-                                        objectName: "entryName"
-                                        Layout.fillWidth: true
-                                        text: entryRow.name
-                                        font.pixelSize: Theme.callout
-                                        elide: Text.ElideMiddle
-                                        maximumLineCount: 1
-                                    }
-                                    Words {
-                                        objectName: "entrySize"
-                                        text: entryRow.sizeText
-                                        color: Theme.softInk
-                                        font.pixelSize: Theme.callout
-                                    }
-                                }
-                            }
-                            Words {
-                                objectName: "moreText"
-                                visible: detail.moreCount > 0
-                                text: `and ${detail.moreCount} more`
-                                color: Theme.softInk
-                                font.pixelSize: Theme.callout
-                            }
-                        }
+                        visible: card.snapshotCount === 0
+                        detail: card
                     }
                     ColumnLayout {
                         Layout.fillWidth: true
@@ -176,7 +90,7 @@ ModalLayer {
                         Words {
                             objectName: "whyHeading"
                             Layout.fillWidth: true
-                            text: detail.bucket === "safe" ? "Why it's safe" : "Think about it first"
+                            text: card.bucket === "safe" ? "Why it's safe" : "Think about it first"
                             weight: Font.Bold
                             wrapMode: Text.Wrap
                             Accessible.role: Accessible.Heading
@@ -184,7 +98,7 @@ ModalLayer {
                         Words {
                             objectName: "whyText"
                             Layout.fillWidth: true
-                            text: detail.why
+                            text: card.why
                             font.pixelSize: Theme.callout
                             wrapMode: Text.Wrap
                         }
@@ -192,7 +106,7 @@ ModalLayer {
                     Words {
                         objectName: "dormancyText"
                         Layout.fillWidth: true
-                        text: `Last used about ${detail.dormancyDays} day${detail.dormancyDays === 1 ? "" : "s"} ago. `
+                        text: `Last used about ${card.dormancyDays} day${card.dormancyDays === 1 ? "" : "s"} ago. `
                             + "Everything moves to the Trash, so you can undo it."
                         color: Theme.softInk
                         font.pixelSize: Theme.callout
@@ -218,39 +132,17 @@ ModalLayer {
                     }
                 }
             }
-            RowLayout {
-                spacing: 8
-
-                ToggleSwitch {
-                    objectName: "includeSwitch"
-                    name: "Include in clean"
-                    tint: sheet.tint
-                    checked: detail.selected
-                    returnPresses: false
-                    onToggled: sheet.store.setSelected(sheet.cardID, checked)
-                }
-                Words {
-                    Layout.fillWidth: true
-                    text: "Include in clean"
-                    said: true
-                    weight: Font.Bold
-                    elide: Text.ElideRight
-                }
-                FilledButton {
-                    objectName: "doneButton"
-                    Layout.minimumWidth: 96
-                    focus: detail.found
-                    verticalPadding: 8
-                    text: "Done"
-                    returnPresses: false
-                    onClicked: sheet.dismiss()
-                }
+            SheetFooter {
+                selected: card.selected
+                tint: sheet.tint
+                onToggled: checked => sheet.store.setSelected(sheet.cardID, checked)
+                onDone: sheet.dismiss()
             }
         }
         ColumnLayout {
             anchors.fill: parent
             anchors.margins: 26
-            visible: !detail.found
+            visible: !card.found
             spacing: Theme.wideGap
 
             Words {
@@ -268,7 +160,7 @@ ModalLayer {
                 objectName: "closeButton"
                 Layout.alignment: Qt.AlignRight
                 Layout.minimumWidth: 96
-                focus: !detail.found
+                focus: !card.found
                 verticalPadding: 8
                 text: "Close"
                 returnPresses: false

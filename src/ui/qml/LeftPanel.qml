@@ -28,16 +28,6 @@ Flickable {
         }
         return (store.previewOnly ? "Preview " : "Clean ") + sizeText;
     }
-    readonly property string confirmTitle: store.previewOnly ? `Preview ${sizeText}?` : `Move ${sizeText} to the Trash?`
-    readonly property string confirmMessage: {
-        if (store.previewOnly) {
-            return "Preview only is on, so nothing will be moved or removed.";
-        }
-        return "Everything goes to the Trash, so you can put it back from History or the Trash."
-            + (store.selectedSnapshots >= 1
-               ? " Time Machine snapshots can't go in the Trash, so those are removed for good." : "");
-    }
-
     /// What the panel needs besides the wheel, which takes the rest within its limits.
     readonly property real needed: title.implicitHeight + legend.implicitHeight + actions.implicitHeight + 3 * Theme.wideGap
     readonly property real wheelSize: Math.max(248, Math.min(320, height - needed))

@@ -26,48 +26,62 @@ Item {
         + `Personal files ${ByteCount.text(store.personalBytes)}, `
         + `smart review ${ByteCount.text(store.smartBytes)}, safe junk ${ByteCount.text(store.safeBytes)}`
 
-    SpringValue {
-        id: personalSpring
-        target: wheel.personalEnd
+    component EndSpring: SpringValue {
         response: 0.9
         dampingFraction: 0.6
     }
-    SpringValue {
-        id: smartSpring
-        target: wheel.smartEnd
-        response: 0.9
-        dampingFraction: 0.6
+    component RingArc: Arc {
+        anchors.fill: parent
+        lineWidth: wheel.ringWidth
     }
-    SpringValue {
-        id: safeSpring
-        target: wheel.safeEnd
-        response: 0.9
-        dampingFraction: 0.6
+    component ProgressArc: Arc {
+        anchors.fill: parent
+        inset: wheel.ringWidth + 8
+        lineWidth: 8
+    }
+    // A line in the middle of the ring: as large as its room allows.
+    component InnerText: Words {
+        /// The size it has where there is room, and its part of the room where there is not.
+        required property real fullSize
+        required property real share
+
+        said: true
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: parent.width
+        horizontalAlignment: Text.AlignHCenter
+        font.pixelSize: Math.min(fullSize, wheel.roomInside * share)
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 8
     }
 
-    Arc {
-        anchors.fill: parent
-        lineWidth: wheel.ringWidth
+    EndSpring {
+        id: personalSpring
+        target: wheel.personalEnd
+    }
+    EndSpring {
+        id: smartSpring
+        target: wheel.smartEnd
+    }
+    EndSpring {
+        id: safeSpring
+        target: wheel.safeEnd
+    }
+
+    RingArc {
         color: Theme.track
     }
-    Arc {
-        anchors.fill: parent
-        lineWidth: wheel.ringWidth
+    RingArc {
         objectName: "personalArc"
         to: personalSpring.value
         color: Theme.blue
     }
-    Arc {
-        anchors.fill: parent
-        lineWidth: wheel.ringWidth
+    RingArc {
         objectName: "smartArc"
         from: personalSpring.value
         to: smartSpring.value
         color: Theme.yellow
     }
-    Arc {
-        anchors.fill: parent
-        lineWidth: wheel.ringWidth
+    RingArc {
         objectName: "safeArc"
         from: smartSpring.value
         to: safeSpring.value
@@ -94,17 +108,11 @@ Item {
                 response: 0.5
                 dampingFraction: 0.8
             }
-            Arc {
-                anchors.fill: parent
-                inset: wheel.ringWidth + 8
-                lineWidth: 8
+            ProgressArc {
                 color: Theme.faded(Theme.accent, 0.15)
             }
-            Arc {
+            ProgressArc {
                 objectName: "progressArc"
-                anchors.fill: parent
-                inset: wheel.ringWidth + 8
-                lineWidth: 8
                 roundCaps: true
                 to: progressSpring.value
                 color: Theme.accent
@@ -123,39 +131,28 @@ Item {
         visible: wheel.scanning
         spacing: 2
 
-        Words {
-            said: true
+        InnerText {
             objectName: "percentText"
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
             text: wheel.percent + "%"
-            font.pixelSize: Math.min(Theme.display, wheel.roomInside * 0.3)
+            fullSize: Theme.display
+            share: 0.3
             weight: Font.Black
-            fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 20
         }
-        Words {
-            said: true
+        InnerText {
             width: parent.width - 16
-            anchors.horizontalCenter: parent.horizontalCenter
-            horizontalAlignment: Text.AlignHCenter
             text: "Sniffing around…"
-            font.pixelSize: Math.min(Theme.body, wheel.roomInside * 0.1)
+            fullSize: Theme.body
+            share: 0.1
             weight: Font.DemiBold
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 8
         }
-        Words {
-            said: true
+        InnerText {
             objectName: "checkedText"
             width: parent.width - 24
-            anchors.horizontalCenter: parent.horizontalCenter
-            horizontalAlignment: Text.AlignHCenter
             text: ByteCount.text(wheel.store.foundBytes) + " checked"
+            fullSize: Theme.caption
+            share: 0.08
             color: Theme.softInk
-            font.pixelSize: Math.min(Theme.caption, wheel.roomInside * 0.08)
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 8
         }
     }
     Column {
@@ -164,41 +161,30 @@ Item {
         visible: !wheel.scanning
         spacing: 2
 
-        Words {
-            said: true
+        InnerText {
             objectName: "freeText"
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
             text: ByteCount.text(wheel.store.free)
-            font.pixelSize: Math.min(Theme.title, wheel.roomInside * 0.22)
+            fullSize: Theme.title
+            share: 0.22
             weight: Font.Black
-            fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 16
         }
-        Words {
-            said: true
+        InnerText {
             objectName: "capacityText"
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
             text: "free of " + ByteCount.text(wheel.store.capacity)
-            font.pixelSize: Math.min(Theme.body, wheel.roomInside * 0.1)
+            fullSize: Theme.body
+            share: 0.1
             weight: Font.DemiBold
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 8
         }
-        Words {
-            said: true
+        InnerText {
             objectName: "readyText"
             width: parent.width * 0.9
-            anchors.horizontalCenter: parent.horizontalCenter
-            horizontalAlignment: Text.AlignHCenter
             visible: wheel.store.safeBytes >= 1
             text: ByteCount.text(wheel.store.safeBytes) + " ready to vesk away"
+            fullSize: Theme.caption
+            share: 0.08
             color: Theme.green
-            font.pixelSize: Math.min(Theme.caption, wheel.roomInside * 0.08)
             weight: Font.Bold
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 8
         }
     }
 }

@@ -12,22 +12,13 @@ ModalLayer {
     /// Empty where there is nothing to choose.
     property string rejectText: ""
 
-    Rectangle {
-        anchors.centerIn: parent
+    DialogCard {
         width: Math.min(440, parent.width - 48)
         height: column.implicitHeight + 56
-        radius: 28
-        color: Theme.card
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title
         Accessible.description: dialog.message
 
-        SoftShadow {
-            cornerRadius: 28
-            blurRadius: 32
-            offset: 12
-            color: Theme.faded(Theme.ink, 0.28)
-        }
         ColumnLayout {
             id: column
 

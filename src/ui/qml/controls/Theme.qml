@@ -40,6 +40,10 @@ QtObject {
         return bucket === "safe" ? green : bucket === "smart" ? yellow : blue;
     }
 
+    function bucketLabel(bucket: string): string {
+        return bucket === "safe" ? "Safe" : "Review";
+    }
+
     function faded(base: color, opacity: real): color {
         return Qt.rgba(base.r, base.g, base.b, opacity);
     }

@@ -1,0 +1,60 @@
+// The box in the detail sheet that lists a card's entries, largest first.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Vesk
+
+Rectangle {
+    id: box
+
+    required property CardDetail detail
+
+    implicitHeight: rows.implicitHeight + 24
+    radius: 12
+    color: Theme.faded(Theme.track, 0.4)
+
+    ColumnLayout {
+        id: rows
+
+        anchors.fill: parent
+        anchors.margins: 12
+        spacing: 6
+
+        Repeater {
+            objectName: "entryRows"
+            model: box.detail.entries
+
+            RowLayout {
+                id: entryRow
+
+                required property string name
+                required property string sizeText
+
+                spacing: Theme.wideGap
+
+                Words {
+                    objectName: "entryName"
+                    Layout.fillWidth: true
+                    text: entryRow.name
+                    font.pixelSize: Theme.callout
+                    elide: Text.ElideMiddle
+                    maximumLineCount: 1
+                }
+                Words {
+                    objectName: "entrySize"
+                    text: entryRow.sizeText
+                    color: Theme.softInk
+                    font.pixelSize: Theme.callout
+                }
+            }
+        }
+        Words {
+            objectName: "moreText"
+            visible: box.detail.moreCount > 0
+            text: `and ${box.detail.moreCount} more`
+            color: Theme.softInk
+            font.pixelSize: Theme.callout
+        }
+    }
+}

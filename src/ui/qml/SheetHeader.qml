@@ -1,0 +1,45 @@
+// The head of the detail sheet: what the card is and how much it holds.
+import QtQuick
+import QtQuick.Layouts
+import Vesk
+
+RowLayout {
+    id: header
+
+    required property CardDetail detail
+    required property color tint
+
+    spacing: 14
+
+    Pictogram {
+        symbol: header.detail.symbol
+        color: header.tint
+        size: Math.min(32 * Theme.textScale, 48)
+    }
+    ColumnLayout {
+        spacing: 0
+
+        Words {
+            objectName: "sheetTitle"
+            Layout.fillWidth: true
+            text: header.detail.title
+            font.pixelSize: Theme.title2
+            weight: Font.Black
+            elide: Text.ElideRight
+            maximumLineCount: 2
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.Heading
+        }
+        Words {
+            objectName: "sheetAmount"
+            text: header.detail.snapshotCount > 0 ? `${header.detail.snapshotCount} snapshots` : header.detail.sizeText
+            color: Theme.softInk
+            font.pixelSize: Theme.callout
+        }
+    }
+    Chip {
+        objectName: "sheetChip"
+        text: Theme.bucketLabel(header.detail.bucket)
+        tint: header.tint
+    }
+}
