@@ -14,6 +14,7 @@
 #include "platform/process.h"
 #include "platform/world.h"
 #include "state/work_left.h"
+#include "ui/display_needed.h"
 #include "ui/only_window.h"
 #include "ui/refusal.h"
 #include "ui/vesk_app.h"
@@ -68,6 +69,11 @@ void finishAtExit() {
     endNow(EXIT_FAILURE);
 }
 
+void endWithoutDisplay() {
+    std::fputs("Vesk can't open its window: no display can be reached.\n", stderr);
+    finishAtExit();
+}
+
 int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
     VeskApp vesk(std::move(sources));
     onlyWindow.onCall([&vesk] { vesk.comeForward(); });
@@ -83,7 +89,9 @@ int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
 }
 
 int runApplication(int argc, char** argv, Store::Sources sources) {
+    std::optional<DisplayNeeded> display(endWithoutDisplay);
     QGuiApplication application(argc, argv);
+    display.reset();
     QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.vesk.Vesk"));
     quitOnSignals(application);
