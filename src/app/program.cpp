@@ -10,6 +10,7 @@
 #include <optional>
 #include <utility>
 
+#include "app/display_needed.h"
 #include "app/only_window.h"
 #include "app/refusal.h"
 #include "app/vesk_app.h"
@@ -68,6 +69,11 @@ void finishAtExit() {
     terminateNow(EXIT_FAILURE);
 }
 
+void endWithoutDisplay() {
+    std::fputs("Vesk can't open its window: no display can be reached.\n", stderr);
+    finishAtExit();
+}
+
 int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
     VeskApp vesk(std::move(sources));
     onlyWindow.onCall([&vesk] { vesk.comeForward(); });
@@ -83,7 +89,9 @@ int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
 }
 
 int runApplication(int argc, char** argv, Store::Sources sources) {
+    std::optional<DisplayNeeded> display(endWithoutDisplay);
     QGuiApplication application(argc, argv);
+    display.reset();
     QGuiApplication::setApplicationName(QStringLiteral("Vesk"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.vesk.Vesk"));
     quitOnSignals(application);

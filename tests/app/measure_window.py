@@ -19,7 +19,8 @@ REST_SECONDS = 5
 
 def start(program, home, **more):
     environment = dict(os.environ, HOME=home, TMPDIR=home, QT_QPA_PLATFORM="xcb", QT_QUICK_BACKEND="software", **more)
-    environment.pop("XDG_CONFIG_HOME", None)
+    for name in ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"):
+        environment.pop(name, None)
     return subprocess.Popen([program], env=environment, stderr=subprocess.PIPE, text=True)
 
 

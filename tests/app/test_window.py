@@ -8,7 +8,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 
-from window import PATIENCE, Window, act, is_checked, wait_for  # noqa: E402
+from window import PATIENCE, Window, act, is_checked, role_of, wait_for  # noqa: E402
 
 CARDS = 19
 # What a clean itself makes in the home: the Trash and the preferences.
@@ -39,12 +39,12 @@ class WindowTest(unittest.TestCase):
             self.window.close()
 
     def card_rows(self):
-        return [item for item in self.window.find("list", "Cards") if item.getRoleName() == "push button"]
+        return [item for item in self.window.find("list", "Cards") if role_of(item) == "push button"]
 
     def tick_only(self, title):
         """Leaves that card as the one that is ticked."""
         for row in self.card_rows():
-            switch = next(item for item in row if item.getRoleName() == "check box")
+            switch = next(item for item in row if role_of(item) == "check box")
             if is_checked(switch) != (row.name == title):
                 act(switch, "Toggle")
         wait_for("one ticked card", lambda: self.window.find("push button", lambda name: name == "Clean 36.2 MB"))
@@ -52,7 +52,7 @@ class WindowTest(unittest.TestCase):
     def test_every_card_can_be_read(self):
         wait_for("all cards", lambda: len(self.card_rows()) == CARDS)
         for row in self.card_rows():
-            switch = next(item for item in row if item.getRoleName() == "check box")
+            switch = next(item for item in row if role_of(item) == "check box")
             self.assertEqual(switch.name, row.name)
             self.assertEqual(is_checked(switch), row.description.startswith("Safe."), row.description)
 
@@ -63,7 +63,7 @@ class WindowTest(unittest.TestCase):
         self.window.press("push button", LARGEST)
         self.window.wait("dialog", LARGEST)
         structural = {"filler", "panel", "frame", "application", "scroll bar"}
-        nameless = [item.getRoleName() for item in self.window.items() if not item.name]
+        nameless = [role_of(item) for item in self.window.items() if not item.name]
         self.assertEqual([role for role in nameless if role not in structural], [])
 
     def test_clean_and_undo(self):
@@ -174,7 +174,7 @@ class WindowTest(unittest.TestCase):
         act(toggle, "Toggle")  # as something could that had it at hand
         inside = {LARGEST, "Done", "Include in clean", "Review", "Details"}
         wait_for("nothing else", lambda: not self.window.find("push button", "Scan again"))
-        pressable = {item.name for item in self.window.items() if item.getRoleName() in ("push button", "check box", "page tab")}
+        pressable = {item.name for item in self.window.items() if role_of(item) in ("push button", "check box", "page tab")}
         self.assertLessEqual(pressable, inside)
         reached = set()
         for _ in range(8):

@@ -42,7 +42,7 @@ def environment_for(folder, **more):
         QT_QUICK_BACKEND="software",
         QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
     )
-    for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"):
+    for name in ("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"):
         environment.pop(name, None)
     environment.update(more)
     return environment
@@ -119,7 +119,7 @@ class Window:
         """The first item with that role, whose name is `name` or is accepted by it; None when there is none."""
         accepts = name if callable(name) else lambda text: text == name
         for item in self.items():
-            if item.getRoleName() == role and accepts(item.name):
+            if role_of(item) == role and accepts(item.name):
                 return item
         return None
 
@@ -149,7 +149,7 @@ class Window:
             last = time.monotonic()
             kind, role, name, value = event.type.split(":")[2], "", "", None
             try:
-                role, name = event.source.getRoleName(), event.source.name
+                role, name = role_of(event.source), event.source.name
                 value = event.source.queryValue().currentValue if kind == "accessible-value" else None
             except (GLib.GError, NotImplementedError):
                 pass
@@ -187,10 +187,16 @@ class Window:
         accepts = name if callable(name) else lambda text: text == name
         for _ in range(80):
             item = self.focused()
-            if item and item.getRoleName() == role and accepts(item.name):
+            if item and role_of(item) == role and accepts(item.name):
                 return item
             self.keys("Tab")
         raise AssertionError(f"Tab does not reach {role} {name}")
+
+
+def role_of(item):
+    """The name of an item's role. Newer AT-SPI calls a push button a button."""
+    name = item.getRoleName()
+    return "push button" if name == "button" else name
 
 
 def act(item, name):

@@ -7,6 +7,7 @@
 #include <random>
 #include <sstream>
 
+#include "support/reachable_copy.h"
 #include "support/temporary_home.h"
 #include "support/trash_home.h"
 
@@ -14,13 +15,16 @@ namespace vesk::testing {
 
 namespace {
 
+const ReachableCopy driver(VESK_DRIVER);
+const ReachableCopy faultLibrary(VESK_FAULT_LIBRARY);
+
 std::string setting(const char* name, const char* otherwise) {
     const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody changes the environment
     return value == nullptr ? otherwise : value;
 }
 
 std::filesystem::path reportFile() {
-    return testRoot().parent_path() / "fault-report";
+    return testFolder() / "fault-report";
 }
 
 void readReport(FaultRun& run) {
@@ -50,7 +54,7 @@ std::string FaultPoint::text() const {
 FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& point) {
     std::ofstream(reportFile()).close();
     std::vector<std::string> environment = {
-        "LD_PRELOAD=" VESK_FAULT_LIBRARY,
+        "LD_PRELOAD=" + faultLibrary.path(),
         // A build with the address sanitizer wants to be loaded first, which no more than a preloaded library hinders.
         "ASAN_OPTIONS=" + setting("ASAN_OPTIONS", "verify_asan_link_order=1") + ":verify_asan_link_order=0",
         // The thread sanitizer would have each of these many runs wait for a second.
@@ -72,7 +76,7 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
     std::vector<std::string> arguments = {testRoot().string(), testHome().string()};
     arguments.insert(arguments.end(), steps.begin(), steps.end());
     FaultRun run;
-    run.program = runProgram(VESK_DRIVER, arguments, environment);
+    run.program = runProgram(driver.path(), arguments, environment);
     run.told = nlohmann::json::parse(run.program.output, nullptr, false);
     if (run.told.is_discarded()) {
         run.told = nullptr;

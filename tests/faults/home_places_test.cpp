@@ -6,6 +6,7 @@
 
 #include "platform/trash/trash_info.h"
 #include "support/child_program.h"
+#include "support/reachable_copy.h"
 #include "support/trash_home.h"
 
 namespace vesk {
@@ -14,12 +15,14 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing;
 
+const ReachableCopy driver(VESK_DRIVER);
+
 class HomePlacesTest : public TemporaryHome {
 protected:
     static nlohmann::json runIn(const fs::path& home, const std::vector<std::string>& steps) {
         std::vector<std::string> arguments = {testRoot().string(), home.string()};
         arguments.insert(arguments.end(), steps.begin(), steps.end());
-        const ProgramRun run = runProgram(VESK_DRIVER, arguments);
+        const ProgramRun run = runProgram(driver.path(), arguments);
         EXPECT_EQ(run.status, 0);
         return nlohmann::json::parse(run.output, nullptr, false);
     }

@@ -4,12 +4,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 #include "platform/world.h"
+#include "temporary_folder.h"
 
 namespace vesk::testing {
 
@@ -19,58 +23,49 @@ namespace fs = std::filesystem;
 
 Date stoppedClock;
 
-// Folders that a test made unreadable must not stop the clearing up.
-void makeRemovable(const fs::path& folder) {
-    std::error_code ignored;
-    fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
-    for (const fs::directory_entry& item : fs::directory_iterator(folder, ignored)) {
-        if (item.is_directory(ignored) && !item.is_symlink(ignored)) {
-            makeRemovable(item.path());
-        }
-    }
-}
+constexpr const char* folderName = "vesk-test";
 
-void removeTree(const fs::path& folder) {
-    makeRemovable(folder);
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-}
-
-// A file system in memory where there is one: tests make many small files, and a disk may be busy with other work.
+// A file system in memory where it has room: tests make many small files, and a disk may be busy with other work.
 // TMPDIR has the last word, so that the tests can be run on any file system.
 fs::path placeForTests() {
     const fs::path memory = "/dev/shm";
     const bool chosen = std::getenv("TMPDIR") != nullptr;  // NOLINT(concurrency-mt-unsafe): no other thread yet
-    return !chosen && access(memory.c_str(), W_OK) == 0 ? memory : fs::temp_directory_path();
+    const fs::path disk = TemporaryFolder::systemPlace();
+    if (chosen || !hasRoomForTests(memory)) {
+        TemporaryFolder::removeLeftBehind(folderName, memory);
+        return disk;
+    }
+    TemporaryFolder::removeLeftBehind(folderName, disk);
+    return memory;
 }
 
 // Owns the temporary folder of this test program.
 class TestWorld {
 public:
-    TestWorld() {
-        std::string pattern = (placeForTests() / "vesk-test-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) {
-            std::abort();
+    TestWorld() : place_(placeForTests()), folder_(folderName, place_) {
+        if (folder_.path().empty()) {
+            std::fprintf(stderr, "cannot make a folder for the tests in %s: %s; TMPDIR can name another place\n",
+                         place_.c_str(), std::generic_category().message(errno).c_str());
+            std::exit(EXIT_FAILURE);  // NOLINT(concurrency-mt-unsafe): no other thread yet
         }
-        folder_ = fs::canonical(pattern);
-        root_ = folder_ / "root";
+        root_ = folder_.path() / "root";
         home_ = root_ / "Users/tester";
         setWorld(World::below(root_, home_));
     }
-    ~TestWorld() { removeTree(folder_); }
-    TestWorld(const TestWorld&) = delete;
-    TestWorld& operator=(const TestWorld&) = delete;
 
     void empty() const {
         removeTree(root_);
+        requireSpace(folder_.path());
         fs::create_directories(home_);
     }
 
+    const fs::path& folder() const { return folder_.path(); }
     const fs::path& root() const { return root_; }
     const fs::path& home() const { return home_; }
 
 private:
-    fs::path folder_;
+    fs::path place_;
+    TemporaryFolder folder_;
     fs::path root_;
     fs::path home_;
 };
@@ -87,7 +82,34 @@ timespec timespecOf(Date date) {
     return timespec{static_cast<time_t>(seconds), static_cast<long>(count - seconds * perSecond)};
 }
 
+// Ends a test that cannot write what it needs.
+[[noreturn]] void failToWrite(const fs::path& path) {
+    const std::error_code failure(errno, std::generic_category());
+    throw fs::filesystem_error("the test cannot write its files", path, failure);
+}
+
 }  // namespace
+
+bool hasRoomForTests(const fs::path& place) {
+    // Many programs run side by side, and the largest of their worlds, the demo's, takes a quarter of it.
+    constexpr std::uintmax_t enough = std::uintmax_t{1} << 30U;
+    std::error_code failure;
+    const fs::space_info space = fs::space(place, failure);
+    return !failure && access(place.c_str(), W_OK) == 0 && space.available >= enough;
+}
+
+void requireSpace(const fs::path& folder) {
+    constexpr std::uintmax_t least = std::uintmax_t{4} << 20U;
+    std::error_code failure;
+    if (const fs::space_info space = fs::space(folder, failure); failure || space.available < least) {
+        throw std::runtime_error("the disk that holds " + folder.string() +
+                                 " is full; TMPDIR can name another place for the tests");
+    }
+}
+
+const fs::path& testFolder() {
+    return testWorld().folder();
+}
 
 const fs::path& testRoot() {
     return testWorld().root();
@@ -110,7 +132,9 @@ void writeFile(const fs::path& path, std::string_view content) {
     std::ofstream file(path, std::ios::binary);
     file << content;
     file.close();
-    ASSERT_TRUE(file.good()) << path;
+    if (!file.good()) {
+        failToWrite(path);
+    }
 }
 
 void makeFile(const fs::path& path, std::int64_t size) {

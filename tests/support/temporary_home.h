@@ -15,6 +15,8 @@
 
 namespace vesk::testing {
 
+/// The folder of this test program, which is there until its end. The made-up world lies in it.
+const std::filesystem::path& testFolder();
 /// The folder that stands for "/".
 const std::filesystem::path& testRoot();
 /// The home folder below it, "/Users/tester".
@@ -25,7 +27,14 @@ Date secondsAgo(double seconds);
 /// A date so many days before `now()`.
 Date daysAgo(double days);
 
-/// Writes a file with this content, with the folders above it.
+/// Whether a folder can be written in and its file system has room for the worlds of tests that run side by side.
+bool hasRoomForTests(const std::filesystem::path& place);
+
+/// Throws, with a sentence that says why, when the file system of a folder is full. Each test begins with that.
+void requireSpace(const std::filesystem::path& folder);
+
+/// Writes a file with this content, with the folders above it. Like the two below, throws when that fails, which ends
+/// the test with the reason.
 void writeFile(const std::filesystem::path& path, std::string_view content);
 
 /// Makes a file of `size` bytes, written out so that it takes space on disk, with the folders above it.

@@ -18,6 +18,17 @@ namespace {
 class Setup : public QObject {
     Q_OBJECT
 
+public:
+    // Qt and fontconfig keep caches and sockets in folders of whoever runs this.
+    Setup() {
+        const QByteArray folder = QByteArray::fromStdString(folder_.path().string());
+        qputenv("HOME", folder);
+        qputenv("XDG_RUNTIME_DIR", folder);
+        for (const char* place : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
+            qunsetenv(place);
+        }
+    }
+
 public Q_SLOTS:
     void applicationAvailable() {
         vesk::setWorld(vesk::World::below(folder_.path() / "root", folder_.path() / "root/Users/tester"));

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <locale>
 
 #include "platform/world.h"
 #include "support/temporary_home.h"
@@ -38,6 +39,17 @@ TEST_F(ReducedMotionTest, IsReadFromTheDesktopsSettings) {
     EXPECT_FALSE(reducedMotionWanted());
     write("kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
     EXPECT_TRUE(reducedMotionWanted());
+}
+
+TEST_F(ReducedMotionTest, TheDesktopsFactorHasADecimalPointInEveryLocale) {
+    class DecimalComma : public std::numpunct<char> {
+    protected:
+        char do_decimal_point() const override { return ','; }
+    };
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
+    write("kdeglobals", "[KDE]\nAnimationDurationFactor=0.5\n");
+    EXPECT_FALSE(reducedMotionWanted());
+    std::locale::global(before);
 }
 
 TEST_F(ReducedMotionTest, OddSettingsFilesAreNoAnswer) {

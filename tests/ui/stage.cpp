@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QJSEngine>
+#include <QQuickItem>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -77,16 +78,20 @@ bool needsName(const QAccessibleInterface& item) {
     return role != QAccessible::Client && role != QAccessible::Window && role != QAccessible::NoRole;
 }
 
-QStringList namelessBelow(const QAccessibleInterface* item) {
-    QStringList found;
-    if (item == nullptr || item->state().invisible) {
+// Everything accessible that is in an item, from the top; what only groups others is no part of it.
+QList<QAccessibleInterface*> accessibleIn(QQuickItem* item) {
+    QList<QAccessibleInterface*> found;
+    if (QAccessibleInterface* const own = QAccessible::queryAccessibleInterface(item)) {
+        found.append(own);
+        for (qsizetype next = 0; next < found.size(); ++next) {
+            for (int place = 0; place < found.at(next)->childCount(); ++place) {
+                found.append(found.at(next)->child(place));
+            }
+        }
         return found;
     }
-    if (needsName(*item) && item->text(QAccessible::Name).isEmpty()) {
-        found.append(QString::fromLatin1(item->object()->metaObject()->className()));
-    }
-    for (int place = 0; place < item->childCount(); ++place) {
-        found += namelessBelow(item->child(place));
+    for (QQuickItem* const child : item->childItems()) {
+        found += accessibleIn(child);
     }
     return found;
 }
@@ -140,8 +145,22 @@ void Stage::release() {
     }
 }
 
-QStringList Stage::nameless(QObject* item) {
-    return namelessBelow(QAccessible::queryAccessibleInterface(item));
+QStringList Stage::readable(QQuickItem* item) {
+    QStringList names;
+    for (const QAccessibleInterface* const found : accessibleIn(item)) {
+        names.append(found->text(QAccessible::Name));
+    }
+    return names;
+}
+
+QStringList Stage::nameless(QQuickItem* item) {
+    QStringList classes;
+    for (const QAccessibleInterface* const found : accessibleIn(item)) {
+        if (!found->state().invisible && needsName(*found) && found->text(QAccessible::Name).isEmpty()) {
+            classes.append(QString::fromLatin1(found->object()->metaObject()->className()));
+        }
+    }
+    return classes;
 }
 
 }  // namespace vesk

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QQuickItem>
 #include <QVariant>
 #include <latch>
 #include <memory>
@@ -30,7 +31,9 @@ public:
     /// Lets waiting rules end.
     Q_INVOKABLE void release();
     /// Types of the controls and figures in an item that assistive technology sees without a name.
-    Q_INVOKABLE static QStringList nameless(QObject* item);
+    Q_INVOKABLE static QStringList nameless(QQuickItem* item);
+    /// Names of all that assistive technology finds in an item, also out of sight.
+    Q_INVOKABLE static QStringList readable(QQuickItem* item);
 
 private:
     std::unique_ptr<Store> store_;

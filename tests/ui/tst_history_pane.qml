@@ -66,6 +66,16 @@ ViewTest {
         compare(Stage.nameless(view), []);
     }
 
+    // Newer Qt places what a list's delegates are made of itself.
+    function test_rows_are_as_wide_as_the_pane() {
+        const view = open([{bytes: mb, titles: ["a"]}, {bytes: mb, titles: ["b"]}]);
+        for (let index = 0; index < 2; ++index) {
+            const plate = named(row(view, index), "historyPlate");
+            const place = view.mapFromItem(plate, 0, 0, plate.width, 1);
+            compare([place.x, place.width], [0, view.width]);
+        }
+    }
+
     function test_undo_is_off_while_busy() {
         const store = Stage.open([], {history: [{bytes: mb, titles: ["a"]}], hold: 1});
         const view = show(pane, {store: store});

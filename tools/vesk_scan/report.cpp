@@ -60,7 +60,8 @@ std::string withEscapes(const std::string& json) {
     QString text;
     for (const QChar character : QString::fromStdString(json)) {
         if (isObeyed(character)) {
-            text += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+            const uint unit = character.unicode();  // as a number: newer Qt takes a char16_t for a character
+            text += QStringLiteral("\\u%1").arg(unit, 4, 16, QLatin1Char('0'));
         } else {
             text += character;
         }

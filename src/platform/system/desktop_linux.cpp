@@ -1,10 +1,11 @@
 // Desktops on Linux have no setting for motion in common. GTK's is honoured by most of them (its own settings file,
 // which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has one of its own.
 
-#include <charconv>
 #include <filesystem>
 #include <fstream>
+#include <locale>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -51,10 +52,13 @@ bool isFalse(const std::optional<std::string>& value) {
     return value && (*value == "0" || *value == "false" || *value == "False" || *value == "FALSE");
 }
 
+// Reads the number with a decimal point, whatever the user's locale writes. (libc++ has no std::from_chars for
+// doubles.)
 bool isZero(const std::optional<std::string>& value) {
+    std::istringstream stream(value.value_or(""));
+    stream.imbue(std::locale::classic());
     double number = 1;
-    return value && std::from_chars(value->data(), value->data() + value->size(), number).ec == std::errc() &&
-           number <= 0;
+    return stream >> number && number <= 0;
 }
 
 }  // namespace

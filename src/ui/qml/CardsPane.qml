@@ -75,11 +75,13 @@ ColumnLayout {
         ListView {
             id: list
 
+            // For the rows' shadows and focus rings, which reach beyond them.
+            readonly property real sideRoom: 12
+
             objectName: "cardList"
             anchors.fill: parent
-            // Room for the rows' shadows and focus rings, which reach beyond them.
-            anchors.leftMargin: -12
-            anchors.rightMargin: -12
+            anchors.leftMargin: -sideRoom
+            anchors.rightMargin: -sideRoom
             clip: true
             visible: pane.store.cards.count > 0
             model: pane.store.cards
@@ -100,9 +102,9 @@ ColumnLayout {
                     return;
                 }
                 positionViewAtIndex(row, ListView.Contain);
-                const item = itemAtIndex(row);
+                const item = itemAtIndex(row) as CardRow;
                 if (item) {
-                    item.forceActiveFocus(Qt.TabFocusReason);
+                    item.button.forceActiveFocus(Qt.TabFocusReason);
                 }
             }
 
@@ -110,12 +112,12 @@ ColumnLayout {
                 id: row
 
                 store: pane.store
-                x: 12
-                width: ListView.view.width - 24
+                width: ListView.view.width
+                sideRoom: list.sideRoom
                 Keys.onUpPressed: list.focusRow(index - 1)
                 Keys.onDownPressed: list.focusRow(index + 1)
-                onActiveFocusChanged: {
-                    if (activeFocus) {
+                button.onActiveFocusChanged: {
+                    if (button.activeFocus) {
                         list.positionViewAtIndex(index, ListView.Contain);
                     }
                 }

@@ -38,11 +38,13 @@ Item {
     ListView {
         id: list
 
+        // For the rows' shadows and focus rings, which reach beyond them.
+        readonly property real sideRoom: 12
+
         objectName: "historyList"
         anchors.fill: parent
-        // Room for the rows' shadows and focus rings, which reach beyond them.
-        anchors.leftMargin: -12
-        anchors.rightMargin: -12
+        anchors.leftMargin: -sideRoom
+        anchors.rightMargin: -sideRoom
         visible: pane.store.history.count > 0
         clip: true
         model: pane.store.history
@@ -57,7 +59,8 @@ Item {
         Accessible.ignored: !enabled
         Accessible.name: "History"
 
-        delegate: Rectangle {
+        // The plate lies in a plain item for the same reason as that of a card (CardRow).
+        delegate: Item {
             id: row
 
             required property int index
@@ -74,92 +77,100 @@ Item {
             readonly property string snapshots: snapshotsRemoved >= 1 ? `${snapshotsRemoved} snapshots can't be restored` : ""
             readonly property string outcome: preview ? "Nothing changed" : undone ? "Restored" : ""
 
-            x: 12
-            width: ListView.view.width - 24
+            width: ListView.view.width
             height: columns.implicitHeight + 32
-            radius: 20
-            color: Theme.card
-            Accessible.role: Accessible.ListItem
-            Accessible.ignored: !enabled
-            Accessible.name: `${amount}. ${titles}. ${dateText}. ${snapshots} ${outcome}`.trim()
 
-            SoftShadow {
-                cornerRadius: 20
-                blurRadius: 12
-                offset: 3
-            }
-            RowLayout {
-                id: columns
+            Rectangle {
+                id: plate
 
+                objectName: "historyPlate"
                 anchors.fill: parent
-                anchors.margins: 16
-                anchors.leftMargin: 20
-                anchors.rightMargin: 20
-                spacing: Theme.wideGap
+                anchors.leftMargin: list.sideRoom
+                anchors.rightMargin: list.sideRoom
+                radius: 20
+                color: Theme.card
+                Accessible.role: Accessible.ListItem
+                Accessible.ignored: !enabled
+                Accessible.name: `${row.amount}. ${row.titles}. ${row.dateText}. ${row.snapshots} ${row.outcome}`.trim()
 
-                ColumnLayout {
-                    spacing: 2
+                SoftShadow {
+                    cornerRadius: 20
+                    blurRadius: 12
+                    offset: 3
+                }
+                RowLayout {
+                    id: columns
 
-                    Words {
-                        said: true
-                        objectName: "amountText"
-                        Layout.fillWidth: true
-                        text: row.amount
-                        weight: Font.Bold
-                        wrapMode: Text.Wrap
-                    }
-                    Words {
-                        said: true
-                        objectName: "titlesText"
-                        Layout.fillWidth: true
-                        text: row.titles
-                        font.pixelSize: Theme.callout
-                        wrapMode: Text.Wrap
-                        elide: Text.ElideRight
-                        maximumLineCount: 3
-                    }
-                    Words {
-                        said: true
-                        objectName: "dateText"
-                        Layout.fillWidth: true
-                        text: row.dateText
-                        color: Theme.softInk
-                        font.pixelSize: Theme.caption
-                        elide: Text.ElideRight
-                    }
-                    Words {
-                        said: true
-                        objectName: "snapshotsText"
-                        Layout.fillWidth: true
-                        visible: row.snapshots !== ""
-                        text: row.snapshots
-                        color: Theme.accent
-                        font.pixelSize: Theme.caption
-                        weight: Font.Bold
-                        wrapMode: Text.Wrap
-                    }
-                }
-                Words {
-                    said: true
-                    objectName: "outcomeText"
-                    visible: row.outcome !== ""
-                    text: row.outcome
-                    color: row.preview ? Theme.softInk : Theme.green
-                    font.pixelSize: Theme.callout
-                    weight: Font.Bold
-                }
-                ActionButton {
-                    objectName: "undoButton"
-                    visible: row.outcome === ""
-                    text: "Undo"
-                    available: !pane.store.busy
-                    onClicked: pane.store.undo(row.entryId)
-                    onActiveFocusChanged: {
-                        if (activeFocus) {
-                            list.positionViewAtIndex(row.index, ListView.Contain);
+                    anchors.fill: parent
+                    anchors.margins: 16
+                    anchors.leftMargin: 20
+                    anchors.rightMargin: 20
+                    spacing: Theme.wideGap
+
+                    ColumnLayout {
+                        spacing: 2
+
+                        Words {
+                            said: true
+                            objectName: "amountText"
+                            Layout.fillWidth: true
+                            text: row.amount
+                            weight: Font.Bold
+                            wrapMode: Text.Wrap
+                        }
+                        Words {
+                            said: true
+                            objectName: "titlesText"
+                            Layout.fillWidth: true
+                            text: row.titles
+                            font.pixelSize: Theme.callout
+                            wrapMode: Text.Wrap
+                            elide: Text.ElideRight
+                            maximumLineCount: 3
+                        }
+                        Words {
+                            said: true
+                            objectName: "dateText"
+                            Layout.fillWidth: true
+                            text: row.dateText
+                            color: Theme.softInk
+                            font.pixelSize: Theme.caption
+                            elide: Text.ElideRight
+                        }
+                        Words {
+                            said: true
+                            objectName: "snapshotsText"
+                            Layout.fillWidth: true
+                            visible: row.snapshots !== ""
+                            text: row.snapshots
+                            color: Theme.accent
+                            font.pixelSize: Theme.caption
+                            weight: Font.Bold
+                            wrapMode: Text.Wrap
                         }
                     }
-                    hint: row.Accessible.name
+                    Words {
+                        said: true
+                        objectName: "outcomeText"
+                        visible: row.outcome !== ""
+                        text: row.outcome
+                        color: row.preview ? Theme.softInk : Theme.green
+                        font.pixelSize: Theme.callout
+                        weight: Font.Bold
+                    }
+                    ActionButton {
+                        objectName: "undoButton"
+                        visible: row.outcome === ""
+                        text: "Undo"
+                        available: !pane.store.busy
+                        onClicked: pane.store.undo(row.entryId)
+                        onActiveFocusChanged: {
+                            if (activeFocus) {
+                                list.positionViewAtIndex(row.index, ListView.Contain);
+                            }
+                        }
+                        hint: plate.Accessible.name
+                    }
                 }
             }
         }
