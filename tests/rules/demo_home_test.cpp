@@ -3,6 +3,7 @@
 #include "demo_home/demo_home.h"
 
 #include <set>
+#include <stdexcept>
 
 #include "platform/files/files.h"
 #include "rules/catalogue.h"
@@ -88,11 +89,12 @@ class DemoHome : public TemporaryHome {
 protected:
     DemoHome() {
         stopClock(now());
+        requireSpace(testRoot(), roomForDemoHome);
         const std::optional<World> made = makeDemoHome(folder());
-        EXPECT_TRUE(made);
-        if (made) {
-            setWorld(*made);
+        if (!made) {
+            throw std::runtime_error("the demo's home cannot be made");
         }
+        setWorld(*made);
     }
 
     static std::filesystem::path folder() { return testRoot() / "Mac"; }

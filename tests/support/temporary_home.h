@@ -30,8 +30,9 @@ Date daysAgo(double days);
 /// Whether a folder can be written in and its file system has room for the worlds of tests that run side by side.
 bool hasRoomForTests(const std::filesystem::path& place);
 
-/// Throws, with a sentence that says why, when the file system of a folder is full. Each test begins with that.
-void requireSpace(const std::filesystem::path& folder);
+/// Throws, with a sentence that says why, when the file system of a folder has less room than that. Each test begins
+/// with it.
+void requireSpace(const std::filesystem::path& folder, std::uintmax_t bytes = std::uintmax_t{4} << 20U);
 
 /// Writes a file with this content, with the folders above it. Like the two below, throws when that fails, which ends
 /// the test with the reason.

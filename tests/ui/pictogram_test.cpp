@@ -31,6 +31,7 @@ int drawnPixels(const QImage& image) {
 class PictogramTest : public testing::TemporaryHome {};
 
 TEST_F(PictogramTest, EverySymbolThatARuleNamesHasADrawing) {
+    testing::requireSpace(testing::testRoot(), roomForDemoHome);
     const std::optional<World> demo = makeDemoHome(testing::testRoot() / "demo");
     ASSERT_TRUE(demo);
     const World before = world();

@@ -12,6 +12,9 @@
 
 namespace vesk {
 
+/// Room in bytes for a made-up Mac; more than it takes.
+inline constexpr std::uintmax_t roomForDemoHome = std::uintmax_t{300} << 20U;
+
 /// Fills `folder`, which must be absolute and empty or not there yet, and returns the world that lies in it: `folder`
 /// stands for "/", the home is below "Users". Ages count from `now()`. Takes about 250 MB on disk, set aside without
 /// being written where the file system can do that. Absent when the folder holds anything or something could not be
