@@ -208,9 +208,9 @@ private:
         worker.share();
     }
 
-    // The home and its own folders may lie anywhere; below them links and other file systems are not entered.
+    // The home may lie anywhere; below it links and other file systems are not entered.
     static std::vector<FolderItem> childrenOf(const Folder& folder) {
-        if (folder.level <= homeLevel + 1) {
+        if (folder.level == homeLevel) {
             return rules::childrenOf(folder.path, ListingDetail::kinds);
         }
         return listSubfolder(folder.path.parent_path(), folder.path.filename().string(), ListingDetail::kinds).items;
