@@ -46,8 +46,8 @@ public:
     static std::optional<Date> useDate(const ResourceValues& values);
 
     /// Measures a file, or everything below a folder (a link is followed when it is `url` itself, not when it is met
-    /// on the way). Nothing for an item that is missing or may not be looked at, and for a folder at which a file system
-    /// is mounted. Unreadable items below are passed over; a refusal among them sets `blocked`. Each name of a
+    /// on the way). Nothing for an item that is missing or may not be looked at, and for a folder at which a file
+    /// system is mounted. Unreadable items below are passed over; a refusal among them sets `blocked`. Each name of a
     /// hard-linked file counts.
     Measurement measure(const std::filesystem::path& url);
 

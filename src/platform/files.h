@@ -1,5 +1,6 @@
 // The door to single files and folders: every listing, existence test, look at one item and move goes through here.
-// Nothing here follows a link or changes an access time unless it says so, and nothing throws. Callable from any thread.
+// Nothing here follows a link or changes an access time unless it says so, and nothing throws. Callable from any
+// thread.
 #pragma once
 
 #include <cstdint>

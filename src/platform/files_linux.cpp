@@ -37,9 +37,9 @@ std::optional<MountIdentity> mountIdentityAt(int folder, const char* path, int f
     return MountIdentity{(found.stx_mask & STATX_MNT_ID) != 0 ? found.stx_mnt_id : deviceOf(found)};
 }
 
-// What a child process of this one finds, with every mount read-only: there the kernel sets no access date. Between fork
-// and exit it may make plain system calls alone, since other threads may have held locks. Writes the path that the link
-// leads to into the pipe, or an empty one; ends with 0 when that is the truth.
+// What a child process of this one finds, with every mount read-only: there the kernel sets no access date. Between
+// fork and exit it may make plain system calls alone, since other threads may have held locks. Writes the path that the
+// link leads to into the pipe, or an empty one; ends with 0 when that is the truth.
 [[noreturn]] void followAmongReadOnlyMounts(const char* link, int pipe) {
     mount_attr readOnly{};
     readOnly.attr_set = MOUNT_ATTR_RDONLY;
@@ -95,7 +95,8 @@ bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::fi
 bool isMountPoint(const std::filesystem::path& folder) {
     struct statx found {};
     const int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
-    return statx(AT_FDCWD, folder.c_str(), flags, 0, &found) == 0 && (found.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+    return statx(AT_FDCWD, folder.c_str(), flags, 0, &found) == 0 &&
+           (found.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 std::optional<FolderIdentity> folderIdentityAt(int folder, const char* path) {
