@@ -69,18 +69,23 @@ std::optional<Date> Probe::useDate(const ResourceValues& values) {
 }
 
 Probe::Measurement Probe::measure(const std::filesystem::path& url) {
+    return measureExisting(url).value_or(Measurement{});
+}
+
+std::optional<Probe::Measurement> Probe::measureExisting(const std::filesystem::path& url) {
     const std::optional<ResourceValues> values = resourceValues(url);
     if (!values) {
-        return {};
+        return std::nullopt;
     }
     if (values->isRegularFile) {
         return measureFile(*values);
     }
-    if (values->isDirectory) {
-        return measureFolder(url);
+    if (!values->isSymbolicLink) {
+        // What is mounted below a folder is not part of it, and no Trash could take it.
+        return isMountPoint(url) ? Measurement{} : measureFolder(url);
     }
-    const std::optional<std::filesystem::path> target = resolvingLinks(url);
-    return target ? measureFolder(*target) : Measurement{};
+    const std::optional<std::filesystem::path> target = followLink(url);
+    return target ? std::optional(measureFolder(*target)) : std::nullopt;
 }
 
 Probe::Measurement Probe::measureFile(const ResourceValues& values) {
@@ -126,11 +131,11 @@ Probe::Measurement Probe::measureFolder(const std::filesystem::path& folder) {
 }
 
 std::optional<Entry> Probe::entry(const std::filesystem::path& url, std::string name) {
-    if (!itemExists(url)) {
+    const std::optional<Measurement> measured = measureExisting(url);
+    if (!measured) {
         return std::nullopt;
     }
-    const Measurement measured = measure(url);
-    return Entry{Uuid::random(), url, std::move(name), measured.size, measured.newest};
+    return Entry{Uuid::random(), url, std::move(name), measured->size, measured->newest};
 }
 
 }  // namespace vesk

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -45,8 +46,9 @@ public:
     static std::optional<Date> useDate(const ResourceValues& values);
 
     /// Measures a file, or everything below a folder (a link is followed when it is `url` itself, not when it is met
-    /// on the way). Nothing for an item that is missing or may not be looked at. Unreadable items below are passed
-    /// over; a refusal among them sets `blocked`. Each name of a hard-linked file counts.
+    /// on the way). Nothing for an item that is missing or may not be looked at, and for a folder at which a file
+    /// system is mounted. Unreadable items below are passed over; a refusal among them sets `blocked`. Each name of a
+    /// hard-linked file counts.
     Measurement measure(const std::filesystem::path& url);
 
     /// A new entry for an existing item, measured; absent when nothing exists there (a dangling link does not exist).
@@ -56,8 +58,13 @@ public:
     const std::shared_ptr<Tracker> tracker;
     /// Set to true, and never back, when this probe's walks or the rule using it met a permission refusal.
     bool blocked = false;
+    /// The own dates of the items that the rule offers for their age, as it saw them: a clean leaves alone what has
+    /// become newer since.
+    std::map<std::filesystem::path, ItemDates> judgedBy;
 
 private:
+    /// Absent when nothing exists there.
+    std::optional<Measurement> measureExisting(const std::filesystem::path& url);
     Measurement measureFile(const ResourceValues& values);
     Measurement measureFolder(const std::filesystem::path& folder);
 };

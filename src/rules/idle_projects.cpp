@@ -132,6 +132,13 @@ public:
         return newest;
     }
 
+    /// The date of a child itself; absent when it has none or is not there.
+    std::optional<Date> ownDate(std::string_view name) const {
+        const auto child =
+            std::find_if(children_.begin(), children_.end(), [&](const Child& c) { return c.item.name == name; });
+        return child == children_.end() ? std::nullopt : child->item.contentModificationDate;
+    }
+
 private:
     struct Child {
         FolderItem item;
@@ -208,9 +215,9 @@ private:
         worker.startSharing();
     }
 
-    // The home and its own folders may lie anywhere; below them links and other file systems are not entered.
+    // The home may lie anywhere; below it links and other file systems are not entered.
     static std::vector<FolderItem> childrenOf(const Folder& folder) {
-        if (folder.level <= homeLevel + 1) {
+        if (folder.level == homeLevel) {
             return rules::childrenOf(folder.path, ListingDetail::kinds);
         }
         return listSubfolder(folder.path.parent_path(), folder.path.filename().string(), ListingDetail::kinds).items;
@@ -225,6 +232,8 @@ private:
             return;
         }
         const std::filesystem::path url = project / kind.folder;
+        // The dates that tell of rest are the project's; that the folder was made again since shows in its own.
+        part.probe.judgedBy[url] = {.modified = dates->ownDate(kind.folder), .accessed = {}};
         part.hits.push_back(
             {static_cast<std::size_t>(&kind - kinds.data()),
              Entry{Uuid::random(), url, label(project.filename().string()), part.probe.measure(url).size, touched}});
@@ -234,6 +243,7 @@ private:
         std::vector<Hit> hits;
         for (Part& part : parts_) {
             probe_.blocked = probe_.blocked || part.probe.blocked;
+            probe_.judgedBy.merge(part.probe.judgedBy);
             std::move(part.hits.begin(), part.hits.end(), std::back_inserter(hits));
         }
         // Which thread came where is chance; the order of the paths is that of a search by one alone.

@@ -130,6 +130,7 @@ std::vector<Card> Scanner::orphanCard(Probe& probe) {
         std::optional<Entry> entry = probe.entry(location / item.name, pretty(label(item.name)));
         // Something newer inside shows that the folder is in use.
         if (entry && entry->lastUsed.value_or(Date::min()) < cutOff) {
+            probe.judgedBy[entry->url] = {.modified = item.contentModificationDate, .accessed = {}};
             entries.push_back(*std::move(entry));
         }
     }

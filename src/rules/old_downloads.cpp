@@ -42,6 +42,7 @@ std::vector<Card> oldDownloads(Probe& probe) {
     for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
         const std::optional<ResourceValues> values = resourceValues(location / item.name);
         if (values && isOld(*values, cutOff)) {
+            probe.judgedBy[location / item.name] = {values->contentModificationDate, values->contentAccessDate};
             add(entries, probe.entry(location / item.name, label(item.name)));
         }
     }

@@ -26,9 +26,9 @@ RuleResult runRule(const Spec& rule, std::shared_ptr<Tracker> tracker) {
     enterBackground();
     Probe probe(std::move(tracker));
     std::vector<Card> cards = rule.run(probe);
-    SeenFolders folders;
-    folders.look(cards);
-    return RuleResult{rule.label, std::move(cards), probe.blocked, std::move(folders)};
+    SeenItems seen;
+    seen.look(cards, probe);
+    return RuleResult{rule.label, std::move(cards), probe.blocked, std::move(seen)};
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include "core/spec.h"
 #include "core/tracker.h"
 #include "state/notifier.h"
-#include "state/seen_folders.h"
+#include "state/seen_items.h"
 
 namespace vesk {
 
@@ -20,8 +20,8 @@ struct RuleResult {
     std::vector<Card> cards;
     /// Whether its probe was refused somewhere.
     bool blocked = false;
-    /// The folders that the cards' entries lie in.
-    SeenFolders folders;
+    /// What it saw of the cards' entries.
+    SeenItems seen;
 };
 
 class ScanRun {

@@ -24,7 +24,7 @@
 #include "state/detached_task.h"
 #include "state/history_entry.h"
 #include "state/history_list.h"
-#include "state/seen_folders.h"
+#include "state/seen_items.h"
 
 class QTimer;
 
@@ -244,15 +244,15 @@ private:
     bool historyUnsaved_ = false;
     bool previewOnly_ = false;
 
-    // Where the entries of `cards` lay.
-    SeenFolders seenFolders_;
+    // What the scan saw of the entries of `cards`.
+    SeenItems seenItems_;
 
     // Of the running scan.
     std::unique_ptr<ScanRun> scanRun_;
     QTimer* poller_ = nullptr;
     std::vector<Card> collectedCards_;
     std::vector<std::string> collectedBlocked_;
-    SeenFolders collectedFolders_;
+    SeenItems collectedItems_;
     std::size_t finishedRules_ = 0;
 
     // Of the running clean, preview or undo.

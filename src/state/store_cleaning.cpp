@@ -79,7 +79,7 @@ std::vector<CleaningItem> Store::workListOf(const std::vector<Card>& cards) cons
     std::vector<CleaningItem> workList;
     for (const Card& card : cards) {
         for (const Entry& entry : card.entries) {
-            workList.push_back({SeenItem{entry.url, seenFolders_.folderOf(entry.url)}, entry.size});
+            workList.push_back({seenItems_.itemAt(entry.url), entry.size});
         }
     }
     return workList;

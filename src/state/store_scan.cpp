@@ -50,7 +50,7 @@ void Store::scan() {
 
     collectedCards_.clear();
     collectedBlocked_.clear();
-    collectedFolders_ = {};
+    collectedItems_ = {};
     finishedRules_ = 0;
     scanRun_ = std::make_unique<ScanRun>(sources_.catalogue(),
                                          [this](RuleResult result) { takeRuleResult(std::move(result)); });
@@ -73,7 +73,7 @@ void Store::publishCounts() {
 
 void Store::takeRuleResult(RuleResult result) {
     std::move(result.cards.begin(), result.cards.end(), std::back_inserter(collectedCards_));
-    collectedFolders_.merge(std::move(result.folders));
+    collectedItems_.merge(std::move(result.seen));
     if (result.blocked) {
         collectedBlocked_.push_back(std::move(result.label));
     }
@@ -88,7 +88,7 @@ void Store::takeRuleResult(RuleResult result) {
 void Store::finishScan() {
     poller_->stop();
 
-    seenFolders_ = std::exchange(collectedFolders_, {});
+    seenItems_ = std::exchange(collectedItems_, {});
     cardList_.replace(inPriorityOrder(std::exchange(collectedCards_, {})));
     Q_EMIT cardsChanged();
     std::sort(collectedBlocked_.begin(), collectedBlocked_.end());

@@ -1,10 +1,12 @@
 #include "platform/files/files.h"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 
+#include "support/private_mounts.h"
 #include "support/temporary_home.h"
 
 namespace vesk {
@@ -122,6 +124,79 @@ TEST_F(FilesTest, ExistenceFollowsLinks) {
     EXPECT_FALSE(itemExists(testHome() / "refused/file"));
 }
 
+TEST_F(FilesTest, FollowsALinkToItsEnd) {
+    makeFile(testHome() / "folder/file", 1);
+    makeLink(testHome() / "link", "folder");
+    makeLink(testHome() / "chain", "link/file");
+    makeLink(testHome() / "dangling", "nowhere");
+    makeLink(testHome() / "loop", "loop");
+    makeFolder(testHome() / "refused/inner");
+    makeLink(testHome() / "to refused", "refused/inner");
+    fs::permissions(testHome() / "refused", fs::perms::none);
+    EXPECT_EQ(followLink(testHome() / "link"), fs::canonical(testHome() / "folder"));
+    EXPECT_EQ(followLink(testHome() / "chain"), fs::canonical(testHome() / "folder/file"));
+    for (const char* nowhere : {"dangling", "loop", "to refused", "missing"}) {
+        EXPECT_EQ(followLink(testHome() / nowhere), std::nullopt) << nowhere;
+    }
+}
+
+TEST_F(FilesTest, AFollowedLinkKeepsItsAccessDate) {
+    if (!testing::privateMountsAreAllowed()) {
+        GTEST_SKIP() << "no mount namespaces here";
+    }
+    makeFile(testHome() / "folder/file", 1);
+    makeLink(testHome() / "inner", "folder");
+    makeLink(testHome() / "link", "inner");
+    makeLink(testHome() / "dangling", "nowhere");
+    const std::vector<const char*> links = {"inner", "link", "dangling"};
+    for (const char* link : links) {
+        setDates(testHome() / link, daysAgo(70), daysAgo(80));
+    }
+    const std::vector<Date> before = {daysAgo(81), daysAgo(79)};
+    EXPECT_TRUE(itemExists(testHome() / "link"));
+    EXPECT_FALSE(itemExists(testHome() / "dangling"));
+    EXPECT_TRUE(followLink(testHome() / "link"));
+    for (const char* link : links) {
+        const std::optional<Date> accessed = resourceValues(testHome() / link)->contentAccessDate;
+        EXPECT_TRUE(accessed > before[0] && accessed < before[1]) << link;
+    }
+}
+
+TEST_F(FilesTest, FollowsALinkAlsoWhereNoProcessCanBeStarted) {
+    makeFolder(testHome() / "folder");
+    makeLink(testHome() / "link", "folder");
+    rlimit allowed{};
+    ASSERT_EQ(getrlimit(RLIMIT_NPROC, &allowed), 0);
+    const rlimit none{0, allowed.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NPROC, &none), 0);
+    const auto target = followLink(testHome() / "link");
+    const auto nowhere = followLink(testHome() / "missing");
+    ASSERT_EQ(setrlimit(RLIMIT_NPROC, &allowed), 0);
+    EXPECT_EQ(target, fs::canonical(testHome() / "folder"));
+    EXPECT_EQ(nowhere, std::nullopt);
+}
+
+TEST_F(FilesTest, KnowsAMountPoint) {
+    for (const char* folder : {"folder/inner", "mounted", "shown again"}) {
+        makeFolder(testHome() / folder);
+    }
+    makeLink(testHome() / "link", "mounted");
+    if (!testing::enterPrivateMounts()) {
+        GTEST_SKIP() << "no mount namespaces here";
+    }
+    ASSERT_TRUE(testing::mountTemporaryFileSystem(testHome() / "mounted"));
+    ASSERT_TRUE(testing::mountFolderAgain(testHome() / "folder", testHome() / "shown again"));
+    makeFolder(testHome() / "mounted/below");
+    for (const char* mount : {"mounted", "shown again"}) {
+        EXPECT_TRUE(isMountPoint(testHome() / mount)) << mount;
+    }
+    for (const char* folder : {"folder", "folder/inner", "mounted/below", "shown again/inner", "link", "missing"}) {
+        EXPECT_FALSE(isMountPoint(testHome() / folder)) << folder;
+    }
+    testing::unmount(testHome() / "mounted");
+    testing::unmount(testHome() / "shown again");
+}
+
 TEST_F(FilesTest, ValuesAreTheItemsOwn) {
     makeFile(testHome() / "file", 10'000);
     setDates(testHome() / "file", daysAgo(2), daysAgo(1));
@@ -137,6 +212,8 @@ TEST_F(FilesTest, ValuesAreTheItemsOwn) {
     ASSERT_TRUE(link);
     EXPECT_FALSE(link->isRegularFile);
     EXPECT_FALSE(link->isDirectory);
+    EXPECT_TRUE(link->isSymbolicLink);
+    EXPECT_FALSE(file->isSymbolicLink);
     EXPECT_TRUE(resourceValues(testHome())->isDirectory);
     EXPECT_FALSE(resourceValues(testHome() / "missing"));
 }

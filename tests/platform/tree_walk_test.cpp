@@ -258,8 +258,12 @@ TEST_F(TreeWalkTest, OtherFileSystemsAreNotEntered) {
     EXPECT_EQ(measure(top).size, allocated(top / "file"));
     EXPECT_EQ(tracker->counts().files, 1);
     EXPECT_FALSE(probe.blocked);
-    // Measured itself, a folder on another file system counts.
-    EXPECT_EQ(measure(top / "mounted").size, allocated(top / "mounted/inner/file"));
+    // Nor where one of them is what is measured, unless a link leads there.
+    EXPECT_EQ(measure(top / "mounted"), Probe::Measurement{});
+    EXPECT_EQ(measure(top / "shown again"), Probe::Measurement{});
+    EXPECT_EQ(measure(top / "mounted/inner").size, allocated(top / "mounted/inner/file"));
+    makeLink(top / "link", "mounted");
+    EXPECT_EQ(measure(top / "link").size, allocated(top / "mounted/inner/file"));
     unmount(top / "mounted");
     unmount(top / "shown again");
 }

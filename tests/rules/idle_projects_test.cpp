@@ -256,9 +256,7 @@ TEST_F(IdleProjects, AreNotSearchedForOnOtherVolumes) {
         ASSERT_TRUE(mountTemporaryFileSystem(testHome() / volume)) << volume;
     }
     makeOld({"code/volume/app/node_modules/x", "code/app/node_modules/x", "other root/app/node_modules/x"});
-    // A match may itself be another volume, and so may a folder of the home.
-    EXPECT_THAT(nodeLines(), UnorderedElementsAre("code/here/node_modules: here", "code/app/node_modules: app",
-                                                  "other root/app/node_modules: app"));
+    EXPECT_THAT(nodeLines(), ElementsAre("code/here/node_modules: here"));
     for (const char* volume : {"code/volume", "code/app/node_modules", "other root"}) {
         unmount(testHome() / volume);
     }

@@ -1,7 +1,9 @@
 // What lies in Downloads untouched.
 
+#include "platform/files/files.h"
 #include "rules/rule_test.h"
 #include "rules/rules.h"
+#include "support/private_mounts.h"
 
 namespace vesk {
 namespace {
@@ -63,6 +65,23 @@ TEST_F(OldDownloads, StayOldHoweverOftenTheyAreScanned) {
     for (int scan = 0; scan < 3; ++scan) {
         EXPECT_THAT(linesOf(run(rules::oldDownloads)), ElementsAre("Downloads/folder: folder"));
     }
+}
+
+TEST_F(OldDownloads, LinksStayOldHoweverOftenTheyAreScanned) {
+    if (!privateMountsAreAllowed()) {
+        GTEST_SKIP() << "no mount namespaces here";
+    }
+    makeFile(testRoot() / "elsewhere/file", 8192);
+    makeLink(downloads() / "link", testRoot() / "elsewhere");
+    makeLink(downloads() / "dangling", testRoot() / "nowhere");
+    for (const char* name : {"link", "dangling"}) {
+        setDates(downloads() / name, daysAgo(70), daysAgo(80));
+    }
+    for (int scan = 0; scan < 3; ++scan) {
+        EXPECT_THAT(linesOf(run(rules::oldDownloads)), ElementsAre("Downloads/link: link")) << scan;
+    }
+    EXPECT_EQ(resourceValues(downloads() / "link")->contentAccessDate, daysAgo(80));
+    EXPECT_EQ(resourceValues(downloads() / "dangling")->contentAccessDate, daysAgo(80));
 }
 
 TEST_F(OldDownloads, KeepTheirNamesInEitherUnicodeForm) {

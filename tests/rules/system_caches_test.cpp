@@ -2,6 +2,7 @@
 
 #include "rules/rule_test.h"
 #include "rules/rules.h"
+#include "support/private_mounts.h"
 
 namespace vesk {
 namespace {
@@ -116,6 +117,23 @@ TEST_F(AppCaches, AreAllButThoseOfTheSystemAndOfOtherRules) {
     const RuleResult result = run(rules::appCaches);
     EXPECT_THAT(linesOf(result), ::testing::UnorderedElementsAreArray(offered));
     EXPECT_FALSE(result.blocked);
+}
+
+TEST_F(AppCaches, AreNotMountsWhateverTheyHold) {
+    if (!enterPrivateMounts()) {
+        GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";
+    }
+    makeFile(caches() / "app/file");
+    makeFolder(caches() / "net");
+    makeFolder(caches() / "disk");
+    ASSERT_TRUE(mountTemporaryFileSystem(caches() / "disk"));
+    makeFile(caches() / "disk/file");
+    // The home inside itself: a walk that went in would count everything twice, and among mounts that are made
+    // whenever somebody looks, it would never end.
+    ASSERT_TRUE(mountFolderAgain(testHome(), caches() / "net"));
+    EXPECT_THAT(linesOf(run(rules::appCaches)), ElementsAre("Library/Caches/app: app"));
+    unmount(caches() / "net");
+    unmount(caches() / "disk");
 }
 
 TEST_F(AppCaches, CarryTheVendorsName) {

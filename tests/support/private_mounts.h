@@ -11,6 +11,9 @@ namespace vesk::testing {
 /// users, or when the process already has other threads. Works again after it has worked once.
 bool enterPrivateMounts();
 
+/// Whether a child of this process could enter such a namespace. Changes nothing.
+bool privateMountsAreAllowed();
+
 /// Mounts an empty file system in memory at an existing folder, with the mount options given ("size=64k", "ro").
 /// Returns false when it cannot.
 bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::string& options = "");

@@ -4,6 +4,7 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -42,6 +43,15 @@ bool enter() {
 bool enterPrivateMounts() {
     static const bool entered = enter();
     return entered;
+}
+
+bool privateMountsAreAllowed() {
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(enter() ? 0 : 1);
+    }
+    int status = 1;
+    return child > 0 && waitpid(child, &status, 0) == child && status == 0;
 }
 
 bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::string& options) {

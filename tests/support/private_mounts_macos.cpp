@@ -6,6 +6,10 @@ bool enterPrivateMounts() {
     return false;
 }
 
+bool privateMountsAreAllowed() {
+    return false;
+}
+
 bool mountTemporaryFileSystem(const std::filesystem::path& /*folder*/, const std::string& /*options*/) {
     return false;
 }

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "platform/files/files_system.h"
 #include "platform/files/folder_reader.h"
 
 namespace vesk {
@@ -63,7 +64,13 @@ std::optional<ResourceValues> resourceValues(const std::filesystem::path& item) 
 }
 
 bool itemExists(const std::filesystem::path& item) {
-    return faccessat(AT_FDCWD, item.c_str(), F_OK, AT_EACCESS) == 0;
+    const std::optional<ResourceValues> values = resourceValues(item);
+    return values && (!values->isSymbolicLink || followLink(item));
+}
+
+std::optional<std::filesystem::path> followLink(const std::filesystem::path& link) {
+    std::optional<std::filesystem::path> target;
+    return followWithoutTrace(link, target) ? target : resolvingLinks(link);
 }
 
 std::optional<std::filesystem::path> resolvingLinks(const std::filesystem::path& item) {

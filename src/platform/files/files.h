@@ -1,5 +1,6 @@
 // The door to single files and folders: every listing, existence test, look at one item and move goes through here.
-// Nothing here follows a link unless it says so, changes an access time, or throws. Callable from any thread.
+// Nothing here follows a link or changes an access time unless it says so, and nothing throws. Callable from any
+// thread.
 #pragma once
 
 #include <cstdint>
@@ -49,8 +50,16 @@ std::optional<ResourceValues> resourceValues(const std::filesystem::path& item);
 /// Whether something exists at the path. Follows links: a dangling one does not exist.
 bool itemExists(const std::filesystem::path& item);
 
-/// The path with every link in it resolved; absent when it leads nowhere.
+/// Where a link leads, with every further link resolved; absent when it leads nowhere. The links keep their access
+/// dates, where the system has a way to follow one without setting it (docs/decisions/following-links.md).
+std::optional<std::filesystem::path> followLink(const std::filesystem::path& link);
+
+/// The path with every link in it resolved; absent when it leads nowhere. Sets the access dates of these links, and so
+/// is not for scans.
 std::optional<std::filesystem::path> resolvingLinks(const std::filesystem::path& item);
+
+/// Whether a file system is mounted at this folder itself, or it is another one's folder shown there.
+bool isMountPoint(const std::filesystem::path& folder);
 
 /// Which folder stands at a path, so that another one put in its place can be told from it.
 struct FolderIdentity {

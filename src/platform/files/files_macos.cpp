@@ -33,6 +33,18 @@ std::optional<FolderIdentity> folderIdentityAt(int folder, const char* path) {
     return identity;
 }
 
+// The thread of a scan has asked to leave access dates alone, whatever it does (folder_reader_macos.cpp).
+bool followWithoutTrace(const std::filesystem::path& /*link*/, std::optional<std::filesystem::path>& /*target*/) {
+    return false;
+}
+
+bool isMountPoint(const std::filesystem::path& folder) {
+    struct stat found {};
+    struct stat above {};
+    return lstat(folder.c_str(), &found) == 0 && stat(folder.parent_path().c_str(), &above) == 0 &&
+           found.st_dev != above.st_dev;
+}
+
 std::optional<MountIdentity> mountIdentity(int folder) {
     struct statfs found {};
     return fstatfs(folder, &found) == 0 ? mountIdentityOf(found) : std::nullopt;

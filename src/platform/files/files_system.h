@@ -13,6 +13,10 @@ namespace vesk {
 /// the path is empty.
 std::optional<FolderIdentity> folderIdentityAt(int folder, const char* path);
 
+/// Finds where a link leads, all links resolved, without setting the access date of any: `target` is absent when it
+/// leads nowhere. Returns false, and tells nothing, where the system has no such way.
+bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::filesystem::path>& target);
+
 /// What an item is mounted with: a rename works within one mount only.
 struct MountIdentity {
     std::uint64_t number = 0;

@@ -93,6 +93,7 @@ int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dat
     }
     values.isRegularFile = S_ISREG(found.stx_mode);
     values.isDirectory = S_ISDIR(found.stx_mode);
+    values.isSymbolicLink = S_ISLNK(found.stx_mode);
     values.fileAllocatedSize.reset();
     values.totalFileAllocatedSize.reset();
     values.contentAccessDate.reset();

@@ -178,6 +178,7 @@ int lookAt(int folder, const char* name, ResourceValues& values, WantedDates /*d
     }
     values.isRegularFile = S_ISREG(found.st_mode);
     values.isDirectory = S_ISDIR(found.st_mode);
+    values.isSymbolicLink = S_ISLNK(found.st_mode);
     values.fileAllocatedSize.reset();
     // The kernel counts the blocks of all forks here.
     values.totalFileAllocatedSize = static_cast<std::int64_t>(found.st_blocks) * 512;

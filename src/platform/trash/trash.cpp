@@ -51,6 +51,18 @@ bool isWithinReach(const fs::path& item) {
     return leadsBelow(item, world().home) || leadsBelow(item, world().rooted("/private/var/folders"));
 }
 
+// Why an item is not the old one that was seen, by one look at it; 0 when it is, or when its age is of no matter.
+int refusalOfNewer(const SeenItem& item, int folder) {
+    if (!item.dates.modified && !item.dates.accessed) {
+        return 0;
+    }
+    ResourceValues values;
+    if (const int failure = lookAt(folder, item.path.filename().c_str(), values)) {
+        return failure;
+    }
+    return isNewer(values, item.dates) ? ESTALE : 0;
+}
+
 bool isUsable(const fs::path& path) {
     return path.is_absolute() && path.native().find('\0') == fs::path::string_type::npos;
 }
@@ -85,6 +97,9 @@ TrashOutcome moveToTrash(const SeenItem& item) {
     }
     if (!item.folder || folderIdentity(folder.get()) != item.folder) {
         return refused(ESTALE);
+    }
+    if (const int failure = refusalOfNewer(item, folder.get())) {
+        return refused(failure);
     }
     return moveToUsersTrash({item.path, item.path.filename().string(), folder.get()});
 }

@@ -24,7 +24,9 @@ struct SeenItem {
     /// Its absolute path.
     std::filesystem::path path;
     /// The folder in which it lay; absent when nobody looked.
-    std::optional<FolderIdentity> folder;
+    std::optional<FolderIdentity> folder = {};
+    /// The item's own dates, where its age is why it goes.
+    ItemDates dates = {};
 };
 
 struct TrashOutcome {
@@ -37,6 +39,7 @@ struct TrashOutcome {
 /// Moves an item to the Trash of the volume it lies on. Refused, with nothing touched, when
 /// - the path does not lie below the home folder or below "/private/var/folders", or is not valid UTF-8;
 /// - the folder it lies in is not the one that was seen, or none was seen;
+/// - one of its dates is later than the one that was seen;
 /// - the Trash cannot take it (another place is never used instead).
 TrashOutcome moveToTrash(const SeenItem& item);
 
