@@ -23,6 +23,10 @@ struct FaultPoint {
     bool old = false;
     /// Whether the call is made all the same; then only calls that change names fail.
     bool made = false;
+    /// Whether all files have one inode number.
+    bool alike = false;
+    /// Whether the record of each item vanishes just before the item comes into the Trash.
+    bool emptied = false;
 
     std::string text() const;
 };
