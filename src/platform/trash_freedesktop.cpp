@@ -254,26 +254,29 @@ private:
     // it. The item gets another one, or goes back to where it was.
     int keepOnRecord() {
         const std::optional<ItemIdentity> item = itemIdentity(files(), name_.c_str());
+        int failure = 0;
         constexpr int patience = 10;
-        for (int tries = 0; tries < patience; ++tries) {
+        for (int tries = 0; tries < patience && failure == 0; ++tries) {
             const Holder holder = holderOf(info(), recordName(name_), record_);
             if (holder == Holder::thatFile || holder == Holder::unknown) {
                 return 0;
             }
-            if (!item || itemIdentity(files(), name_.c_str()) != item) {
-                return 0;  // it has been emptied away
+            if (!isInTrash(item)) {
+                return 0;  // emptied away, after it had come
             }
-            const int failure = recordAnew();
-            if (failure != 0) {
-                return moveWithoutOverwriting(files(), name_.c_str(), item_.folder, item_.name.c_str()) == 0 ? failure
-                                                                                                            : 0;
-            }
-            if (itemIdentity(files(), name_.c_str()) != item) {
+            failure = recordAnew();
+            if (failure == 0 && !isInTrash(item)) {
                 removeRecord(info(), recordName(name_), record_);
                 return 0;
             }
         }
-        return 0;
+        const bool isBack =
+            moveWithoutOverwriting(files(), name_.c_str(), item_.folder, item_.name.c_str()) == 0;
+        return !isBack ? 0 : failure != 0 ? failure : EBUSY;
+    }
+
+    bool isInTrash(const std::optional<ItemIdentity>& item) const {
+        return item && itemIdentity(files(), name_.c_str()) == item;
     }
 
     // Under another name where another item's record has come into its place.

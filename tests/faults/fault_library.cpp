@@ -13,7 +13,8 @@
 //   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some of FUSE
 //   VESK_FAULT_ALIKE   set: all files have one inode number, as on some FUSE file systems and network disks
 //   VESK_FAULT_EMPTIED set: the record of each item vanishes just before the item comes into the Trash, as when another
-//                      program empties it
+//                      program empties it; "taken": a third program then records an item of its own under the name;
+//                      "always": whatever name it is given
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
 #include <dirent.h>
@@ -88,12 +89,14 @@ public:
         old_ = setting("VESK_FAULT_OLD") != nullptr;
         made_ = setting("VESK_FAULT_MADE") != nullptr;
         alike_ = setting("VESK_FAULT_ALIKE") != nullptr;
-        emptied_ = setting("VESK_FAULT_EMPTIED") != nullptr;
+        emptied_ = setting("VESK_FAULT_EMPTIED");
     }
 
     bool isOldFileSystem() const { return old_; }
     bool filesAreAlike() const { return alike_; }
-    bool trashIsEmptied() const { return emptied_; }
+    bool trashIsEmptied() const { return emptied_ != nullptr; }
+    bool namesAreTaken() const { return trashIsEmptied() && std::strcmp(emptied_, "yes") != 0; }
+    bool namesAreAlwaysTaken() const { return trashIsEmptied() && std::strcmp(emptied_, "always") == 0; }
     bool isMade(Call call) const { return made_ && changesNames(call); }
 
     void enter(const char* phase) {
@@ -150,7 +153,7 @@ private:
     bool old_ = false;
     bool made_ = false;
     bool alike_ = false;
-    bool emptied_ = false;
+    const char* emptied_ = nullptr;
     bool counted_ = false;
     std::atomic<bool> reported_ = false;
     std::atomic<bool> counting_ = false;
@@ -204,9 +207,14 @@ int numbered(int answer, struct statx* found) {
 void takeRecordAway(long files, const char* name) {
     std::array<char, 512> record{};
     std::snprintf(record.data(), record.size(), "../info/%s.trashinfo", name);
-    if (files >= 0) {
-        realSystemCall()(SYS_unlinkat, files, record.data(), 0);
+    SystemCall& call = *realSystemCall();
+    if (files < 0 || call(SYS_unlinkat, files, record.data(), 0) != 0 || !plan().namesAreTaken()) {
+        return;
     }
+    const long file = call(SYS_openat, files, record.data(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    constexpr const char* others = "[Trash Info]\nPath=/others\nDeletionDate=2026-01-01T00:00:00\n";
+    call(SYS_write, file, others, std::strlen(others));
+    call(SYS_close, file);
 }
 
 Call openingWith(int flags) {
@@ -358,7 +366,8 @@ long syscall(long number, ...) {
         errno = EINVAL;
         return -1;
     }
-    if (number == SYS_renameat2 && plan().trashIsEmptied()) {
+    const bool comesIn = values[0] != values[2] || plan().namesAreAlwaysTaken();
+    if (number == SYS_renameat2 && plan().trashIsEmptied() && comesIn) {
         takeRecordAway(values[2], reinterpret_cast<const char*>(values[3]));
     }
     const bool failed = (number == SYS_openat2 && fails(Call::open)) ||

@@ -72,8 +72,8 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
     if (point.alike) {
         environment.emplace_back("VESK_FAULT_ALIKE=1");
     }
-    if (point.emptied) {
-        environment.emplace_back("VESK_FAULT_EMPTIED=1");
+    if (!point.emptied.empty()) {
+        environment.emplace_back("VESK_FAULT_EMPTIED=" + point.emptied);
     }
     std::vector<std::string> arguments = {testRoot().string(), testHome().string()};
     arguments.insert(arguments.end(), steps.begin(), steps.end());

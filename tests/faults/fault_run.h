@@ -25,8 +25,9 @@ struct FaultPoint {
     bool made = false;
     /// Whether all files have one inode number.
     bool alike = false;
-    /// Whether the record of each item vanishes just before the item comes into the Trash.
-    bool emptied = false;
+    /// Whether the record of each item vanishes just before the item comes into the Trash: "yes", or "taken" when there
+    /// is another item's then, or "always" when that goes on for as long as Vesk tries other names.
+    std::string emptied{};
 
     std::string text() const;
 };

@@ -270,13 +270,35 @@ TEST_F(FaultsTest, AMoveThatWasMadeThoughItSaysItFailedIsNotTakenBack) {
 
 TEST_F(FaultsTest, AnItemWhoseRecordVanishedJustBeforeItCameGetsItAnew) {
     home_.make();
-    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = true});
+    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = "yes"});
     EXPECT_EQ(run.told["celebration"]["failures"], 0);
     home_.expectNothingLost(true);
     EXPECT_EQ(namesIn(homeTrash() / "info").size(), namesIn(homeTrash() / "files").size());
     const FaultRun undone = runDriver({"undo"});
     EXPECT_EQ(undone.told["history"][0]["undone"], true) << undone.told["notice"];
     home_.expectAllInPlace();
+}
+
+TEST_F(FaultsTest, AnItemWhoseRecordBecameAnotherItemsGetsAnotherName) {
+    home_.make();
+    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = "taken"});
+    EXPECT_EQ(run.told["celebration"]["failures"], 0);
+    home_.expectNothingLost(true);
+    const FaultRun undone = runDriver({"undo"});
+    EXPECT_EQ(undone.told["history"][0]["undone"], true) << undone.told["notice"];
+    for (const fs::path& item : home_.items()) {
+        EXPECT_TRUE(isThere(item)) << item;
+    }
+}
+
+TEST_F(FaultsTest, AnItemThatCannotBeKeptOnRecordGoesBack) {
+    home_.make();
+    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = "always"});
+    EXPECT_EQ(run.told["celebration"]["bytes"], 0);
+    home_.expectNothingLost(true);
+    for (const fs::path& item : home_.items()) {
+        EXPECT_TRUE(isThere(item)) << item;
+    }
 }
 
 TEST_F(FaultsTest, AFileOfTheSameInodeNumberInTheItemsPlaceCostsNoFile) {
