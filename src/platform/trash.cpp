@@ -198,9 +198,9 @@ std::optional<PlatformError> putBack(const TrashedItem& item) {
     return std::nullopt;
 }
 
-std::optional<PlatformError> whatKeepsInTrash(const TrashedItem& item) {
+TrashState stateInTrash(const TrashedItem& item) {
     if (!isUsable(item.place) || !isUsable(item.original)) {
-        return posixError(EINVAL);
+        return TrashState::gone;
     }
     int failure = lookFor(item).failure;
     if (failure == 0) {
@@ -209,7 +209,21 @@ std::optional<PlatformError> whatKeepsInTrash(const TrashedItem& item) {
     if (failure == 0) {
         failure = failureOfMaking(item.original.parent_path());
     }
-    return failure == 0 ? std::nullopt : std::optional(posixError(failure));
+    switch (failure) {
+        case 0:
+            return TrashState::ready;
+        case EEXIST:
+            return TrashState::placeTaken;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+            return TrashState::refused;
+        case ENOENT:
+        case ESTALE:
+            return item.identity && isBack(item) ? TrashState::back : TrashState::gone;
+        default:
+            return TrashState::failing;
+    }
 }
 
 }  // namespace vesk

@@ -75,7 +75,23 @@ TrashOutcome moveToTrash(const SeenItem& item);
 /// - EEXIST: something else is in its place.
 std::optional<PlatformError> putBack(const TrashedItem& item);
 
-/// What `putBack` would return now, as far as it can be told without touching anything.
-std::optional<PlatformError> whatKeepsInTrash(const TrashedItem& item);
+/// How an item of a run stands.
+enum class TrashState {
+    /// In the Trash, and nothing is known to keep it there.
+    ready,
+    /// In the Trash; something else is in its place.
+    placeTaken,
+    /// In the Trash, and may not be moved back.
+    refused,
+    /// In the Trash; some other failure would keep it there, or keeps it from being looked at.
+    failing,
+    /// At its place; told only of an item of which an identity was noted.
+    back,
+    /// Not in the Trash any more, or not to be told from another one that has its name there.
+    gone,
+};
+
+/// What `putBack` would meet now, as far as it can be told without touching anything.
+TrashState stateInTrash(const TrashedItem& item);
 
 }  // namespace vesk

@@ -10,6 +10,8 @@ Item {
     id: pane
 
     required property Store store
+    /// The run whose details are shown; empty when none is.
+    property string openedRun: ""
 
     Column {
         objectName: "emptyHistory"
@@ -68,11 +70,14 @@ Item {
             required property string dateText
             required property real snapshotsRemoved
             required property bool undone
+            required property real moveCount
 
             readonly property string amount: (preview ? "Preview: would free " : "Freed ") + bytesText
 
             readonly property string snapshots: snapshotsRemoved >= 1 ? `${snapshotsRemoved} snapshots can't be restored` : ""
             readonly property string outcome: preview ? "Nothing changed" : undone ? "Restored" : ""
+            readonly property bool hasDetails: outcome === "" && moveCount > 0
+            readonly property bool opened: hasDetails && pane.openedRun === entryId
 
             x: 12
             width: ListView.view.width - 24
@@ -83,6 +88,23 @@ Item {
             Accessible.ignored: !enabled
             Accessible.name: `${amount}. ${titles}. ${dateText}. ${snapshots} ${outcome}`.trim()
 
+            RunDetail {
+                id: detail
+
+                store: pane.store
+                entryId: row.entryId
+                wanted: row.opened
+            }
+            // The Trash may have been emptied while another window was in front.
+            Connections {
+                target: Application
+
+                function onStateChanged() {
+                    if (Application.state === Qt.ApplicationActive) {
+                        detail.refresh();
+                    }
+                }
+            }
             SoftShadow {
                 cornerRadius: 20
                 blurRadius: 12
@@ -137,6 +159,62 @@ Item {
                         font.pixelSize: Theme.caption
                         weight: Font.Bold
                         wrapMode: Text.Wrap
+                    }
+                    ActionButton {
+                        objectName: "detailsButton"
+                        Layout.leftMargin: -horizontalPadding
+                        Layout.topMargin: 2
+                        visible: row.hasDetails
+                        text: row.opened ? "Hide details" : "Details"
+                        textSize: Theme.caption
+                        color: Theme.softInk
+                        quiet: true
+                        verticalPadding: 4
+                        onClicked: pane.openedRun = row.opened ? "" : row.entryId
+                        onActiveFocusChanged: {
+                            if (activeFocus) {
+                                list.positionViewAtIndex(row.index, ListView.Contain);
+                            }
+                        }
+                        hint: row.Accessible.name
+                    }
+                    ColumnLayout {
+                        objectName: "details"
+                        Layout.fillWidth: true
+                        visible: row.opened
+                        spacing: 2
+
+                        Words {
+                            objectName: "detailSummary"
+                            Layout.fillWidth: true
+                            text: detail.summary === "" ? "Looking in the Trash…" : detail.summary
+                            font.pixelSize: Theme.callout
+                            wrapMode: Text.Wrap
+                        }
+                        Repeater {
+                            model: detail.lines
+
+                            Words {
+                                required property string modelData
+
+                                objectName: "detailLine"
+                                Layout.fillWidth: true
+                                text: modelData
+                                color: Theme.softInk
+                                font.pixelSize: Theme.callout
+                                wrapMode: Text.Wrap
+                                elide: Text.ElideMiddle
+                                maximumLineCount: 2
+                            }
+                        }
+                        Words {
+                            objectName: "detailMore"
+                            Layout.fillWidth: true
+                            visible: detail.moreCount > 0
+                            text: `and ${detail.moreCount} more`
+                            color: Theme.softInk
+                            font.pixelSize: Theme.callout
+                        }
                     }
                 }
                 Words {
