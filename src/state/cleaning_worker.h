@@ -9,6 +9,7 @@
 
 #include "platform/trash/trash.h"
 #include "state/history_entry.h"
+#include "state/receipts.h"
 
 namespace vesk {
 
@@ -22,6 +23,8 @@ struct CleaningItem {
 struct CleaningResult {
     /// The items that the Trash took, in work-list order. `trashed` is empty where the system did not tell the place.
     std::vector<HistoryEntry::Move> moves;
+    /// What is known of each of these items.
+    Receipt receipt;
     /// Items that the Trash refused and snapshots that could not be deleted.
     std::int64_t failures = 0;
     std::int64_t snapshotsRemoved = 0;
@@ -35,9 +38,18 @@ public:
     void update(const CleaningResult& soFar);
     CleaningResult result() const;
 
+    /// Whether the caller is the first to ask: it is the one to store the receipt, the worker or whoever did not wait
+    /// for it.
+    bool claimReceipt();
+    /// Notes that the receipt has been stored.
+    void setReceiptStored();
+    bool isReceiptStored() const;
+
 private:
     mutable std::mutex lock_;
     CleaningResult result_;
+    bool isReceiptClaimed_ = false;
+    bool isReceiptStored_ = false;
 };
 
 /// What the worker acts with.
@@ -50,6 +62,9 @@ struct CleaningTools {
     /// Told after each step what is done so far: the next one may hang.
     std::function<void(const CleaningResult&)> stepDone = [](const CleaningResult&) {};
 };
+
+/// Takes out the items whose place in the Trash is not known: they were freed, but cannot be undone.
+void keepKnownPlaces(CleaningResult& result);
 
 /// Moves the items to the Trash one by one, then deletes the snapshots one by one. Nothing is tried twice.
 CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std::vector<std::string>& snapshotIDs,

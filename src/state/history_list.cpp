@@ -87,6 +87,8 @@ QVariant HistoryList::data(const QModelIndex& index, int role) const {
             return static_cast<qint64>(entry.snapshotsRemoved);
         case UndoneRole:
             return entry.undone;
+        case MoveCountRole:
+            return static_cast<qint64>(entry.moves.size());
         default:
             return {};
     }
@@ -96,7 +98,7 @@ QHash<int, QByteArray> HistoryList::roleNames() const {
     return {
         {EntryIdRole, "entryId"}, {BytesTextRole, "bytesText"}, {PreviewRole, "preview"},
         {TitlesRole, "titles"},   {DateTextRole, "dateText"},   {SnapshotsRemovedRole, "snapshotsRemoved"},
-        {UndoneRole, "undone"},
+        {UndoneRole, "undone"},   {MoveCountRole, "moveCount"},
     };
 }
 

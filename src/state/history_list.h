@@ -23,6 +23,7 @@ public:
         DateTextRole,
         SnapshotsRemovedRole,
         UndoneRole,
+        MoveCountRole,
     };
 
     using QAbstractListModel::QAbstractListModel;

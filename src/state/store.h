@@ -24,6 +24,7 @@
 #include "state/detached_task.h"
 #include "state/history_entry.h"
 #include "state/history_list.h"
+#include "state/receipts.h"
 #include "state/seen_items.h"
 
 class QTimer;
@@ -143,6 +144,9 @@ public:
     void undo(const Uuid& id);
     /// The same for an id in its textual form.
     Q_INVOKABLE void undo(const QString& id);
+    /// Puts together what is known of the items of an entry. The function that does it reads the disk; callable on any
+    /// thread, also when the store is gone.
+    std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const;
     /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before; it is tried
     /// again with the next change, and at the end.
     void saveHistory();
@@ -213,7 +217,7 @@ private:
     static std::vector<std::string> titlesOf(const std::vector<Card>& cards);
     static std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards);
     std::vector<CleaningItem> workListOf(const std::vector<Card>& cards) const;
-    void finishClean(CleaningResult result);
+    void finishClean(CleaningLog& log);
     void finishPreview();
     void recordClean(HistoryEntry entry, std::int64_t failures);
     void rescan();
@@ -224,6 +228,7 @@ private:
 
     Sources sources_;
     Preferences preferences_;
+    const Receipts receipts_{preferences_.receiptsFolder()};
 
     Phase phase_ = Phase::idle;
     CardList cardList_;
@@ -246,6 +251,12 @@ private:
 
     // What the scan saw of the entries of `cards`.
     SeenItems seenItems_;
+    // Receipts that could not be stored yet.
+    struct UnsavedReceipt {
+        Uuid run;
+        Receipt items;
+    };
+    std::vector<UnsavedReceipt> unsavedReceipts_;
 
     // Of the running scan.
     std::unique_ptr<ScanRun> scanRun_;
@@ -256,6 +267,7 @@ private:
     std::size_t finishedRules_ = 0;
 
     // Of the running clean, preview or undo.
+    Uuid cleaningRun_;
     std::vector<std::string> cleaningTitles_;
     std::int64_t previewBytes_ = 0;
     QTimer* previewPause_ = nullptr;

@@ -29,10 +29,16 @@ std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
     return freed;
 }
 
-// An item whose place in the Trash is unknown was freed, but cannot be undone.
-std::vector<HistoryEntry::Move> withKnownPlace(std::vector<HistoryEntry::Move> moves) {
-    std::erase_if(moves, [](const HistoryEntry::Move& move) { return move.trashed.empty(); });
-    return moves;
+// Before the history tells of the run, so that its items can be told from others as soon as they can be put back.
+void storeReceipt(CleaningLog& log, const Uuid& run, const Receipts& receipts) {
+    if (!log.claimReceipt()) {
+        return;
+    }
+    CleaningResult result = log.result();
+    keepKnownPlaces(result);
+    if (!result.moves.empty() && receipts.write(run, result.receipt)) {
+        log.setReceiptStored();
+    }
 }
 
 }  // namespace
@@ -52,8 +58,9 @@ void Store::performClean() {
         previewPause_->start(previewPause);
         return;
     }
+    cleaningRun_ = Uuid::random();
     cleaningTask_.start(
-        [workList, snapshotIDs, runTool = sources_.runTool,
+        [workList, snapshotIDs, run = cleaningRun_, receipts = receipts_, runTool = sources_.runTool,
          token = takeWorkToken()](DetachedTask<Log>::Control& control) {
             Log log = std::make_shared<CleaningLog>();
             control.keep(log);
@@ -63,9 +70,10 @@ void Store::performClean() {
             tools.stopRequested = [&] { return control.stopRequested(); };
             tools.stepDone = [&](const CleaningResult& soFar) { log->update(soFar); };
             runCleaning(workList, snapshotIDs, tools);
+            storeReceipt(*log, run, receipts);
             return log;
         },
-        [this](const Log& log) { finishClean(log->result()); });
+        [this](const Log& log) { finishClean(*log); });
 }
 
 std::vector<std::string> Store::titlesOf(const std::vector<Card>& cards) {
@@ -93,13 +101,20 @@ std::vector<std::string> Store::snapshotIDsOf(const std::vector<Card>& cards) {
     return ids;
 }
 
-void Store::finishClean(CleaningResult result) {
+void Store::finishClean(CleaningLog& log) {
+    storeReceipt(log, cleaningRun_, receipts_);
+    CleaningResult result = log.result();
     HistoryEntry entry;
+    entry.id = cleaningRun_;
     entry.date = now();
     entry.bytes = freedBytes(result.moves);
     entry.titles = std::exchange(cleaningTitles_, {});
-    entry.moves = withKnownPlace(std::move(result.moves));
+    keepKnownPlaces(result);
+    entry.moves = std::move(result.moves);
     entry.snapshotsRemoved = result.snapshotsRemoved;
+    if (!entry.moves.empty() && !log.isReceiptStored()) {
+        unsavedReceipts_.push_back({entry.id, std::move(result.receipt)});
+    }
     recordClean(std::move(entry), result.failures);
     rescan();
 }
@@ -147,7 +162,7 @@ void Store::finish() {
     }
     cleaningTask_.finish(quitPatience);
     restoreTask_.finish(quitPatience);
-    if (historyUnsaved_) {
+    if (historyUnsaved_ || !unsavedReceipts_.empty()) {
         saveHistory();
     }
 }

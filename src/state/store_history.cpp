@@ -41,8 +41,23 @@ void Store::saveHistory() {
     // as it is not, nothing replaces it.
     const bool replaceable = historyKnown_ || loadHistory();
     historyList_.trim(keptEntries);
+    std::erase_if(unsavedReceipts_,
+                  [&](const UnsavedReceipt& receipt) { return receipts_.write(receipt.run, receipt.items); });
     historyUnsaved_ = !replaceable || !preferences_.setData(historyKey, encodeHistory(history()));
     historyKnown_ = historyKnown_ || !historyUnsaved_;
+    if (!historyUnsaved_) {
+        receipts_.removeAllBut(history());
+    }
+}
+
+std::function<std::vector<TrashedItem>()> Store::itemsOf(const HistoryEntry& entry) const {
+    const auto unsaved = std::find_if(unsavedReceipts_.begin(), unsavedReceipts_.end(),
+                                      [&](const UnsavedReceipt& receipt) { return receipt.run == entry.id; });
+    const std::optional<Receipt> known =
+        unsaved == unsavedReceipts_.end() ? std::nullopt : std::optional(unsaved->items);
+    return [run = entry.id, moves = entry.moves, cleaned = entry.date, known, receipts = receipts_] {
+        return trashedItems(moves, cleaned, known ? *known : receipts.read(run, moves.size()));
+    };
 }
 
 std::optional<std::size_t> Store::historyRow(const Uuid& id) const {
@@ -63,13 +78,13 @@ void Store::undo(const Uuid& id) {
         return;
     }
     // Whether the entry was undone before is not asked: a second undo finds nothing left to put back.
-    const std::vector<HistoryEntry::Move> moves = history()[*row].moves;
+    const HistoryEntry& entry = history()[*row];
     setCleaning(true);
     restoreTask_.start(
-        [moves, token = takeWorkToken()](DetachedTask<std::size_t>::Control& control) {
-            return restoreMoves(moves, [&] { return control.stopRequested(); });
+        [items = itemsOf(entry), token = takeWorkToken()](DetachedTask<std::size_t>::Control& control) {
+            return restoreItems(items(), [&] { return control.stopRequested(); });
         },
-        [this, id, wanted = moves.size()](std::size_t restored) { finishUndo(id, restored, wanted); });
+        [this, id, wanted = entry.moves.size()](std::size_t restored) { finishUndo(id, restored, wanted); });
 }
 
 void Store::finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted) {

@@ -11,6 +11,10 @@
 //   VESK_FAULT_MADE    set: calls that change names are made and then say that they failed, as a network disk may whose
 //                      first answer was lost; other calls neither count nor fail
 //   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some of FUSE
+//   VESK_FAULT_ALIKE   set: all files have one inode number, as on some FUSE file systems and network disks
+//   VESK_FAULT_EMPTIED set: the record of each item vanishes just before the item comes into the Trash, as when another
+//                      program empties it; "taken": a third program then records an item of its own under the name;
+//                      "always": whatever name it is given
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
 #include <dirent.h>
@@ -84,9 +88,15 @@ public:
         lasts_ = setting("VESK_FAULT_LASTS") != nullptr;
         old_ = setting("VESK_FAULT_OLD") != nullptr;
         made_ = setting("VESK_FAULT_MADE") != nullptr;
+        alike_ = setting("VESK_FAULT_ALIKE") != nullptr;
+        emptied_ = setting("VESK_FAULT_EMPTIED");
     }
 
     bool isOldFileSystem() const { return old_; }
+    bool filesAreAlike() const { return alike_; }
+    bool trashIsEmptied() const { return emptied_ != nullptr; }
+    bool namesAreTaken() const { return trashIsEmptied() && std::strcmp(emptied_, "yes") != 0; }
+    bool namesAreAlwaysTaken() const { return trashIsEmptied() && std::strcmp(emptied_, "always") == 0; }
     bool isMade(Call call) const { return made_ && changesNames(call); }
 
     void enter(const char* phase) {
@@ -142,6 +152,8 @@ private:
     bool lasts_ = false;
     bool old_ = false;
     bool made_ = false;
+    bool alike_ = false;
+    const char* emptied_ = nullptr;
     bool counted_ = false;
     std::atomic<bool> reported_ = false;
     std::atomic<bool> counting_ = false;
@@ -174,6 +186,35 @@ bool isOnDisk(int file) {
 
 bool failsOnDisk(Call call, int file) {
     return isOnDisk(file) && fails(call);
+}
+
+template <typename Stat>
+int numbered(int answer, Stat* found) {
+    if (answer == 0 && plan().filesAreAlike() && !S_ISDIR(found->st_mode)) {
+        found->st_ino = 1;
+    }
+    return answer;
+}
+
+int numbered(int answer, struct statx* found) {
+    if (answer == 0 && plan().filesAreAlike() && !S_ISDIR(found->stx_mode)) {
+        found->stx_ino = 1;
+    }
+    return answer;
+}
+
+// Takes away the record of the item that is about to get this name in the folder of a Trash's items.
+void takeRecordAway(long files, const char* name) {
+    std::array<char, 512> record{};
+    std::snprintf(record.data(), record.size(), "../info/%s.trashinfo", name);
+    SystemCall& call = *realSystemCall();
+    if (files < 0 || call(SYS_unlinkat, files, record.data(), 0) != 0 || !plan().namesAreTaken()) {
+        return;
+    }
+    const long file = call(SYS_openat, files, record.data(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    constexpr const char* others = "[Trash Info]\nPath=/others\nDeletionDate=2026-01-01T00:00:00\n";
+    call(SYS_write, file, others, std::strlen(others));
+    call(SYS_close, file);
 }
 
 Call openingWith(int flags) {
@@ -213,6 +254,12 @@ extern "C" {
         return failed;                                                      \
     }
 
+// Those that look at something.
+#define VESK_WRAP_LOOK(name, parameters, arguments)                                 \
+    int name parameters {                                                           \
+        return fails(Call::look) ? -1 : numbered(VESK_REAL(name) arguments, found); \
+    }
+
 // Those of an open file, and of a disk alone.
 #define VESK_WRAP_FILE(result, name, parameters, arguments, call)        \
     result name parameters {                                             \
@@ -245,18 +292,20 @@ VESK_WRAP(DIR*, nullptr, fdopendir, (int folder), (folder), Call::look)
 VESK_WRAP(dirent*, nullptr, readdir, (DIR * folder), (folder), Call::list)
 VESK_WRAP(dirent64*, nullptr, readdir64, (DIR * folder), (folder), Call::list)
 
-VESK_WRAP(int, -1, stat, (const char* path, struct stat* found), (path, found), Call::look)
-VESK_WRAP(int, -1, stat64, (const char* path, struct stat64* found), (path, found), Call::look)
-VESK_WRAP(int, -1, lstat, (const char* path, struct stat* found), (path, found), Call::look)
-VESK_WRAP(int, -1, lstat64, (const char* path, struct stat64* found), (path, found), Call::look)
-VESK_WRAP_FILE(int, fstat, (int file, struct stat* found), (file, found), Call::look)
-VESK_WRAP_FILE(int, fstat64, (int file, struct stat64* found), (file, found), Call::look)
-VESK_WRAP(int, -1, fstatat, (int folder, const char* path, struct stat* found, int flags), (folder, path, found, flags),
-          Call::look)
-VESK_WRAP(int, -1, fstatat64, (int folder, const char* path, struct stat64* found, int flags),
-          (folder, path, found, flags), Call::look)
-VESK_WRAP(int, -1, statx, (int folder, const char* path, int flags, unsigned wanted, struct statx* found),
-          (folder, path, flags, wanted, found), Call::look)
+VESK_WRAP_LOOK(stat, (const char* path, struct stat* found), (path, found))
+VESK_WRAP_LOOK(stat64, (const char* path, struct stat64* found), (path, found))
+VESK_WRAP_LOOK(lstat, (const char* path, struct stat* found), (path, found))
+VESK_WRAP_LOOK(lstat64, (const char* path, struct stat64* found), (path, found))
+int fstat(int file, struct stat* found) {
+    return failsOnDisk(Call::look, file) ? -1 : numbered(VESK_REAL(fstat)(file, found), found);
+}
+int fstat64(int file, struct stat64* found) {
+    return failsOnDisk(Call::look, file) ? -1 : numbered(VESK_REAL(fstat64)(file, found), found);
+}
+VESK_WRAP_LOOK(fstatat, (int folder, const char* path, struct stat* found, int flags), (folder, path, found, flags))
+VESK_WRAP_LOOK(fstatat64, (int folder, const char* path, struct stat64* found, int flags), (folder, path, found, flags))
+VESK_WRAP_LOOK(statx, (int folder, const char* path, int flags, unsigned wanted, struct statx* found),
+               (folder, path, flags, wanted, found))
 VESK_WRAP(int, -1, access, (const char* path, int mode), (path, mode), Call::look)
 VESK_WRAP(int, -1, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags),
           Call::look)
@@ -323,6 +372,10 @@ long syscall(long number, ...) {
     if (number == SYS_renameat2 && plan().isOldFileSystem()) {
         errno = EINVAL;
         return -1;
+    }
+    const bool comesIn = values[0] != values[2] || plan().namesAreAlwaysTaken();
+    if (number == SYS_renameat2 && plan().trashIsEmptied() && comesIn) {
+        takeRecordAway(values[2], reinterpret_cast<const char*>(values[3]));
     }
     const bool failed = (number == SYS_openat2 && fails(Call::open)) ||
                         (number == SYS_getdents64 && fails(Call::list)) ||

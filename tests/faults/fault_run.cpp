@@ -73,6 +73,12 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
     if (point.made) {
         environment.emplace_back("VESK_FAULT_MADE=1");
     }
+    if (point.alike) {
+        environment.emplace_back("VESK_FAULT_ALIKE=1");
+    }
+    if (!point.emptied.empty()) {
+        environment.emplace_back("VESK_FAULT_EMPTIED=" + point.emptied);
+    }
     std::vector<std::string> arguments = {testRoot().string(), testHome().string()};
     arguments.insert(arguments.end(), steps.begin(), steps.end());
     FaultRun run;

@@ -23,6 +23,11 @@ struct FaultPoint {
     bool old = false;
     /// Whether the call is made all the same; then only calls that change names fail.
     bool made = false;
+    /// Whether all files have one inode number.
+    bool alike = false;
+    /// Whether the record of each item vanishes just before the item comes into the Trash: "yes", or "taken" when there
+    /// is another item's then, or "always" when that goes on for as long as Vesk tries other names.
+    std::string emptied{};
 
     std::string text() const;
 };

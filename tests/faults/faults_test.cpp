@@ -268,6 +268,63 @@ TEST_F(FaultsTest, AMoveThatWasMadeThoughItSaysItFailedIsNotTakenBack) {
     }
 }
 
+TEST_F(FaultsTest, AnItemWhoseRecordVanishedJustBeforeItCameGetsItAnew) {
+    home_.make();
+    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = "yes"});
+    EXPECT_EQ(run.told["celebration"]["failures"], 0);
+    home_.expectNothingLost(true);
+    EXPECT_EQ(namesIn(homeTrash() / "info").size(), namesIn(homeTrash() / "files").size());
+    const FaultRun undone = runDriver({"undo"});
+    EXPECT_EQ(undone.told["history"][0]["undone"], true) << undone.told["notice"];
+    home_.expectAllInPlace();
+}
+
+TEST_F(FaultsTest, AnItemWhoseRecordBecameAnotherItemsGetsAnotherName) {
+    home_.make();
+    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = "taken"});
+    EXPECT_EQ(run.told["celebration"]["failures"], 0);
+    home_.expectNothingLost(true);
+    const FaultRun undone = runDriver({"undo"});
+    EXPECT_EQ(undone.told["history"][0]["undone"], true) << undone.told["notice"];
+    for (const fs::path& item : home_.items()) {
+        EXPECT_TRUE(isThere(item)) << item;
+    }
+}
+
+TEST_F(FaultsTest, AnItemThatCannotBeKeptOnRecordGoesBack) {
+    home_.make();
+    const FaultRun run = runDriver({"scan", "clean"}, {.phase = "clean", .emptied = "always"});
+    EXPECT_EQ(run.told["celebration"]["bytes"], 0);
+    home_.expectNothingLost(true);
+    for (const fs::path& item : home_.items()) {
+        EXPECT_TRUE(isThere(item)) << item;
+    }
+}
+
+TEST_F(FaultsTest, AFileOfTheSameInodeNumberInTheItemsPlaceCostsNoFile) {
+    prepareUndo();
+    const fs::path place = testHome() / "Library/Caches/Fetcher.db";
+    const std::vector<fs::path> trashed = SmallHome::trashedFrom(place);
+    ASSERT_EQ(trashed.size(), 1U);
+    const std::string content = contentOf(trashed[0]);
+    writeFile(place, std::string(content.size(), '-'));
+    fs::create_hard_link(place, testHome() / "another name");
+    fs::create_hard_link(trashed[0], testHome() / "a third name");
+    const FaultRun run = runDriver({"undo"}, {.alike = true});
+    EXPECT_EQ(run.told["history"][0]["undone"], false);
+    EXPECT_EQ(contentOf(trashed[0]), content);
+    EXPECT_EQ(SmallHome::trashedFrom(place), trashed) << "its record stays";
+}
+
+// In the Trash lies something without a record that has the name and the inode number of an item.
+TEST_F(FaultsTest, AFileOfTheSameInodeNumberInTheTrashCostsNoFile) {
+    home_.make();
+    writeFile(homeTrash() / "files/Fetcher.db", "an orphan");
+    runDriver({"scan", "clean"}, {.old = true, .alike = true});
+    home_.expectNothingLost(true);
+    EXPECT_EQ(contentOf(homeTrash() / "files/Fetcher.db"), "an orphan");
+}
+
 // A clean and an undo killed at any system call stand in cleaning_killed_test.cpp; here is what it does not come by.
 TEST_F(FaultsTest, AStartOrScanKilledAnywhereLosesNothing) {
     cleansAtPoints("start, killed", {.phase = "start"}, kill, 5);

@@ -68,5 +68,36 @@ TEST_F(TrashInfoTest, TellsNothingOfAnythingElse) {
     }
 }
 
+TEST_F(TrashInfoTest, ReadsTheDateThatItWrote) {
+    for (const char* zone : {"UTC", "Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Pacific/Kiritimati"}) {
+        setZone(zone);
+        for (std::int64_t seconds = 1'700'000'000; seconds < 1'735'000'000; seconds += 9'999'991) {
+            EXPECT_EQ(deletionInTrashInfo(trashInfoText("/a", atUnixSeconds(seconds))), dateFromUnix(seconds, 0))
+                << zone << " " << seconds;
+        }
+    }
+}
+
+TEST_F(TrashInfoTest, AnHourThatComesTwiceIsTheFirstOfTheTwo) {
+    setZone("Europe/Berlin");
+    constexpr std::int64_t summer = 1'792'888'200;
+    for (const std::int64_t seconds : {summer, summer + 3600}) {
+        EXPECT_EQ(deletionInTrashInfo(trashInfoText("/a", atUnixSeconds(seconds))), dateFromUnix(summer, 0));
+    }
+    setZone("Australia/Lord_Howe");
+    constexpr std::int64_t halfAnHour = 1'775'313'900;  // 2026-04-05 01:45, half an hour before 01:45 comes again
+    for (const std::int64_t seconds : {halfAnHour, halfAnHour + 1800}) {
+        EXPECT_EQ(deletionInTrashInfo(trashInfoText("/a", atUnixSeconds(seconds))), dateFromUnix(halfAnHour, 0));
+    }
+}
+
+TEST_F(TrashInfoTest, TellsNoDateOfAnythingElse) {
+    for (const char* date : {"", "once", "2022-02-22", "2022-02-22T02:22", "2022-02-22T02:22:19Z",
+                             "2022-13-01T00:00:00", "2022-02-22 02:22:19", "-"}) {
+        EXPECT_FALSE(deletionInTrashInfo(std::string("[Trash Info]\nPath=/a\nDeletionDate=") + date + "\n")) << date;
+    }
+    EXPECT_FALSE(deletionInTrashInfo("DeletionDate=2022-02-22T02:22:19\n"));
+}
+
 }  // namespace
 }  // namespace vesk

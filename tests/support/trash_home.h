@@ -91,9 +91,10 @@ inline std::int64_t trashing(const SeenItem& item) {
     return outcome.error ? outcome.error->code : 0;
 }
 
-/// The same for putting it back.
-inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original) {
-    const std::optional<PlatformError> error = putBack(trashed, original);
+/// The errno value with which an item is not put back; 0 when it is. By its record alone, unless an identity is given.
+inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original,
+                                const std::optional<TrashedIdentity>& identity = std::nullopt) {
+    const std::optional<PlatformError> error = putBack({trashed, original, now(), identity});
     return error ? error->code : 0;
 }
 

@@ -9,6 +9,7 @@
 
 #include "platform/files/files.h"
 #include "platform/files/files_system.h"
+#include "platform/files/item_identity.h"
 
 namespace vesk {
 
@@ -24,49 +25,71 @@ Name lookAtName(int folder, const char* name, struct stat& found) {
     return errno == ENOENT ? Name::free : Name::unknown;
 }
 
-bool isSameItem(const struct stat& first, const struct stat& second) {
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+// A disk across a network may make a change and still report a failure: its answer was lost, and when the call is sent
+// again, it finds nothing left to do. Whoever believed that would drop the record of an item, or its last name. What
+// has the new name now must be the item itself: it may have vanished, and something else have had that name all along.
+bool hasMovedNevertheless(const ItemIdentity& item, int fromFolder, const char* name, int toFolder, const char* newName,
+                          int failure) {
+    struct stat found {};
+    return failure != EEXIST && itemIdentity(toFolder, newName) == item &&
+           lookAtName(fromFolder, name, found) == Name::free;
 }
 
-// A disk across a network may make a change and still report a failure: its answer was lost, and when the call is sent
-// again, it finds nothing left to do. Whoever believed that would drop the record of an item, or its last name.
-bool hasMovedNevertheless(int fromFolder, const char* name, int toFolder, const char* newName, int failure) {
+bool isSameFile(const struct stat& first, const struct stat& second) {
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino && first.st_mode == second.st_mode;
+}
+
+// Removes a name of a file that has another one. It stays when it is somebody else's by now, or the file's last.
+int removeExtraName(int folder, const char* name, const struct stat& file) {
     struct stat found {};
-    return failure != EEXIST && lookAtName(toFolder, newName, found) == Name::taken &&
-           lookAtName(fromFolder, name, found) == Name::free;
+    if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        return errno;
+    }
+    if (!isSameFile(file, found) || found.st_nlink < 2) {
+        return ESTALE;
+    }
+    return unlinkat(folder, name, 0) == 0 ? 0 : errno;
+}
+
+int renameFolder(int fromFolder, const char* name, int toFolder, const char* newName) {
+    struct stat other {};
+    switch (lookAtName(toFolder, newName, other)) {
+        case Name::taken:
+            return EEXIST;
+        case Name::free:
+            return renameat(fromFolder, name, toFolder, newName) == 0 ? 0 : errno;
+        case Name::unknown:
+            break;
+    }
+    return errno;
 }
 
 // Moves where the file system (NFS, some FUSE) has no rename that refuses to replace. A file gets its second name
 // before it loses the first, which fails when the name is taken. A folder cannot have two; a plain rename of one can
 // at worst replace an empty folder that came up in this very moment.
 int moveInTwoSteps(int fromFolder, const char* name, int toFolder, const char* newName) {
-    struct stat found {};
-    struct stat other {};
-    if (fstatat(fromFolder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+    struct stat item {};
+    if (fstatat(fromFolder, name, &item, AT_SYMLINK_NOFOLLOW) != 0) {
         return errno;
     }
-    if (S_ISDIR(found.st_mode)) {
-        if (fstatat(toFolder, newName, &other, AT_SYMLINK_NOFOLLOW) == 0) {
-            return EEXIST;
-        }
-        return errno != ENOENT || renameat(fromFolder, name, toFolder, newName) != 0 ? errno : 0;
+    if (S_ISDIR(item.st_mode)) {
+        return renameFolder(fromFolder, name, toFolder, newName);
     }
     if (linkat(fromFolder, name, toFolder, newName, 0) != 0) {
         const int failure = errno;
-        const bool linked = lookAtName(toFolder, newName, other) == Name::taken && isSameItem(found, other);
-        if (!linked || found.st_nlink > 1) {
-            return failure;  // of a file with several names, the new one may be somebody else's
-        }
-    }
-    if (unlinkat(fromFolder, name, 0) != 0) {
-        const int failure = errno;
-        // The new name goes only when the first one is known to be there still.
-        if (lookAtName(fromFolder, name, other) == Name::taken && isSameItem(found, other)) {
-            unlinkat(toFolder, newName, 0);
+        // Of a file with several names, the new one may be somebody else's.
+        if (item.st_nlink > 1 || !areTwoNamesOfOneFile(fromFolder, name, toFolder, newName)) {
             return failure;
         }
     }
-    return 0;
+    const int failure = removeExtraName(fromFolder, name, item);
+    struct stat other {};
+    const bool isStillThere = lookAtName(fromFolder, name, other) == Name::taken && isSameFile(item, other);
+    if (failure == 0 || !isStillThere) {
+        return 0;  // what has the first name since is another item, which stays
+    }
+    removeExtraName(toFolder, newName, item);
+    return failure;
 }
 
 }  // namespace
@@ -80,11 +103,15 @@ std::optional<FolderIdentity> folderIdentity(int folder) {
 }
 
 int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const char* newName) {
+    const std::optional<ItemIdentity> item = itemIdentity(fromFolder, name);
+    if (!item) {
+        return errno;
+    }
     int failure = renameExclusively(fromFolder, name, toFolder, newName);
     if (failure == ENOTSUP) {
         failure = moveInTwoSteps(fromFolder, name, toFolder, newName);
     }
-    return failure != 0 && hasMovedNevertheless(fromFolder, name, toFolder, newName, failure) ? 0 : failure;
+    return failure != 0 && hasMovedNevertheless(*item, fromFolder, name, toFolder, newName, failure) ? 0 : failure;
 }
 
 int makeFolders(const std::filesystem::path& folder, unsigned mode) {

@@ -78,6 +78,10 @@ bool writePreferenceFile(const std::filesystem::path& folder, std::string_view k
     return true;
 }
 
+void removePreferenceFile(const std::filesystem::path& folder, std::string_view key) {
+    ::unlink((folder / key).c_str());
+}
+
 std::optional<bool> booleanFromPreferenceFile(const std::optional<std::string>& stored) {
     if (!stored || (*stored != yes && *stored != no)) {
         return std::nullopt;

@@ -31,6 +31,9 @@ public:
     /// has stored. It need not exist.
     std::filesystem::path lockFile() const;
 
+    /// The folder for what is noted of each run beside the history; it need not exist.
+    std::filesystem::path receiptsFolder() const { return lockFile().parent_path() / "receipts"; }
+
     /// A stored yes or no; absent when nothing, or something else, is stored under the key.
     std::optional<bool> boolean(std::string_view key) const;
     /// Returns false when the value could not be stored; the old one then stays.

@@ -15,8 +15,10 @@
 
 #include "platform/files/files_system.h"
 #include "platform/files/folder_reader.h"
+#include "platform/files/item_identity.h"
 #include "platform/text.h"
 #include "platform/trash/trash_info.h"
+#include "platform/trash/trash_record.h"
 #include "platform/world.h"
 
 namespace vesk {
@@ -26,8 +28,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t ownerOnly = 0700;
-constexpr const char* filesName = "files";
-constexpr const char* infoName = "info";
 
 // A Trash, open and ready to take items.
 struct OpenTrash {
@@ -58,11 +58,11 @@ int openOwnFolder(int parent, const char* name, Descriptor& folder) {
 }
 
 int openInside(int trashFolder, const fs::path& place, OpenTrash& trash) {
-    if (const int failure = openOwnFolder(trashFolder, infoName, trash.info)) {
+    if (const int failure = openOwnFolder(trashFolder, trashInfoName, trash.info)) {
         return failure;
     }
-    trash.filesPlace = place / filesName;
-    return openOwnFolder(trashFolder, filesName, trash.files);
+    trash.filesPlace = place / trashFilesName;
+    return openOwnFolder(trashFolder, trashFilesName, trash.files);
 }
 
 fs::path homeTrashPlace() {
@@ -210,108 +210,118 @@ private:
     unsigned tried_ = 0;
 };
 
-std::string infoFileName(std::string_view name) {
-    return std::string(name).append(trashInfoSuffix);
-}
+// One item on its way into a Trash, under a name that may have to change.
+class Entering {
+public:
+    Entering(const HeldItem& item, const OpenTrash& trash)
+        : item_(item),
+          trash_(trash),
+          names_(item.name, trash.info.get()),
+          text_(trashInfoText(trash.recordedPlace, now())) {}
 
-// Writes a record and sees to it that its content is on disk before the item moves. Its name needs no forcing: file
-// systems keep the order of changes to names, so the later rename never outlives a crash that the name does not.
-// EEXIST when the name is taken.
-int writeRecord(int infoFolder, const std::string& fileName, std::string_view text) {
-    Descriptor file(openat(infoFolder, fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!file) {
-        return errno;
+    // Records the item, then moves it. Returns 0 or an errno value.
+    int move() {
+        while (std::optional<std::string> name = names_.next()) {
+            name_ = *std::move(name);
+            int failure = writeRecord(info(), recordName(name_), text_, record_);
+            if (failure == 0) {
+                failure = moveWithoutOverwriting(item_.folder, item_.name.c_str(), files(), name_.c_str());
+                if (failure == 0) {
+                    return keepOnRecord();
+                }
+                removeRecord(info(), recordName(name_), record_);
+            }
+            if (failure != EEXIST) {
+                return failure;
+            }
+        }
+        return EEXIST;
     }
-    int failure = writeAll(file.get(), text);
-    if (failure == 0 && fsync(file.get()) != 0) {
-        failure = errno;
-    }
-    if (failure != 0) {
-        unlinkat(infoFolder, fileName.c_str(), 0);
-    }
-    return failure;
-}
 
-// Records the item under this name, then moves it. EEXIST when the name is taken.
-int moveUnderName(const HeldItem& item, const OpenTrash& trash, const std::string& name, std::string_view record) {
-    const std::string infoFile = infoFileName(name);
-    if (const int failure = writeRecord(trash.info.get(), infoFile, record)) {
+    fs::path place() const { return trash_.filesPlace / name_; }
+
+    std::optional<TrashedIdentity> identity() const {
+        const std::optional<LastingIdentity> item = lastingIdentity(files(), name_.c_str());
+        if (!item) {
+            return std::nullopt;
+        }
+        return TrashedIdentity{*item, lastingIdentity(record_.get()), contentModificationDate(record_.get())};
+    }
+
+private:
+    int info() const { return trash_.info.get(); }
+    int files() const { return trash_.files.get(); }
+
+    // A program that empties the Trash in this very moment may have found the record before its item came, and removed
+    // it. The item gets another one, or goes back to where it was.
+    int keepOnRecord() {
+        const std::optional<ItemIdentity> item = itemIdentity(files(), name_.c_str());
+        int failure = 0;
+        constexpr int patience = 10;
+        for (int tries = 0; tries < patience && failure == 0; ++tries) {
+            const Holder holder = holderOf(info(), recordName(name_), record_);
+            if (holder == Holder::thatFile || holder == Holder::unknown) {
+                return 0;
+            }
+            if (!isInTrash(item)) {
+                return 0;  // emptied away, after it had come
+            }
+            failure = recordAnew();
+            if (failure == 0 && !isInTrash(item)) {
+                removeRecord(info(), recordName(name_), record_);
+                return 0;
+            }
+        }
+        const bool isBack = moveWithoutOverwriting(files(), name_.c_str(), item_.folder, item_.name.c_str()) == 0;
+        return !isBack ? 0 : failure != 0 ? failure : EBUSY;
+    }
+
+    bool isInTrash(const std::optional<ItemIdentity>& item) const {
+        return item && itemIdentity(files(), name_.c_str()) == item;
+    }
+
+    // Under another name where another item's record has come into its place.
+    int recordAnew() {
+        int failure = writeRecord(info(), recordName(name_), text_, record_);
+        while (failure == EEXIST) {
+            const std::optional<std::string> name = names_.next();
+            if (!name) {
+                break;
+            }
+            failure = writeRecord(info(), recordName(*name), text_, record_);
+            if (failure != 0) {
+                continue;
+            }
+            failure = moveWithoutOverwriting(files(), name_.c_str(), files(), name->c_str());
+            if (failure == 0) {
+                name_ = *name;
+            } else {
+                removeRecord(info(), recordName(*name), record_);
+            }
+        }
         return failure;
     }
-    const int failure = moveWithoutOverwriting(item.folder, item.name.c_str(), trash.files.get(), name.c_str());
-    if (failure != 0) {
-        unlinkat(trash.info.get(), infoFile.c_str(), 0);
-    }
-    return failure;
-}
 
-// The record of an item in a Trash of this kind; empty for any other place.
-fs::path recordOf(const fs::path& trashed) {
-    const fs::path folder = trashed.parent_path();
-    if (folder.filename() != filesName || !trashed.has_filename()) {
-        return {};
-    }
-    return folder.parent_path() / infoName / infoFileName(trashed.filename().string());
-}
-
-// The absolute path of the place that a record tells. In a volume's Trash it counts from the folder above the Trash.
-fs::path absolutePlace(const fs::path& recorded, const fs::path& trashFolder) {
-    if (recorded.is_absolute()) {
-        return recorded;
-    }
-    const fs::path holder = trashFolder.parent_path();
-    return (holder.filename() == ".Trash" ? holder.parent_path() : holder) / recorded;
-}
-
-bool isSamePlace(const fs::path& first, const fs::path& second) {
-    const std::optional<FolderIdentity> parent = folderIdentity(first.parent_path());
-    return first == second ||
-           (first.filename() == second.filename() && parent && parent == folderIdentity(second.parent_path()));
-}
+    const HeldItem& item_;
+    const OpenTrash& trash_;
+    NameChoice names_;
+    std::string text_;
+    std::string name_;
+    Descriptor record_;
+};
 
 }  // namespace
 
 TrashOutcome moveToFreedesktopTrash(const HeldItem& item) {
     OpenTrash trash;
     if (const int failure = openTrashFor(item, trash)) {
-        return {posixError(failure), {}};
+        return {posixError(failure), {}, {}};
     }
-    const std::string record = trashInfoText(trash.recordedPlace, now());
-    NameChoice names(item.name, trash.info.get());
-    while (const std::optional<std::string> name = names.next()) {
-        const int failure = moveUnderName(item, trash, *name, record);
-        if (failure == 0) {
-            return {std::nullopt, trash.filesPlace / *name};
-        }
-        if (failure != EEXIST) {
-            return {posixError(failure), {}};
-        }
+    Entering entering(item, trash);
+    if (const int failure = entering.move()) {
+        return {posixError(failure), {}, {}};
     }
-    return {posixError(EEXIST), {}};
-}
-
-void forgetTrashed(const fs::path& trashed) {
-    const fs::path record = recordOf(trashed);
-    if (!record.empty()) {
-        unlink(record.c_str());
-    }
-}
-
-void forgetLostRecord(const fs::path& trashed, const fs::path& original) {
-    const fs::path record = recordOf(trashed);
-    if (record.empty()) {
-        return;
-    }
-    const Descriptor file(open(record.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    constexpr std::size_t longest = 16'384;
-    std::array<char, longest> text{};
-    const ssize_t length = file ? read(file.get(), text.data(), text.size()) : -1;
-    const std::optional<std::string> place =
-        length > 0 ? placeInTrashInfo({text.data(), static_cast<std::size_t>(length)}) : std::nullopt;
-    const fs::path trashFolder = trashed.parent_path().parent_path();
-    if (place && isSamePlace(absolutePlace(*place, trashFolder), original)) {
-        unlink(record.c_str());
-    }
+    return {std::nullopt, entering.place(), entering.identity()};
 }
 
 }  // namespace vesk

@@ -21,14 +21,10 @@ struct HeldItem {
 /// Moves an item to the Trash of its volume.
 TrashOutcome moveToFreedesktopTrash(const HeldItem& item);
 
-/// Removes the record of an item that has left such a Trash. Does nothing for an item of another kind of Trash.
-void forgetTrashed(const std::filesystem::path& trashed);
+/// Whether the Trash that this system's user sees keeps a record that Vesk can read (trash_linux.cpp, trash_macos.cpp).
+bool usersTrashKeepsRecords();
 
-/// The same for an item that is not in the Trash any more, if the record says that it came from `original`: what an
-/// undo leaves behind that was stopped half way.
-void forgetLostRecord(const std::filesystem::path& trashed, const std::filesystem::path& original);
-
-/// Moves an item to the Trash that this system's user sees (trash_linux.cpp, trash_macos.cpp).
+/// Moves an item to that Trash.
 TrashOutcome moveToUsersTrash(const HeldItem& item);
 
 }  // namespace vesk

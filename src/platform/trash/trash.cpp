@@ -10,6 +10,7 @@
 #include "platform/files/folder_reader.h"
 #include "platform/text.h"
 #include "platform/trash/freedesktop_trash.h"
+#include "platform/trash/trash_record.h"
 #include "platform/world.h"
 
 namespace vesk {
@@ -67,24 +68,100 @@ bool isUsable(const fs::path& path) {
     return path.is_absolute() && path.native().find('\0') == fs::path::string_type::npos;
 }
 
-// Whether something has this name, a link that leads nowhere too: 0, ENOENT when nothing has, or why it cannot be told.
-int lookFor(const fs::path& path, struct stat& found) {
-    if (lstat(path.c_str(), &found) == 0) {
-        return 0;
-    }
+// Why the look just made found nothing: ENOENT when there is nothing, or what keeps it from being told.
+int failureOfLastLook() {
     return errno == ENOTDIR ? ENOENT : errno;
 }
 
-// Where no rename refuses to replace, a file is given its second name before it loses the first. A program that ended
-// between the two leaves it with both.
-bool isOneFileOfTwoNames(const struct stat& first, const struct stat& second) {
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino && !S_ISDIR(first.st_mode);
+// The same for a look at this path; 0 when something is there.
+int failureOfLook(const fs::path& path) {
+    return itemIdentity(AT_FDCWD, path.c_str()) ? 0 : failureOfLastLook();
+}
+
+// What there is to know of an item before it is put back.
+struct Finding {
+    // Why it cannot be put back; 0 when it can.
+    int failure = 0;
+    std::optional<LastingIdentity> item;
+    OpenRecord record;
+    // Whether it is at its place already, and has kept its name in the Trash: where no rename refuses to replace, a
+    // file is given its second name before it loses the first, and a program may end between the two.
+    bool hasBothNames = false;
+};
+
+// Whether what lies in the Trash is the item, and not another one of its name.
+bool isTheItem(const TrashedItem& item, const LastingIdentity& found, OpenRecord& record) {
+    if (!usersTrashKeepsRecords()) {
+        return item.identity && areSurelySame(item.identity->item, found);
+    }
+    if (item.identity && !mayBeSame(item.identity->item, found)) {
+        return false;
+    }
+    record = recordOf(item);
+    return !record.path.empty();
+}
+
+// Whether the item is at its place, as far as it can be told.
+bool isBack(const TrashedItem& item) {
+    const std::optional<LastingIdentity> found = lastingIdentity(item.original);
+    return found && (!item.identity || mayBeSame(item.identity->item, *found));
+}
+
+Finding lookFor(const TrashedItem& item) {
+    Finding finding;
+    finding.item = lastingIdentity(item.place);
+    if (!finding.item) {
+        finding.failure = failureOfLastLook();
+        return finding;
+    }
+    if (!isTheItem(item, *finding.item, finding.record)) {
+        finding.failure = ESTALE;
+        return finding;
+    }
+    const int inPlace = failureOfLook(item.original);
+    if (inPlace == 0) {
+        finding.hasBothNames = areTwoNamesOfOneFile(AT_FDCWD, item.place.c_str(), AT_FDCWD, item.original.c_str());
+        finding.failure = finding.hasBothNames ? 0 : EEXIST;
+    } else if (inPlace != ENOENT) {
+        finding.failure = inPlace;
+    }
+    return finding;
+}
+
+// Moves the item; another one that has got its name in the Trash in this very moment goes back there.
+int moveBack(const TrashedItem& item, const LastingIdentity& known) {
+    if (const int failure = moveWithoutOverwriting(AT_FDCWD, item.place.c_str(), AT_FDCWD, item.original.c_str())) {
+        return failure;
+    }
+    const std::optional<LastingIdentity> moved = lastingIdentity(item.original);
+    if (!moved || mayBeSame(*moved, known)) {
+        return 0;
+    }
+    moveWithoutOverwriting(AT_FDCWD, item.original.c_str(), AT_FDCWD, item.place.c_str());
+    return ESTALE;
+}
+
+// Whether names in a folder may be changed, as far as it can be told; 0 or an errno value.
+int failureOfChange(const fs::path& folder) {
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+// The same for a folder that will be made when it is missing.
+int failureOfMaking(fs::path folder) {
+    while (folder.has_relative_path() && failureOfLook(folder) == ENOENT) {
+        folder = folder.parent_path();
+    }
+    struct stat found {};
+    if (stat(folder.c_str(), &found) != 0) {
+        return errno;
+    }
+    return S_ISDIR(found.st_mode) ? failureOfChange(folder) : ENOTDIR;
 }
 
 }  // namespace
 
 TrashOutcome moveToTrash(const SeenItem& item) {
-    const auto refused = [](int number) { return TrashOutcome{posixError(number), {}}; };
+    const auto refused = [](int number) { return TrashOutcome{posixError(number), {}, {}}; };
     if (!isWithinReach(item.path)) {
         return refused(EPERM);
     }
@@ -104,41 +181,63 @@ TrashOutcome moveToTrash(const SeenItem& item) {
     return moveToUsersTrash({item.path, item.path.filename().string(), folder.get()});
 }
 
-std::optional<PlatformError> putBack(const fs::path& trashed, const fs::path& original) {
-    if (!isUsable(trashed) || !isUsable(original)) {
+std::optional<PlatformError> putBack(const TrashedItem& item) {
+    if (!isUsable(item.place) || !isUsable(item.original)) {
         return posixError(EINVAL);
     }
-    struct stat item {};
-    struct stat inPlace {};
-    const int missing = lookFor(trashed, item);
-    const bool taken = lookFor(original, inPlace) == 0;
-    if (missing != 0) {
-        // Back already, by an undo that ended before it removed the record. In any other case the record stays: an item
-        // that cannot be seen now need not be gone.
-        if (missing == ENOENT && taken) {
-            forgetLostRecord(trashed, original);
-        }
-        return posixError(missing);
+    const Finding finding = lookFor(item);
+    if (finding.failure == ENOENT && isBack(item)) {
+        // By an undo that ended before it removed the record. In any other case the record stays: an item that cannot
+        // be seen now need not be gone.
+        forgetLostRecord(item);
     }
-    if (taken) {
-        if (!isOneFileOfTwoNames(item, inPlace)) {
-            return posixError(EEXIST);
-        }
-        if (unlink(trashed.c_str()) != 0) {
+    if (finding.failure != 0) {
+        return posixError(finding.failure);
+    }
+    if (finding.hasBothNames) {
+        if (unlink(item.place.c_str()) != 0) {
             return posixError(errno);
         }
-        forgetTrashed(trashed);
+        forget(finding.record);
         return std::nullopt;
     }
     constexpr unsigned defaultMode = 0777;
-    if (const int failure = makeFolders(original.parent_path(), defaultMode)) {
+    if (const int failure = makeFolders(item.original.parent_path(), defaultMode)) {
         return posixError(failure);
     }
-    if (const int failure = moveWithoutOverwriting(AT_FDCWD, trashed.c_str(), AT_FDCWD, original.c_str())) {
+    if (const int failure = moveBack(item, *finding.item)) {
         return posixError(failure);
     }
-    forgetTrashed(trashed);
+    forget(finding.record);
     return std::nullopt;
+}
+
+TrashState stateInTrash(const TrashedItem& item) {
+    if (!isUsable(item.place) || !isUsable(item.original)) {
+        return TrashState::gone;
+    }
+    int failure = lookFor(item).failure;
+    if (failure == 0) {
+        failure = failureOfChange(item.place.parent_path());
+    }
+    if (failure == 0) {
+        failure = failureOfMaking(item.original.parent_path());
+    }
+    switch (failure) {
+        case 0:
+            return TrashState::ready;
+        case EEXIST:
+            return TrashState::placeTaken;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+            return TrashState::refused;
+        case ENOENT:
+        case ESTALE:
+            return item.identity && isBack(item) ? TrashState::back : TrashState::gone;
+        default:
+            return TrashState::failing;
+    }
 }
 
 }  // namespace vesk

@@ -6,6 +6,7 @@
 // - What is moved is the item of that name itself: a link, not what it leads to.
 // - Before an item moves, the place it came from is on record in the Trash itself (on macOS by the system's own call),
 //   so that nothing is lost whenever the program or the machine stops.
+// - The Trash is everybody's: what has a name in it is taken for an item of Vesk's only when it can be told that it is.
 //
 // On Linux, and in every made-up world, the Trash is that of the freedesktop.org Trash specification 1.0
 // (freedesktop_trash.cpp); the user's own on macOS is reached by the system's call alone (trash_macos.cpp).
@@ -14,8 +15,10 @@
 #include <filesystem>
 #include <optional>
 
+#include "platform/date.h"
 #include "platform/error.h"
 #include "platform/files/files.h"
+#include "platform/files/item_identity.h"
 
 namespace vesk {
 
@@ -29,11 +32,34 @@ struct SeenItem {
     ItemDates dates = {};
 };
 
+/// What tells an item in the Trash, and its record, from whatever may have their names later.
+struct TrashedIdentity {
+    LastingIdentity item;
+    /// Absent where the system keeps the record, or when it could not be looked at.
+    std::optional<LastingIdentity> record;
+    /// When the record was written; whoever changes it changes this.
+    std::optional<Date> recorded;
+    friend bool operator==(const TrashedIdentity&, const TrashedIdentity&) = default;
+};
+
 struct TrashOutcome {
     /// Why the item still is where it was; absent when it is in the Trash.
     std::optional<PlatformError> error;
     /// Absolute path of the item in the Trash; empty when the system did not tell, or the item was not moved.
     std::filesystem::path place;
+    /// Absent when the item was not moved, or could not be looked at.
+    std::optional<TrashedIdentity> identity;
+};
+
+/// An item that was moved to the Trash.
+struct TrashedItem {
+    /// Where it was put, and where it came from; absolute paths.
+    std::filesystem::path place;
+    std::filesystem::path original;
+    /// When the run that moved it had ended.
+    Date cleaned;
+    /// Absent when nothing was noted of it.
+    std::optional<TrashedIdentity> identity;
 };
 
 /// Moves an item to the Trash of the volume it lies on. Refused, with nothing touched, when
@@ -44,7 +70,32 @@ struct TrashOutcome {
 TrashOutcome moveToTrash(const SeenItem& item);
 
 /// Moves an item from the Trash back to its place, making the folders above it that are missing, and removes the
-/// Trash's record of it. Returns why the item is not back where it was; absent when it is.
-std::optional<PlatformError> putBack(const std::filesystem::path& trashed, const std::filesystem::path& original);
+/// Trash's record of it. Returns why the item is not back where it was; absent when it is. Among the errno values:
+/// - ENOENT: nothing has its name in the Trash any more;
+/// - ESTALE: what has its name there is another item, or cannot be told from one. Where the Trash keeps a record of
+/// each
+///   item, the record has to tell the same original place and a deletion no later than `cleaned`; where the system
+///   keeps it, the identity decides alone. An identity that was noted has to be the same in either case;
+/// - EEXIST: something else is in its place.
+std::optional<PlatformError> putBack(const TrashedItem& item);
+
+/// How an item of a run stands.
+enum class TrashState {
+    /// In the Trash, and nothing is known to keep it there.
+    ready,
+    /// In the Trash; something else is in its place.
+    placeTaken,
+    /// In the Trash, and may not be moved back.
+    refused,
+    /// In the Trash; some other failure would keep it there, or keeps it from being looked at.
+    failing,
+    /// At its place; told only of an item of which an identity was noted.
+    back,
+    /// Not in the Trash any more, or not to be told from another one that has its name there.
+    gone,
+};
+
+/// What `putBack` would meet now, as far as it can be told without touching anything.
+TrashState stateInTrash(const TrashedItem& item);
 
 }  // namespace vesk

@@ -1,6 +1,7 @@
 #include "platform/trash/trash_info.h"
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <ctime>
 
@@ -10,6 +11,8 @@ namespace {
 
 constexpr std::string_view groupLine = "[Trash Info]";
 constexpr std::string_view pathKey = "Path=";
+constexpr std::string_view deletionKey = "DeletionDate=";
+constexpr const char* deletionFormat = "%Y-%m-%dT%H:%M:%S";
 constexpr std::string_view hexDigits = "0123456789ABCDEF";
 
 // What needs no escape in a path (RFC 3986: unreserved characters, and the slash between names).
@@ -62,7 +65,7 @@ std::string localTime(Date date) {
     std::tm local{};
     localtime_r(&seconds, &local);
     std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &local);
+    const std::size_t length = std::strftime(text.data(), text.size(), deletionFormat, &local);
     return {text.data(), length};
 }
 
@@ -73,6 +76,44 @@ std::string_view takeLine(std::string_view& text) {
     return line;
 }
 
+// What follows the first line that begins with the key.
+std::optional<std::string_view> valueIn(std::string_view text, std::string_view key) {
+    if (takeLine(text) != groupLine) {
+        return std::nullopt;
+    }
+    while (!text.empty()) {
+        const std::string_view line = takeLine(text);
+        if (line.starts_with(key)) {
+            return line.substr(key.size());
+        }
+    }
+    return std::nullopt;
+}
+
+bool haveSameClockFace(const std::tm& first, const std::tm& second) {
+    return first.tm_year == second.tm_year && first.tm_yday == second.tm_yday && first.tm_hour == second.tm_hour &&
+           first.tm_min == second.tm_min && first.tm_sec == second.tm_sec;
+}
+
+// The first moment at which clocks showed this time.
+std::optional<std::time_t> firstMoment(std::tm local) {
+    local.tm_isdst = -1;
+    errno = 0;
+    const std::time_t moment = std::mktime(&local);
+    if (moment == -1 && errno != 0) {
+        return std::nullopt;
+    }
+    // Clocks go back by an hour; on Lord Howe Island by half of one, and by two at a station in Antarctica.
+    for (const std::time_t step : {7200, 3600, 1800}) {
+        const std::time_t earlier = moment - step;
+        std::tm shown{};
+        if (localtime_r(&earlier, &shown) != nullptr && haveSameClockFace(shown, local)) {
+            return earlier;
+        }
+    }
+    return moment;
+}
+
 }  // namespace
 
 std::string trashInfoText(std::string_view place, Date deleted) {
@@ -80,23 +121,24 @@ std::string trashInfoText(std::string_view place, Date deleted) {
     text += "\n";
     text += pathKey;
     text += percentEncoded(place);
-    text += "\nDeletionDate=";
+    text += "\n";
+    text += deletionKey;
     text += localTime(deleted);
     text += "\n";
     return text;
 }
 
 std::optional<std::string> placeInTrashInfo(std::string_view text) {
-    if (takeLine(text) != groupLine) {
-        return std::nullopt;
-    }
-    while (!text.empty()) {
-        const std::string_view line = takeLine(text);
-        if (line.starts_with(pathKey)) {
-            return percentDecoded(line.substr(pathKey.size()));
-        }
-    }
-    return std::nullopt;
+    const std::optional<std::string_view> place = valueIn(text, pathKey);
+    return place ? std::optional(percentDecoded(*place)) : std::nullopt;
+}
+
+std::optional<Date> deletionInTrashInfo(std::string_view text) {
+    const std::string value(valueIn(text, deletionKey).value_or(""));
+    std::tm local{};
+    const char* const end = strptime(value.c_str(), deletionFormat, &local);
+    const std::optional<std::time_t> moment = end == value.c_str() + value.size() ? firstMoment(local) : std::nullopt;
+    return moment ? std::optional(dateFromUnix(*moment, 0)) : std::nullopt;
 }
 
 }  // namespace vesk

@@ -20,4 +20,8 @@ std::string trashInfoText(std::string_view place, Date deleted);
 /// The place that a record tells; absent when it tells none.
 std::optional<std::string> placeInTrashInfo(std::string_view text);
 
+/// The date of deletion that a record tells, to the second; absent when it tells none. Records keep local time without
+/// its zone: it is taken for this machine's, and an hour that comes twice for the first of the two.
+std::optional<Date> deletionInTrashInfo(std::string_view text);
+
 }  // namespace vesk

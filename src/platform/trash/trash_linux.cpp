@@ -2,6 +2,10 @@
 
 namespace vesk {
 
+bool usersTrashKeepsRecords() {
+    return true;
+}
+
 TrashOutcome moveToUsersTrash(const HeldItem& item) {
     return moveToFreedesktopTrash(item);
 }

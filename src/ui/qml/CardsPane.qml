@@ -3,7 +3,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Vesk
 
 ColumnLayout {
@@ -72,29 +71,13 @@ ColumnLayout {
                 wrapMode: Text.Wrap
             }
         }
-        ListView {
+        RowList {
             id: list
 
-            // For the rows' shadows and focus rings, which reach beyond them.
-            readonly property real sideRoom: 12
-
             objectName: "cardList"
-            anchors.fill: parent
-            anchors.leftMargin: -sideRoom
-            anchors.rightMargin: -sideRoom
-            clip: true
-            visible: pane.store.cards.count > 0
             model: pane.store.cards
-            spacing: 10
-            topMargin: 4
-            bottomMargin: Theme.margin
             // As many cards as a scan finds are there also while out of sight, for assistive technology to read.
             cacheBuffer: 2400
-            boundsBehavior: Flickable.StopAtBounds
-            keyNavigationEnabled: false
-            T.ScrollBar.vertical: SlimScrollBar {}
-            Accessible.role: Accessible.List
-            Accessible.ignored: !visible || !enabled
             Accessible.name: "Cards"
 
             function focusRow(row: int) {

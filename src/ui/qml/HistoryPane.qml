@@ -2,14 +2,14 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
-import QtQuick.Templates as T
 import Vesk
 
 Item {
     id: pane
 
     required property Store store
+    /// The run whose details are shown; empty when none is.
+    property string openedRun: ""
 
     Column {
         objectName: "emptyHistory"
@@ -35,144 +35,21 @@ Item {
             wrapMode: Text.Wrap
         }
     }
-    ListView {
+    RowList {
         id: list
 
-        // For the rows' shadows and focus rings, which reach beyond them.
-        readonly property real sideRoom: 12
-
         objectName: "historyList"
-        anchors.fill: parent
-        anchors.leftMargin: -sideRoom
-        anchors.rightMargin: -sideRoom
-        visible: pane.store.history.count > 0
-        clip: true
         model: pane.store.history
-        spacing: 10
-        topMargin: 4
-        bottomMargin: Theme.margin
         cacheBuffer: 400
-        boundsBehavior: Flickable.StopAtBounds
-        keyNavigationEnabled: false
-        T.ScrollBar.vertical: SlimScrollBar {}
-        Accessible.role: Accessible.List
-        Accessible.ignored: !enabled
         Accessible.name: "History"
 
-        // The plate lies in a plain item for the same reason as that of a card (CardRow).
-        delegate: Item {
-            id: row
-
-            required property int index
-            required property string entryId
-            required property string bytesText
-            required property bool preview
-            required property string titles
-            required property string dateText
-            required property real snapshotsRemoved
-            required property bool undone
-
-            readonly property string amount: (preview ? "Preview: would free " : "Freed ") + bytesText
-
-            readonly property string snapshots: snapshotsRemoved >= 1 ? `${snapshotsRemoved} snapshots can't be restored` : ""
-            readonly property string outcome: preview ? "Nothing changed" : undone ? "Restored" : ""
-
+        delegate: HistoryRow {
+            store: pane.store
             width: ListView.view.width
-            height: columns.implicitHeight + 32
-
-            Rectangle {
-                id: plate
-
-                objectName: "historyPlate"
-                anchors.fill: parent
-                anchors.leftMargin: list.sideRoom
-                anchors.rightMargin: list.sideRoom
-                radius: 20
-                color: Theme.card
-                Accessible.role: Accessible.ListItem
-                Accessible.ignored: !enabled
-                Accessible.name: `${row.amount}. ${row.titles}. ${row.dateText}. ${row.snapshots} ${row.outcome}`.trim()
-
-                SoftShadow {
-                    cornerRadius: 20
-                    blurRadius: 12
-                    offset: 3
-                }
-                RowLayout {
-                    id: columns
-
-                    anchors.fill: parent
-                    anchors.margins: 16
-                    anchors.leftMargin: 20
-                    anchors.rightMargin: 20
-                    spacing: Theme.wideGap
-
-                    ColumnLayout {
-                        spacing: 2
-
-                        Words {
-                            said: true
-                            objectName: "amountText"
-                            Layout.fillWidth: true
-                            text: row.amount
-                            weight: Font.Bold
-                            wrapMode: Text.Wrap
-                        }
-                        Words {
-                            said: true
-                            objectName: "titlesText"
-                            Layout.fillWidth: true
-                            text: row.titles
-                            font.pixelSize: Theme.callout
-                            wrapMode: Text.Wrap
-                            elide: Text.ElideRight
-                            maximumLineCount: 3
-                        }
-                        Words {
-                            said: true
-                            objectName: "dateText"
-                            Layout.fillWidth: true
-                            text: row.dateText
-                            color: Theme.softInk
-                            font.pixelSize: Theme.caption
-                            elide: Text.ElideRight
-                        }
-                        Words {
-                            said: true
-                            objectName: "snapshotsText"
-                            Layout.fillWidth: true
-                            visible: row.snapshots !== ""
-                            text: row.snapshots
-                            color: Theme.accent
-                            font.pixelSize: Theme.caption
-                            weight: Font.Bold
-                            wrapMode: Text.Wrap
-                        }
-                    }
-                    Words {
-                        said: true
-                        objectName: "outcomeText"
-                        visible: row.outcome !== ""
-                        text: row.outcome
-                        color: row.preview ? Theme.softInk : Theme.green
-                        font.pixelSize: Theme.callout
-                        weight: Font.Bold
-                    }
-                    ActionButton {
-                        objectName: "undoButton"
-                        visible: row.outcome === ""
-                        text: "Undo"
-                        available: !pane.store.busy
-                        onClicked: pane.store.undo(row.entryId)
-                        onActiveFocusChanged: {
-                            if (activeFocus) {
-                                list.positionViewAtIndex(row.index, ListView.Contain);
-                            }
-                        }
-                        hint: plate.Accessible.name
-                    }
-                }
-            }
+            sideRoom: list.sideRoom
+            open: pane.openedRun === entryId
+            onToggleDetails: pane.openedRun = opened ? "" : entryId
+            onFocused: list.positionViewAtIndex(index, ListView.Contain)
         }
     }
 }

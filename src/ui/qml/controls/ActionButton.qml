@@ -7,6 +7,8 @@ PressableButton {
 
     property color color: Theme.accent
     property real textSize: Theme.callout
+    /// Whether its words stand alone until the pointer or the keyboard is on it.
+    property bool quiet: false
 
     horizontalPadding: 12
     verticalPadding: 8
@@ -26,7 +28,7 @@ PressableButton {
     }
     background: Rectangle {
         radius: height / 2
-        color: Theme.faded(button.color, button.down ? 0.22 : button.hovered ? 0.16 : 0.1)
+        color: Theme.faded(button.color, button.down ? 0.22 : button.hovered ? 0.16 : button.quiet ? 0 : 0.1)
         scale: button.pressable.scale
 
         FocusRing {

@@ -1,0 +1,22 @@
+// What item_identity.cpp needs and each system has in its own way (item_identity_linux.cpp, item_identity_macos.cpp).
+#pragma once
+
+#include <string>
+
+#include "platform/files/item_identity.h"
+
+struct stat;
+
+namespace vesk {
+
+/// Whether the file system that something open, or what a path leads to, lies on keeps the inode numbers of files.
+bool keepsInodeNumbers(int opened);
+bool keepsInodeNumbers(const std::filesystem::path& item);
+
+/// What tells apart two files that have had the same inode number, as bytes; empty where there is no such thing.
+std::string generationOf(int folder, const char* name);
+
+/// Whether two looks tell the same dates of the last change of content and of anything else.
+bool haveSameDates(const struct stat& first, const struct stat& second);
+
+}  // namespace vesk

@@ -1,0 +1,72 @@
+// The Trash, and the places of its items, are everybody's: what has a name there may be somebody else's by now.
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+#include "platform/trash/trash_info.h"
+#include "platform/trash_fixture.h"
+#include "support/private_mounts.h"
+
+namespace vesk {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace testing;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// Something of the item's name lies in the Trash without a record, and the item vanishes just before it is moved.
+TEST_F(TrashTest, AVanishedItemIsNotTakenForAnOrphanOfItsName) {
+    makeFolder(item.parent_path());
+    writeFile(files / "item", "an orphan");
+    EXPECT_EQ(trashing(seen(item)), ENOENT);
+    EXPECT_EQ(contentOf(files / "item"), "an orphan");
+    EXPECT_THAT(namesIn(info), IsEmpty());
+}
+
+// The item's folder has become a link into the Trash, so that both paths lead to the one name of one file.
+TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwo) {
+    for (const bool hasAnother : {false, true}) {
+        writeFile(item, "the only copy");
+        ASSERT_EQ(trashing(seen(item)), 0);
+        if (hasAnother) {
+            fs::create_hard_link(files / "item", home / "Another");
+        }
+        fs::remove_all(item.parent_path());
+        makeLink(item.parent_path(), files);
+        EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+        EXPECT_EQ(contentOf(files / "item"), "the only copy");
+        EXPECT_THAT(namesIn(info), ElementsAre("item.trashinfo"));
+        fs::remove(item.parent_path());
+        EXPECT_EQ(puttingBack(files / "item", item), 0);
+    }
+}
+
+TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwoThroughAMount) {
+    if (!enterPrivateMounts()) {
+        GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";
+    }
+    writeFile(item, "the only copy");
+    ASSERT_EQ(trashing(seen(item)), 0);
+    ASSERT_TRUE(mountFolderAgain(files, item.parent_path()));
+    EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+    EXPECT_EQ(contentOf(files / "item"), "the only copy");
+    unmount(item.parent_path());
+}
+
+// Another program trashes the item that has come back: its record is there, the item comes a moment later.
+TEST_F(TrashTest, ARecordThatAnotherProgramHasJustWrittenStays) {
+    writeFile(item, "x");
+    const Date cleaned = now();
+    ASSERT_EQ(trashing(seen(item)), 0);
+    fs::rename(files / "item", item);
+    fs::remove(info / "item.trashinfo");
+    const std::string fresh = trashInfoText(item.string(), cleaned + std::chrono::seconds(2));
+    writeFile(info / "item.trashinfo", fresh);
+    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_EQ(contentOf(info / "item.trashinfo"), fresh);
+}
+
+}  // namespace
+}  // namespace vesk

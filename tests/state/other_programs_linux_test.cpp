@@ -1,0 +1,216 @@
+// Other programs put into the Trash, take out of it and empty it while Vesk cleans and undoes: trash-cli's and gio, at
+// random moments, with equal names on purpose. Afterwards every file is at its place, or in the Trash under a record
+// that tells its place, with its own bytes; none is gone but those that were emptied away. VESK_RACE_ROUNDS says how
+// often it is tried, VESK_RACE_SEED draws other moments.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "platform/files/folder_reader.h"
+#include "platform/trash/trash_info.h"
+#include "state/store_home.h"
+#include "support/child_program.h"
+#include "support/trash_home.h"
+
+namespace vesk {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace testing;
+
+unsigned long setting(const char* name, unsigned long otherwise) {
+    const char* wanted = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): no other thread yet
+    return wanted == nullptr ? otherwise : std::stoul(wanted);
+}
+
+// A file that must not be lost: the item that it is or lies in, and what is in it.
+struct Precious {
+    fs::path place;
+    fs::path item;
+    std::string content;
+    // Keeps the inode number from being used again, and tells how many names the file has.
+    Descriptor file;
+
+    struct stat look() const {
+        struct stat found {};
+        EXPECT_EQ(fstat(file.get(), &found), 0);
+        return found;
+    }
+};
+
+class OtherProgramsTest : public StoreHome {
+protected:
+    std::mt19937 random{static_cast<unsigned>(setting("VESK_RACE_SEED", 20261121))};
+    const std::vector<fs::path> junk = {testHome() / "Junk1", testHome() / "Junk2", testHome() / "Junk3"};
+    const std::vector<fs::path> own = {testHome() / "Own1", testHome() / "Own2"};
+    const fs::path log = testRoot().parent_path() / "emptied";
+    std::vector<Precious> files;
+    std::map<std::string, long> count;
+
+    void SetUp() override {
+        for (const char* program : {"trash-put", "trash-empty", "trash-restore", "gio"}) {
+            ASSERT_EQ(shell(std::string("command -v ") + program).status, 0)
+                << program << " is needed for this test (Debian: trash-cli, libglib2.0-bin)";
+        }
+        setenv("HOME", testHome().c_str(), 1);
+        setenv("XDG_DATA_HOME", world().dataHome.c_str(), 1);
+        setenv("LC_ALL", "C.UTF-8", 1);
+        for (const fs::path& folder : junk) {
+            offerItemsOf(folder, folder.filename().string());
+        }
+    }
+
+    static ProgramRun shell(const std::string& command) {
+        return runProgram("/bin/sh", {"-c", command + " >/dev/null 2>&1"}, {}, std::chrono::seconds(60));
+    }
+    std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random); }
+
+    void make(const fs::path& item, const fs::path& place, int round) {
+        Precious file{place, item, "round " + std::to_string(round) + ": " + place.string(), Descriptor()};
+        writeFile(place, file.content);
+        file.file = Descriptor(open(place.c_str(), O_RDONLY | O_CLOEXEC));
+        files.push_back(std::move(file));
+    }
+    void makeFiles(int round) {
+        store_.reset();
+        files.clear();
+        std::error_code ignored;
+        fs::remove_all(testHome(), ignored);
+        std::ofstream(log).close();
+        for (const std::vector<fs::path>& folders : {junk, own}) {
+            for (const fs::path& folder : folders) {
+                make(folder / "report.pdf", folder / "report.pdf", round);
+                make(folder / "cache", folder / "cache", round);
+                make(folder / "modules", folder / "modules/inner", round);
+            }
+        }
+    }
+
+    // What one of the other programs is told to do.
+    std::string randomCommand() {
+        const std::string item = "'" + files[below(files.size())].item.string() + "'";
+        switch (below(7)) {
+            case 0:
+            case 1:
+                ++count["trash-put"];
+                return "trash-put " + item;
+            case 2:
+            case 3:
+                ++count["gio"];
+                return "gio trash " + item;
+            case 4:
+                ++count["trash-empty"];
+                return "python3 " VESK_TRASH_EMPTY " '" + homeTrash().string() + "' '" + log.string() + "'";
+            default:
+                ++count["trash-restore"];
+                return "echo 0 | trash-restore " + item;
+        }
+    }
+
+    // Starts them all, and cleans and undoes until the last has ended.
+    void race() {
+        std::atomic<int> running = 4;
+        std::vector<std::thread> others;
+        for (int i = running; i > 0; --i) {
+            others.emplace_back([&, command = randomCommand(), delay = below(100)] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+                shell(command);
+                --running;
+            });
+        }
+        scannedStore();
+        while (running > 0 && !HasFailure()) {
+            clean();
+            if (store_->history().empty()) {
+                continue;  // nothing was there to be cleaned
+            }
+            ++count["cleans"];
+            count["moved"] += static_cast<long>(store_->history()[0].moves.size());
+            undo(below(store_->history().size()));
+        }
+        for (std::thread& other : others) {
+            other.join();
+        }
+    }
+
+    std::set<ino_t> emptied() const {
+        std::ifstream lines(log);
+        return {std::istream_iterator<ino_t>(lines), {}};
+    }
+
+    // Where each file is, by inode number.
+    static std::map<ino_t, fs::path> whereabouts() {
+        std::map<ino_t, fs::path> found;
+        for (const auto& item : fs::recursive_directory_iterator(testHome())) {
+            struct stat seen {};
+            if (lstat(item.path().c_str(), &seen) == 0 && S_ISREG(seen.st_mode)) {
+                found[seen.st_ino] = item.path();
+            }
+        }
+        return found;
+    }
+
+    // The place that the record tells of the item in the Trash that a path leads into.
+    static std::string recordedPlace(const fs::path& path) {
+        const fs::path inTrash = path.lexically_relative(trashFiles());
+        const std::string name = inTrash.begin()->string();
+        return placeInTrashInfo(contentOf(trashInfo() / (name + ".trashinfo"))).value_or("nothing");
+    }
+
+    void expectAllAccountedFor(const std::string& when) {
+        const std::map<ino_t, fs::path> places = whereabouts();
+        const std::set<ino_t> gone = emptied();
+        for (const Precious& file : files) {
+            const struct stat seen = file.look();
+            if (seen.st_nlink == 0) {
+                EXPECT_TRUE(gone.contains(seen.st_ino)) << when << ", lost, and nobody emptied it away: " << file.place;
+                continue;
+            }
+            const auto found = places.find(seen.st_ino);
+            ASSERT_NE(found, places.end()) << when << ", outside the home: " << file.place;
+            EXPECT_EQ(contentOf(found->second), file.content) << when;
+            if (found->second != file.place) {
+                EXPECT_EQ(found->second.filename() == "inner", file.place.filename() == "inner");
+                EXPECT_EQ(recordedPlace(found->second), file.item.string())
+                    << when << ", " << file.place << " is at " << found->second;
+            }
+        }
+    }
+
+    void undoAll() {
+        for (std::size_t row = 0; row < store_->history().size(); ++row) {
+            undo(row);
+        }
+    }
+};
+
+TEST_F(OtherProgramsTest, EveryFileIsAccountedForWhileOthersUseTheTrash) {
+    const unsigned long rounds = setting("VESK_RACE_ROUNDS", 6);
+    for (unsigned long round = 0; round < rounds && !HasFailure(); ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        makeFiles(static_cast<int>(round));
+        race();
+        expectAllAccountedFor("after the race");
+        undoAll();
+        expectAllAccountedFor("after the last undo");
+        count["emptied away"] += static_cast<long>(emptied().size());
+        ++count["rounds"];
+    }
+    std::printf("others:");
+    for (const auto& [what, number] : count) {
+        std::printf(" %s %ld", what.c_str(), number);
+    }
+    std::printf("\n");
+    EXPECT_GT(count["moved"], 0);
+}
+
+}  // namespace
+}  // namespace vesk

@@ -1,0 +1,40 @@
+#!/usr/bin/env python3
+"""Empties one Trash with trash-cli's own program, and tells which files it deleted.
+
+    telling_trash_empty.py TRASH LOG
+
+Adds a line to LOG for each file of which a name was removed: its inode number. Asks for one Trash only: without that,
+the program would empty those of the machine's volumes too.
+"""
+
+import os
+import runpy
+import shutil
+import sys
+
+TRASH, LOG = sys.argv[1:]
+
+
+def telling(remove):
+    def remove_and_tell(path, *, dir_fd=None):
+        try:
+            file = os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK, dir_fd=dir_fd)
+        except OSError:
+            remove(path, dir_fd=dir_fd)
+            return
+        try:
+            names = os.fstat(file).st_nlink
+            remove(path, dir_fd=dir_fd)
+            if os.fstat(file).st_nlink < names:
+                with open(LOG, "a", encoding="ascii") as log:
+                    log.write(f"{os.fstat(file).st_ino}\n")
+        finally:
+            os.close(file)
+
+    return remove_and_tell
+
+
+os.remove, os.unlink = telling(os.remove), telling(os.unlink)
+
+sys.argv = ["trash-empty", f"--trash-dir={TRASH}"]
+runpy.run_path(shutil.which("trash-empty"), run_name="__main__")
