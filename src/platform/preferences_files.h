@@ -17,6 +17,10 @@ StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_
 /// Stores bytes under a key, making the folder when it is missing. Returns false, with the old value kept, on failure.
 bool writePreferenceFile(const std::filesystem::path& folder, std::string_view key, std::string_view bytes);
 
+/// Removes the temporary files, in this folder, of writes that were killed. A write that is under way holds a lock on
+/// its file; where the file system knows no locks, nothing is removed.
+void removeUnfinishedPreferenceFiles(const std::filesystem::path& folder);
+
 /// Yes and no as such files hold them; absent for any other bytes.
 std::optional<bool> booleanFromPreferenceFile(const std::optional<std::string>& stored);
 std::string_view preferenceFileText(bool value);

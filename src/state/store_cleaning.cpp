@@ -95,7 +95,7 @@ std::vector<std::string> Store::snapshotIDsOf(const std::vector<Card>& cards) {
 
 void Store::finishClean(CleaningResult result) {
     HistoryEntry entry;
-    entry.date = now();
+    entry.date = historyDate(now());
     entry.bytes = freedBytes(result.moves);
     entry.titles = std::exchange(cleaningTitles_, {});
     entry.moves = withKnownPlace(std::move(result.moves));
@@ -106,7 +106,7 @@ void Store::finishClean(CleaningResult result) {
 
 void Store::finishPreview() {
     HistoryEntry entry;
-    entry.date = now();
+    entry.date = historyDate(now());
     entry.bytes = previewBytes_;
     entry.preview = true;
     entry.titles = std::exchange(cleaningTitles_, {});
