@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/ending.h"
+#include "platform/preferences.h"
 #include "platform/process.h"
 #include "platform/world.h"
 #include "state/work_left.h"
@@ -69,6 +70,7 @@ void finishAtExit() {
 }
 
 int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
+    Preferences().removeUnfinished();
     VeskApp vesk(std::move(sources));
     onlyWindow.onCall([&vesk] { vesk.comeForward(); });
     if (!vesk.show()) {
@@ -95,6 +97,8 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
             return refuse(refusals::homeUnknown);
         case World::HomeFault::wholeDisk:
             return refuse(refusals::homeIsWholeDisk);
+        case World::HomeFault::anothers:
+            return refuse(refusals::homeIsAnothers);
     }
     OnlyWindow onlyWindow;
     switch (onlyWindow.enter(patienceWithFirst)) {
@@ -111,6 +115,7 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
 }  // namespace
 
 int runProgram(int argc, char** argv, Store::Sources sources, const std::function<void()>& tidyUp) {
+    outliveFailedWrites();
     atExit = AtExit{nullptr, tidyUp};
     std::atexit(finishAtExit);
     const int status = runApplication(argc, argv, std::move(sources));
