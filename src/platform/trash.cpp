@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <set>
 #include <string>
 
 #include "platform/folder_reader.h"
+#include "platform/syncing.h"
 #include "platform/text.h"
 #include "platform/trash_freedesktop.h"
 #include "platform/world.h"
@@ -69,6 +72,17 @@ bool isOneFileOfTwoNames(const struct stat& first, const struct stat& second) {
     return first.st_dev == second.st_dev && first.st_ino == second.st_ino && !S_ISDIR(first.st_mode);
 }
 
+// Where a file system does not keep the order of changes to names, a power loss may find an item's old name gone and the
+// new one not made. The new one first, then.
+void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldFolder) {
+    for (const fs::path& folder : {newFolder, oldFolder}) {
+        const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);
+        if (opened && !keepsOrderOfNames(opened.get())) {
+            fsync(opened.get());
+        }
+    }
+}
+
 }  // namespace
 
 TrashOutcome moveToTrash(const SeenItem& item) {
@@ -98,22 +112,13 @@ std::optional<PlatformError> putBack(const fs::path& trashed, const fs::path& or
     const int missing = lookFor(trashed, item);
     const bool taken = lookFor(original, inPlace) == 0;
     if (missing != 0) {
-        // Back already, by an undo that ended before it removed the record. In any other case the record stays: an item
-        // that cannot be seen now need not be gone.
-        if (missing == ENOENT && taken) {
-            forgetLostRecord(trashed, original);
-        }
         return posixError(missing);
     }
     if (taken) {
         if (!isOneFileOfTwoNames(item, inPlace)) {
             return posixError(EEXIST);
         }
-        if (unlink(trashed.c_str()) != 0) {
-            return posixError(errno);
-        }
-        forgetTrashed(trashed);
-        return std::nullopt;
+        return unlink(trashed.c_str()) != 0 ? std::optional(posixError(errno)) : std::nullopt;
     }
     constexpr unsigned defaultMode = 0777;
     if (const int failure = makeFolders(original.parent_path(), defaultMode)) {
@@ -122,8 +127,32 @@ std::optional<PlatformError> putBack(const fs::path& trashed, const fs::path& or
     if (const int failure = moveWithoutOverwriting(AT_FDCWD, trashed.c_str(), AT_FDCWD, original.c_str())) {
         return posixError(failure);
     }
-    forgetTrashed(trashed);
+    syncWhereNamesAreNotOrdered(original.parent_path(), trashed.parent_path());
     return std::nullopt;
+}
+
+void forgetReturned(const fs::path& trashed, const fs::path& original, Returned when) {
+    if (when == Returned::now) {
+        forgetTrashed(trashed);
+        return;
+    }
+    struct stat found {};
+    // In any other case the record stays: an item that cannot be seen now need not be gone.
+    if (isUsable(trashed) && isUsable(original) && lookFor(trashed, found) == ENOENT && lookFor(original, found) == 0) {
+        forgetLostRecord(trashed, original);
+    }
+}
+
+bool syncMoves(const std::vector<fs::path>& trashed) {
+    std::set<fs::path> folders;
+    for (const fs::path& place : trashed) {
+        folders.insert(place.parent_path());
+    }
+    return std::all_of(folders.begin(), folders.end(), [](const fs::path& folder) {
+        const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);
+        // Where there is no such folder (any more), nothing can have been moved.
+        return opened ? syncNames(opened.get()) : errno == ENOENT || errno == ENOTDIR;
+    });
 }
 
 }  // namespace vesk

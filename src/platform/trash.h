@@ -13,6 +13,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 #include "platform/error.h"
 #include "platform/files.h"
@@ -40,8 +41,19 @@ struct TrashOutcome {
 /// - the Trash cannot take it (another place is never used instead).
 TrashOutcome moveToTrash(const SeenItem& item);
 
-/// Moves an item from the Trash back to its place, making the folders above it that are missing, and removes the
-/// Trash's record of it. Returns why the item is not back where it was; absent when it is.
+/// Moves an item from the Trash back to its place, making the folders above it that are missing. Returns why the item is
+/// not back where it was; absent when it is. The Trash keeps its record of it until `forgetReturned`.
 std::optional<PlatformError> putBack(const std::filesystem::path& trashed, const std::filesystem::path& original);
+
+/// Whether it was this undo that brought an item back, or perhaps an earlier one that ended before it was through.
+enum class Returned { now, perhapsBefore };
+
+/// Removes the Trash's record of an item that is back at its place, and does nothing for any other. To be called after
+/// `syncMoves`: a power loss could take back the move and not the record's end, and nobody would know of the item.
+void forgetReturned(const std::filesystem::path& trashed, const std::filesystem::path& original, Returned when);
+
+/// Sees to it that what was moved to these places in the Trash, or away from them, is on the disk: once a run, before
+/// anything is stored that tells of the moves. Returns false when that is not known.
+bool syncMoves(const std::vector<std::filesystem::path>& trashed);
 
 }  // namespace vesk

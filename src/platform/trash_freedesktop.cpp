@@ -15,6 +15,7 @@
 
 #include "platform/files_system.h"
 #include "platform/folder_reader.h"
+#include "platform/syncing.h"
 #include "platform/text.h"
 #include "platform/trash_info.h"
 #include "platform/world.h"
@@ -69,14 +70,14 @@ fs::path homeTrashPlace() {
     return world().dataHome / "Trash";
 }
 
-// The mount that the home Trash serves: the one it lies on, or will lie on once it is made. A link that stands for the
+// The volume that the home Trash serves: the one it lies on, or will lie on once it is made. A link that stands for the
 // Trash itself does not count: where it leads to another disk, items are refused rather than put into a third place.
-std::optional<MountIdentity> homeTrashMount() {
+std::optional<VolumeIdentity> homeTrashVolume() {
     fs::path place = homeTrashPlace().parent_path();
     while (place.has_relative_path() && !itemExists(place)) {
         place = place.parent_path();
     }
-    return mountIdentity(place);
+    return volumeIdentity(place);
 }
 
 int openHomeTrash(const HeldItem& item, OpenTrash& trash) {
@@ -96,14 +97,14 @@ int openHomeTrash(const HeldItem& item, OpenTrash& trash) {
     return openInside(folder.get(), place, trash);
 }
 
-// The folder that the volume holding `folder` (a path without links) is mounted at; absent when that lies outside the
-// world in force, where a made-up world must leave everything alone.
-std::optional<fs::path> topOfVolume(fs::path folder, const MountIdentity& mount) {
+// The topmost folder of the volume holding `folder` (a path without links); absent when that lies outside the world in
+// force, where a made-up world must leave everything alone.
+std::optional<fs::path> topOfVolume(fs::path folder, const VolumeIdentity& volume) {
     const std::optional<fs::path> root = resolvingLinks(world().root);
-    while (folder != root && folder.has_relative_path() && mountIdentity(folder.parent_path()) == mount) {
+    while (folder != root && folder.has_relative_path() && volumeIdentity(folder.parent_path()) == volume) {
         folder = folder.parent_path();
     }
-    const bool isTop = !folder.has_relative_path() || mountIdentity(folder.parent_path()) != mount;
+    const bool isTop = !folder.has_relative_path() || volumeIdentity(folder.parent_path()) != volume;
     return isTop ? std::optional(folder) : std::nullopt;
 }
 
@@ -125,14 +126,14 @@ int openSharedTrash(int top, const fs::path& topPlace, const std::string& user, 
     return openInside(folder.get(), topPlace / ".Trash" / user, trash);
 }
 
-int openVolumeTrash(const HeldItem& item, const MountIdentity& mount, OpenTrash& trash) {
+int openVolumeTrash(const HeldItem& item, const VolumeIdentity& volume, OpenTrash& trash) {
     const std::optional<fs::path> parent = resolvingLinks(item.path.parent_path());
     if (!parent || folderIdentity(*parent) != folderIdentity(item.folder)) {
         return ENOENT;
     }
-    const std::optional<fs::path> topPlace = topOfVolume(*parent, mount);
+    const std::optional<fs::path> topPlace = topOfVolume(*parent, volume);
     const Descriptor top = topPlace ? openFolder(AT_FDCWD, topPlace->c_str(), LastLink::refuse) : Descriptor();
-    if (!top || mountIdentity(top.get()) != mount) {
+    if (!top || volumeIdentity(top.get()) != volume) {
         return EXDEV;
     }
     trash.recordedPlace = (*parent / item.name).lexically_relative(*topPlace).string();
@@ -150,12 +151,11 @@ int openVolumeTrash(const HeldItem& item, const MountIdentity& mount, OpenTrash&
 }
 
 int openTrashFor(const HeldItem& item, OpenTrash& trash) {
-    // Device numbers do not tell what a rename can reach: a folder mounted a second time has the same one.
-    const std::optional<MountIdentity> mount = mountIdentity(item.folder);
-    if (!mount) {
+    const std::optional<VolumeIdentity> volume = volumeIdentity(item.folder);
+    if (!volume) {
         return errno;
     }
-    const int failure = mount == homeTrashMount() ? openHomeTrash(item, trash) : openVolumeTrash(item, *mount, trash);
+    const int failure = volume == homeTrashVolume() ? openHomeTrash(item, trash) : openVolumeTrash(item, *volume, trash);
     if (failure != 0) {
         return failure;
     }
@@ -214,16 +214,16 @@ std::string infoFileName(std::string_view name) {
     return std::string(name).append(trashInfoSuffix);
 }
 
-// Writes a record and sees to it that its content is on disk before the item moves. Its name needs no forcing: file
-// systems keep the order of changes to names, so the later rename never outlives a crash that the name does not.
+// Writes a record and sees to it that its content is on disk before the item moves. Its name needs no forcing where the
+// file system keeps the order of changes to names: the later rename never outlives a power loss that the name does not.
 // EEXIST when the name is taken.
-int writeRecord(int infoFolder, const std::string& fileName, std::string_view text) {
+int writeRecord(int infoFolder, bool keepsOrder, const std::string& fileName, std::string_view text) {
     Descriptor file(openat(infoFolder, fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file) {
         return errno;
     }
     int failure = writeAll(file.get(), text);
-    if (failure == 0 && fsync(file.get()) != 0) {
+    if (failure == 0 && (fsync(file.get()) != 0 || (!keepsOrder && fsync(infoFolder) != 0))) {
         failure = errno;
     }
     if (failure != 0) {
@@ -235,12 +235,17 @@ int writeRecord(int infoFolder, const std::string& fileName, std::string_view te
 // Records the item under this name, then moves it. EEXIST when the name is taken.
 int moveUnderName(const HeldItem& item, const OpenTrash& trash, const std::string& name, std::string_view record) {
     const std::string infoFile = infoFileName(name);
-    if (const int failure = writeRecord(trash.info.get(), infoFile, record)) {
+    const bool keepsOrder = keepsOrderOfNames(trash.info.get());
+    if (const int failure = writeRecord(trash.info.get(), keepsOrder, infoFile, record)) {
         return failure;
     }
     const int failure = moveWithoutOverwriting(item.folder, item.name.c_str(), trash.files.get(), name.c_str());
     if (failure != 0) {
         unlinkat(trash.info.get(), infoFile.c_str(), 0);
+    } else if (!keepsOrder) {
+        // The new name first: with the old one gone before it is there, a power loss would cost the item both.
+        fsync(trash.files.get());
+        fsync(item.folder);
     }
     return failure;
 }

@@ -59,6 +59,7 @@ void Store::performClean() {
             control.keep(log);
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;
+            tools.settle = syncMoves;
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };
             tools.stepDone = [&](const CleaningResult& soFar) { log->update(soFar); };

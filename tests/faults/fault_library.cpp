@@ -11,17 +11,22 @@
 //   VESK_FAULT_MADE    set: calls that change names are made and then say that they failed, as a network disk may whose
 //                      first answer was lost; other calls neither count nor fail
 //   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some of FUSE
+//   VESK_FAULT_UNORDERED
+//                      set: every file system says that it is one of those that keep no order of changes to names
+//   VESK_FAULT_TRACE   set: a line "call CALL" for each call of the phase
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <signal.h>
 #include <stdarg.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <array>
@@ -84,9 +89,12 @@ public:
         lasts_ = setting("VESK_FAULT_LASTS") != nullptr;
         old_ = setting("VESK_FAULT_OLD") != nullptr;
         made_ = setting("VESK_FAULT_MADE") != nullptr;
+        unordered_ = setting("VESK_FAULT_UNORDERED") != nullptr;
+        traced_ = setting("VESK_FAULT_TRACE") != nullptr;
     }
 
     bool isOldFileSystem() const { return old_; }
+    bool isUnordered() const { return unordered_; }
     bool isMade(Call call) const { return made_ && changesNames(call); }
 
     void enter(const char* phase) {
@@ -108,6 +116,9 @@ public:
         if (!counting_ || (made_ && !changesNames(fit.call))) {
             return 0;
         }
+        if (traced_) {
+            tell("call", fit.name, "");
+        }
         int number = 0;
         for (std::size_t i = 0; i < errors.size(); ++i) {
             if (canFail(fit, i) && ++counts_[i] == at_ && i == chosen_) {
@@ -118,10 +129,14 @@ public:
     }
 
 private:
-    int strike(const Fit& fit) {
+    static void tell(const char* what, const char* call, const char* error) {
         std::array<char, 128> line{};
-        std::snprintf(line.data(), line.size(), "hit %s %s\n", fit.name, errors[chosen_].name);
+        std::snprintf(line.data(), line.size(), "%s %s %s\n", what, call, error);
         report(line.data());
+    }
+
+    int strike(const Fit& fit) {
+        tell("hit", fit.name, errors[chosen_].name);
         if (errors[chosen_].number == 0) {
             realSystemCall()(SYS_kill, getpid(), SIGKILL);
         }
@@ -142,6 +157,8 @@ private:
     bool lasts_ = false;
     bool old_ = false;
     bool made_ = false;
+    bool unordered_ = false;
+    bool traced_ = false;
     bool counted_ = false;
     std::atomic<bool> reported_ = false;
     std::atomic<bool> counting_ = false;
@@ -296,9 +313,17 @@ VESK_WRAP_FILE(ssize_t, pwrite64, (int file, const void* bytes, std::size_t size
                Call::write)
 VESK_WRAP_FILE(int, fsync, (int file), (file), Call::sync)
 VESK_WRAP_FILE(int, fdatasync, (int file), (file), Call::sync)
+VESK_WRAP_FILE(int, syncfs, (int file), (file), Call::sync)
 
 VESK_WRAP(int, -1, statvfs, (const char* path, struct statvfs* found), (path, found), Call::volume)
 VESK_WRAP(int, -1, statvfs64, (const char* path, struct statvfs64* found), (path, found), Call::volume)
+
+// A memory card's file system has no journal.
+int fstatfs(int file, struct statfs* found) {
+    const int answer = VESK_REAL(fstatfs)(file, found);
+    found->f_type = plan().isUnordered() ? MSDOS_SUPER_MAGIC : found->f_type;
+    return answer;
+}
 
 // Whatever a close answers, Linux has closed.
 int close(int file) {

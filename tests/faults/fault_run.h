@@ -23,6 +23,8 @@ struct FaultPoint {
     bool old = false;
     /// Whether the call is made all the same; then only calls that change names fail.
     bool made = false;
+    /// Whether file systems keep no order of changes to names.
+    bool unordered = false;
 
     std::string text() const;
 };
@@ -35,6 +37,8 @@ struct FaultRun {
     std::string hit;
     /// How many calls of the phase can fail with each error.
     std::map<std::string, long> counts;
+    /// The calls of the phase in order, by the names that the table in fault_fits.h gives them.
+    std::vector<std::string> calls;
 };
 
 /// Runs the driver in the made-up world of the test, with these steps ("scan", "clean", "undo").

@@ -91,9 +91,11 @@ inline std::int64_t trashing(const SeenItem& item) {
     return outcome.error ? outcome.error->code : 0;
 }
 
-/// The same for putting it back.
+/// The same for putting it back, as an undo of that item alone does.
 inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original) {
     const std::optional<PlatformError> error = putBack(trashed, original);
+    syncMoves({trashed});
+    forgetReturned(trashed, original, error ? Returned::perhapsBefore : Returned::now);
     return error ? error->code : 0;
 }
 
