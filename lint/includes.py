@@ -5,7 +5,7 @@
 
 A file knows its own layer and those before it; includes carry their folder ("core/card.h"); platform, core and rules
 show only standard C++ in their headers; the system and the libraries are reached from platform/*.cpp alone, Qt also
-from state, ui and app, nlohmann-json also from the history's codec. tools/, tests/ and bench/ may include anything.
+from state, ui and app, RapidJSON also from the history's codec. tools/, tests/ and bench/ may include anything.
 Prints a line for each include that breaks this and exits with 1 when there is one.
 """
 
@@ -56,7 +56,7 @@ def fault_of_foreign(layer, path, name):
     if layer in QT_LAYERS:
         if QT.match(name):
             return None
-        if name.startswith("nlohmann/") and layer == "state" and path.name.startswith("history_codec"):
+        if name.startswith("rapidjson/") and layer == "state" and path.name.startswith("history_codec"):
             return None
         return f"<{name}> is neither standard C++ nor Qt; only platform/*.cpp may reach it"
     where = "a header of platform" if layer == "platform" else layer

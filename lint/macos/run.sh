@@ -46,7 +46,7 @@ link_headers() {
     mkdir -p "$place/include"
     ln -s "$qt" "$place/include/qt6"
     local library
-    for library in nlohmann gtest gmock; do
+    for library in nlohmann rapidjson gtest gmock; do
         [ -d "/usr/include/$library" ] || fail "the headers of $library are missing"
         ln -s "/usr/include/$library" "$place/include/$library"
     done

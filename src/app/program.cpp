@@ -14,6 +14,7 @@
 #include "app/only_window.h"
 #include "app/refusal.h"
 #include "app/vesk_app.h"
+#include "platform/system/preferences.h"
 #include "platform/system/process.h"
 #include "platform/system/termination.h"
 #include "platform/world.h"
@@ -75,6 +76,7 @@ void endWithoutDisplay() {
 }
 
 int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
+    Preferences().removeUnfinished();
     VeskApp vesk(std::move(sources));
     onlyWindow.onCall([&vesk] { vesk.comeForward(); });
     if (!vesk.show()) {
@@ -103,6 +105,8 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
             return refuse(refusals::homeUnknown);
         case World::HomeFault::wholeDisk:
             return refuse(refusals::homeIsWholeDisk);
+        case World::HomeFault::anothers:
+            return refuse(refusals::homeIsAnothers);
     }
     OnlyWindow onlyWindow;
     switch (onlyWindow.enter(patienceWithFirst)) {
@@ -119,6 +123,7 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
 }  // namespace
 
 int runProgram(int argc, char** argv, Store::Sources sources, const std::function<void()>& tidyUp) {
+    outliveFailedWrites();
     atExit = AtExit{nullptr, tidyUp};
     std::atexit(finishAtExit);
     const int status = runApplication(argc, argv, std::move(sources));

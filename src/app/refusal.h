@@ -19,6 +19,9 @@ inline constexpr Refusal homeUnknown = {
 inline constexpr Refusal homeIsWholeDisk = {
     "Vesk doesn't scan a whole disk",
     "Your home folder is set to \"/\". Vesk looks through a home folder only, never through a whole disk."};
+inline constexpr Refusal homeIsAnothers = {
+    "Vesk cleans your own home folder only",
+    "Your home folder is set to one that belongs to another account, which couldn't open what Vesk would make there."};
 inline constexpr Refusal firstIsSilent = {"Vesk is already open",
                                           "But its window doesn't answer. Quit that Vesk first, then open it again."};
 

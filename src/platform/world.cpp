@@ -1,6 +1,7 @@
 #include "platform/world.h"
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -69,8 +70,11 @@ World::HomeFault World::homeFault() const {
         return HomeFault::unknown;
     }
     std::error_code failure;
-    return home.lexically_normal() == "/" || std::filesystem::equivalent(home, "/", failure) ? HomeFault::wholeDisk
-                                                                                             : HomeFault::none;
+    if (home.lexically_normal() == "/" || std::filesystem::equivalent(home, "/", failure)) {
+        return HomeFault::wholeDisk;
+    }
+    struct stat found {};
+    return stat(home.c_str(), &found) == 0 && found.st_uid != geteuid() ? HomeFault::anothers : HomeFault::none;
 }
 
 bool World::isReal() const {

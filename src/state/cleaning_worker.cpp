@@ -21,12 +21,16 @@ void keepKnownPlaces(CleaningResult& result) {
     result.receipt.resize(kept);
 }
 
-CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std::vector<std::string>& snapshotIDs,
-                           const CleaningTools& tools) {
-    CleaningResult result;
+namespace {
+
+// Returns false when it was stopped before the last item.
+bool moveItems(const std::vector<CleaningItem>& workList, const CleaningTools& tools, CleaningResult& result) {
+    std::vector<std::filesystem::path> trashed;
+    bool stopped = false;
     for (const CleaningItem& work : workList) {
-        if (tools.stopRequested()) {
-            return result;
+        stopped = tools.stopRequested();
+        if (stopped) {
+            break;
         }
         const TrashOutcome outcome = tools.moveToTrash(work.item);
         if (outcome.error) {
@@ -34,10 +38,22 @@ CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std:
         } else {
             result.moves.push_back({work.item.path.string(), outcome.place.string(), work.size});
             result.receipt.push_back(outcome.identity);
+            trashed.push_back(outcome.place);
         }
         tools.stepDone(result);
     }
+    tools.settle(trashed);
+    return !stopped;
+}
 
+}  // namespace
+
+CleaningResult runCleaning(const std::vector<CleaningItem>& workList, const std::vector<std::string>& snapshotIDs,
+                           const CleaningTools& tools) {
+    CleaningResult result;
+    if (!moveItems(workList, tools, result)) {
+        return result;
+    }
     const std::string tool = world().rooted(backupTool).string();
     for (const std::string& id : snapshotIDs) {
         if (tools.stopRequested()) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -55,6 +56,10 @@ private:
 /// What the worker acts with.
 struct CleaningTools {
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
+    /// Told, once no more items come, where all those lie that were moved: they have to be on the disk before anything
+    /// is stored that tells of them.
+    std::function<void(const std::vector<std::filesystem::path>& trashed)> settle =
+        [](const std::vector<std::filesystem::path>&) {};
     /// Runs a program and returns its exit status.
     std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
     /// Asked before each step: whether to stop there. What was not tried then counts neither as done nor as failed.

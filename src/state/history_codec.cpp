@@ -1,220 +1,393 @@
 #include "state/history_codec.h"
 
+#include <rapidjson/reader.h>
+#include <rapidjson/writer.h>
+
 #include <algorithm>
-#include <chrono>
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <cstdint>
-#include <limits>
-#include <nlohmann/json.hpp>
-#include <set>
+#include <locale>
+#include <sstream>
+#include <system_error>
 #include <utility>
 
-#include "platform/date.h"
+#include "platform/text.h"
 
 namespace vesk {
 
 namespace {
 
-using nlohmann::json;
-using nlohmann::ordered_json;
-
-// 2001-01-01 00:00:00 UTC, from which the stored dates count.
-constexpr Date referenceDate{std::chrono::seconds(978'307'200)};
-
 // The format needs four levels; unknown values may hold a few more.
 constexpr int deepestLevel = 32;
 
-double storedDate(Date date) {
-    return std::chrono::duration<double>(date.time_since_epoch() - referenceDate.time_since_epoch()).count();
-}
-
-std::optional<Date> dateFromStored(double seconds) {
-    // Kept a little within what nanoseconds in 64 bits hold, counted from 1970 and from 2001, so that neither rounding
-    // nor writing the date again leads outside: years 1709 to 2262.
-    constexpr double earliest = -9'200'000'000.0;
-    constexpr double latest = 8'240'000'000.0;
-    if (!(seconds >= earliest && seconds <= latest)) {
-        return std::nullopt;
-    }
-    const std::chrono::duration<double> sinceReference(seconds);
-    return referenceDate + std::chrono::round<std::chrono::nanoseconds>(sinceReference);
-}
-
-ordered_json encoded(const HistoryEntry::Move& move) {
-    return {{"original", move.original}, {"trashed", move.trashed}, {"size", move.size}};
-}
-
-ordered_json encoded(const HistoryEntry& entry) {
-    ordered_json moves = ordered_json::array();
-    for (const HistoryEntry::Move& move : entry.moves) {
-        moves.push_back(encoded(move));
-    }
-    ordered_json titles = ordered_json::array();
-    for (const std::string& title : entry.titles) {
-        titles.push_back(title);
-    }
-    return {
-        {"id", entry.id.text()},
-        {"date", storedDate(entry.date)},
-        {"bytes", entry.bytes},
-        {"preview", entry.preview},
-        {"titles", std::move(titles)},
-        {"moves", std::move(moves)},
-        {"snapshotsRemoved", entry.snapshotsRemoved},
-        {"undone", entry.undone},
-    };
-}
-
-// Takes one value out of an object: each function says whether the value was there and of the right kind.
-class Fields {
-public:
-    explicit Fields(const json& object) : object_(object) {}
-
-    bool take(const char* key, std::string& text) const {
-        const json* value = find(key);
-        if (value == nullptr || !value->is_string()) {
-            return false;
-        }
-        text = value->get_ref<const std::string&>();
-        return true;
-    }
-
-    bool take(const char* key, bool& truth) const {
-        const json* value = find(key);
-        if (value == nullptr || !value->is_boolean()) {
-            return false;
-        }
-        truth = value->get<bool>();
-        return true;
-    }
-
-    bool take(const char* key, std::int64_t& number) const {
-        const json* value = find(key);
-        if (value == nullptr || !value->is_number_integer()) {
-            return false;
-        }
-        constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-        if (value->is_number_unsigned() && value->get<std::uint64_t>() > largest) {
-            return false;
-        }
-        number = value->get<std::int64_t>();
-        return true;
-    }
-
-    bool take(const char* key, Date& date) const {
-        const json* value = find(key);
-        const auto read = value != nullptr && value->is_number() ? dateFromStored(value->get<double>()) : std::nullopt;
-        date = read.value_or(date);
-        return read.has_value();
-    }
-
-    bool take(const char* key, Uuid& id) const {
-        std::string text;
-        const auto read = take(key, text) ? Uuid::parse(text) : std::nullopt;
-        id = read.value_or(id);
-        return read.has_value();
-    }
-
-    // A list whose items `takeItem` reads one by one.
-    template <typename Item, typename TakeItem>
-    bool take(const char* key, std::vector<Item>& items, TakeItem takeItem) const {
-        const json* value = find(key);
-        if (value == nullptr || !value->is_array()) {
-            return false;
-        }
-        items.resize(value->size());
-        return std::equal(value->begin(), value->end(), items.begin(), takeItem);
-    }
-
-private:
-    const json* find(const char* key) const {
-        const auto found = object_.is_object() ? object_.find(key) : object_.end();
-        return found == object_.end() ? nullptr : &*found;
-    }
-
-    const json& object_;
+// What an entry's object and a move's hold. A bit each, so that a set of them is a number.
+enum Field : unsigned {
+    unknown = 0,
+    id = 1U << 0U,
+    date = 1U << 1U,
+    bytes = 1U << 2U,
+    preview = 1U << 3U,
+    titles = 1U << 4U,
+    moves = 1U << 5U,
+    snapshotsRemoved = 1U << 6U,
+    undone = 1U << 7U,
+    original = 1U << 8U,
+    trashed = 1U << 9U,
+    size = 1U << 10U,
 };
 
-bool takeTitle(const json& value, std::string& title) {
-    if (!value.is_string()) {
-        return false;
+struct Key {
+    std::string_view name;
+    Field field;
+};
+
+constexpr std::array<Key, 8> entryKeys = {{{"id", id},
+                                           {"date", date},
+                                           {"bytes", bytes},
+                                           {"preview", preview},
+                                           {"titles", titles},
+                                           {"moves", moves},
+                                           {"snapshotsRemoved", snapshotsRemoved},
+                                           {"undone", undone}}};
+constexpr std::array<Key, 3> moveKeys = {{{"original", original}, {"trashed", trashed}, {"size", size}}};
+
+template <std::size_t Count>
+constexpr unsigned allOf(const std::array<Key, Count>& keys) {
+    unsigned all = 0;
+    for (const Key& key : keys) {
+        all |= key.field;
     }
-    title = value.get_ref<const std::string&>();
-    return true;
+    return all;
 }
 
-bool takeMove(const json& value, HistoryEntry::Move& move) {
-    const Fields fields(value);
-    return fields.take("original", move.original) && fields.take("trashed", move.trashed) &&
-           fields.take("size", move.size);
-}
-
-bool takeEntry(const json& value, HistoryEntry& entry) {
-    const Fields fields(value);
-    return fields.take("id", entry.id) && fields.take("date", entry.date) && fields.take("bytes", entry.bytes) &&
-           fields.take("preview", entry.preview) && fields.take("titles", entry.titles, takeTitle) &&
-           fields.take("moves", entry.moves, takeMove) && fields.take("snapshotsRemoved", entry.snapshotsRemoved) &&
-           fields.take("undone", entry.undone);
-}
-
-// Watches the parsing for what the parser itself lets pass: nesting without end, and an object that says one thing
-// twice.
-class Watch {
-public:
-    bool fits(int depth, json::parse_event_t event, const json& value) {
-        const auto level = static_cast<std::size_t>(depth);
-        switch (event) {
-            case json::parse_event_t::object_start:
-            case json::parse_event_t::array_start:
-                violated = violated || depth >= deepestLevel;
-                if (!violated) {
-                    keys_.resize(std::max(keys_.size(), level + 1));
-                    keys_[level].clear();
-                }
-                break;
-            case json::parse_event_t::key:
-                violated = violated || !keys_[level - 1].insert(value.get_ref<const std::string&>()).second;
-                break;
-            default:
-                break;
+template <std::size_t Count>
+Field fieldOf(const std::array<Key, Count>& keys, std::string_view name) {
+    for (const Key& key : keys) {
+        if (key.name == name) {
+            return key.field;
         }
-        return !violated;
     }
+    return unknown;
+}
 
-    bool violated = false;
+// ---- Writing --------------------------------------------------------------------------------------------------------
+
+// A stream of the library's that writes to the end of a text.
+struct TextStream {
+    using Ch = char;
+    void Put(char character) { text.push_back(character); }
+    void Flush() {}
+    std::string text;
+};
+
+// Whether a text stands in JSON as it is.
+bool isPlain(std::string_view text) {
+    constexpr unsigned char firstPrintable = 0x20;
+    const bool needsEscape = std::any_of(text.begin(), text.end(), [](char character) {
+        return static_cast<unsigned char>(character) < firstPrintable || character == '"' || character == '\\';
+    });
+    return !needsEscape && isUtf8(text);
+}
+
+// Puts whole pieces together; the library sees to texts with characters to escape, and to fractions.
+class HistoryWriter {
+public:
+    explicit HistoryWriter(std::size_t expectedSize) { out_.text.reserve(expectedSize); }
+
+    std::string written(const std::vector<HistoryEntry>& entries) {
+        list(entries, [this](const HistoryEntry& entry) { add(entry); });
+        return std::move(out_.text);
+    }
 
 private:
-    // The keys met in the open object of each level.
-    std::vector<std::set<std::string>> keys_;
+    void add(const HistoryEntry& entry) {
+        piece(R"({"id":)");
+        add(entry.id.text());
+        piece(R"(,"date":)");
+        rapidjson::Writer(out_).Double(entry.date);
+        piece(R"(,"bytes":)");
+        add(entry.bytes);
+        piece(entry.preview ? R"(,"preview":true,"titles":)" : R"(,"preview":false,"titles":)");
+        list(entry.titles, [this](const std::string& title) { add(title); });
+        piece(R"(,"moves":)");
+        list(entry.moves, [this](const HistoryEntry::Move& move) { add(move); });
+        piece(R"(,"snapshotsRemoved":)");
+        add(entry.snapshotsRemoved);
+        piece(entry.undone ? R"(,"undone":true})" : R"(,"undone":false})");
+    }
+
+    void add(const HistoryEntry::Move& move) {
+        piece(R"({"original":)");
+        add(move.original);
+        piece(R"(,"trashed":)");
+        add(move.trashed);
+        piece(R"(,"size":)");
+        add(move.size);
+        piece("}");
+    }
+
+    void add(const std::string& text) {
+        if (isPlain(text)) {
+            piece("\"");
+            piece(text);
+            piece("\"");
+            return;
+        }
+        const std::string decoded = decodedUtf8(text);
+        rapidjson::Writer(out_).String(decoded.data(), static_cast<rapidjson::SizeType>(decoded.size()));
+    }
+
+    void add(std::int64_t number) {
+        std::array<char, 24> digits{};
+        piece({digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr});
+    }
+
+    template <typename Item, typename Add>
+    void list(const std::vector<Item>& items, Add add) {
+        piece("[");
+        bool isFirst = true;
+        for (const Item& item : items) {
+            piece(std::exchange(isFirst, false) ? "" : ",");
+            add(item);
+        }
+        piece("]");
+    }
+
+    void piece(std::string_view text) { out_.text.append(text); }
+
+    TextStream out_;
+};
+
+// About as many bytes as the entries will take, so that the text need not grow step by step.
+std::size_t expectedSize(const std::vector<HistoryEntry>& entries) {
+    constexpr std::size_t aroundEntry = 300;
+    constexpr std::size_t aroundMove = 64;
+    std::size_t sum = 2;
+    for (const HistoryEntry& entry : entries) {
+        sum += aroundEntry;
+        for (const HistoryEntry::Move& move : entry.moves) {
+            sum += aroundMove + move.original.size() + move.trashed.size();
+        }
+    }
+    return sum;
+}
+
+// ---- Reading --------------------------------------------------------------------------------------------------------
+
+// The library leaves numbers as they stand, since the history tells integers from others and asks for every bit.
+bool readInteger(std::string_view digits, std::int64_t& number) {
+    const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return failure == std::errc() && end == digits.data() + digits.size();
+}
+
+bool readSeconds(std::string_view digits, double& seconds) {
+    std::istringstream stream{std::string(digits)};
+    stream.imbue(std::locale::classic());
+    // What is too small to tell from zero is a failure to some libraries and none to others.
+    return (stream >> seconds || std::abs(seconds) < 1) && std::isfinite(seconds);
+}
+
+// Takes the entries out of the stream of what the parser meets. Each function returns whether to go on.
+class HistoryReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, HistoryReader> {
+public:
+    // `most`: the bytes that the entries may take.
+    explicit HistoryReader(std::size_t most) : most_(most) {}
+
+    std::vector<HistoryEntry> entries;
+
+    bool Null() const { return isPassedOver(); }
+
+    bool Bool(bool truth) {
+        if (isPassedOver()) {
+            return true;
+        }
+        if (place_ != Place::entry || (field_ != preview && field_ != undone)) {
+            return false;
+        }
+        (field_ == preview ? entry_.preview : entry_.undone) = truth;
+        return true;
+    }
+
+    bool RawNumber(const char* digits, rapidjson::SizeType length, bool /*copy*/) {
+        if (isPassedOver()) {
+            return true;
+        }
+        const std::string_view number(digits, length);
+        if (place_ == Place::move) {
+            return field_ == size && readInteger(number, move_.size);
+        }
+        return place_ == Place::entry && ((field_ == date && readSeconds(number, entry_.date)) ||
+                                          (field_ == bytes && readInteger(number, entry_.bytes)) ||
+                                          (field_ == snapshotsRemoved && readInteger(number, entry_.snapshotsRemoved)));
+    }
+
+    bool String(const char* characters, rapidjson::SizeType length, bool /*copy*/) {
+        const std::string_view text(characters, length);
+        // The parser takes any bytes between quotation marks, and half a surrogate pair for a character.
+        if (!isUtf8(text)) {
+            return false;
+        }
+        return isPassedOver() || (hold(text.size()) && take(text));
+    }
+
+    bool StartObject() {
+        if (++level_ > deepestLevel) {
+            return false;
+        }
+        if (isPassedOver()) {
+            passedOver_ += passedOver_ == 0 ? level_ : 0;
+            return true;
+        }
+        if (place_ == Place::list && hold(sizeof(HistoryEntry))) {
+            place_ = Place::entry;
+            entry_ = HistoryEntry();
+            entryFields_ = 0;
+            return true;
+        }
+        if (place_ == Place::moves && hold(sizeof(HistoryEntry::Move))) {
+            place_ = Place::move;
+            moveFields_ = 0;
+            return true;
+        }
+        return false;
+    }
+
+    bool Key(const char* characters, rapidjson::SizeType length, bool /*copy*/) {
+        const std::string_view name(characters, length);
+        if (passedOver_ != 0) {
+            return isUtf8(name);
+        }
+        const bool isEntry = place_ == Place::entry;
+        unsigned& seen = isEntry ? entryFields_ : moveFields_;
+        field_ = isEntry ? fieldOf(entryKeys, name) : fieldOf(moveKeys, name);
+        const bool isRepeated = (seen & field_) != 0;
+        seen |= field_;
+        return !isRepeated && (field_ != unknown || isUtf8(name));
+    }
+
+    bool EndObject(rapidjson::SizeType /*members*/) {
+        if (leave()) {
+            return true;
+        }
+        if (place_ == Place::move) {
+            place_ = Place::moves;
+            moves_.push_back(std::move(move_));
+            return moveFields_ == allOf(moveKeys);
+        }
+        place_ = Place::list;
+        entries.push_back(std::move(entry_));
+        return entryFields_ == allOf(entryKeys);
+    }
+
+    bool StartArray() {
+        if (++level_ > deepestLevel) {
+            return false;
+        }
+        if (isPassedOver()) {
+            passedOver_ += passedOver_ == 0 ? level_ : 0;
+            return true;
+        }
+        if (place_ == Place::start) {
+            place_ = Place::list;
+            return true;
+        }
+        if (place_ != Place::entry || (field_ != titles && field_ != moves)) {
+            return false;
+        }
+        place_ = field_ == titles ? Place::titles : Place::moves;
+        return true;
+    }
+
+    bool EndArray(rapidjson::SizeType /*elements*/) {
+        if (leave()) {
+            return true;
+        }
+        if (place_ == Place::moves) {
+            // Filled in one place and handed over at their number: lists that grow on their own take twice the room.
+            entry_.moves.assign(std::make_move_iterator(moves_.begin()), std::make_move_iterator(moves_.end()));
+            moves_.clear();
+        }
+        place_ = place_ == Place::list ? Place::end : Place::entry;
+        return true;
+    }
+
+private:
+    // What the next value belongs to.
+    enum class Place { start, list, entry, titles, moves, move, end };
+
+    // Whether the value at hand is, or lies in, one whose key nobody knows.
+    bool isPassedOver() const {
+        return passedOver_ != 0 || ((place_ == Place::entry || place_ == Place::move) && field_ == unknown);
+    }
+
+    // Leaves a level, and returns whether it was one that is passed over.
+    bool leave() {
+        const bool wasPassedOver = passedOver_ != 0;
+        if (level_-- == passedOver_) {
+            passedOver_ = 0;
+        }
+        return wasPassedOver;
+    }
+
+    // Counts what is kept, since a list of empty titles takes ten times as much room in memory as in the file.
+    bool hold(std::size_t more) {
+        held_ += more;
+        return held_ <= most_;
+    }
+
+    bool take(std::string_view text) {
+        if (place_ == Place::titles) {
+            entry_.titles.emplace_back(text);
+            return hold(sizeof(std::string));
+        }
+        if (place_ == Place::move && (field_ == original || field_ == trashed)) {
+            (field_ == original ? move_.original : move_.trashed) = text;
+            return true;
+        }
+        if (place_ == Place::entry && field_ == id) {
+            const std::optional<Uuid> read = Uuid::parse(text);
+            entry_.id = read.value_or(entry_.id);
+            return read.has_value();
+        }
+        return false;
+    }
+
+    Place place_ = Place::start;
+    Field field_ = unknown;
+    int level_ = 0;
+    // The level of the outermost value that is passed over; 0 outside of such.
+    int passedOver_ = 0;
+    std::size_t held_ = 0;
+    std::size_t most_;
+    HistoryEntry entry_;
+    HistoryEntry::Move move_;
+    std::vector<HistoryEntry::Move> moves_;
+    unsigned entryFields_ = 0;
+    unsigned moveFields_ = 0;
 };
 
 }  // namespace
 
 std::string encodeHistory(const std::vector<HistoryEntry>& entries) {
-    ordered_json list = ordered_json::array();
-    for (const HistoryEntry& entry : entries) {
-        list.push_back(encoded(entry));
-    }
-    return list.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    return HistoryWriter(expectedSize(entries)).written(entries);
 }
 
-std::optional<std::vector<HistoryEntry>> decodeHistory(std::string_view bytes) {
+std::optional<std::vector<HistoryEntry>> decodeHistory(std::string text, std::size_t most) {
     // The parser takes a NUL for the end of the text, whatever follows.
-    if (bytes.find('\0') != std::string_view::npos) {
+    if (text.find('\0') != std::string::npos) {
         return std::nullopt;
     }
-    Watch watch;
-    const auto watching = [&](int depth, json::parse_event_t event, json& value) {
-        return watch.fits(depth, event, value);
-    };
-    const json list = json::parse(bytes.begin(), bytes.end(), watching, /*allow_exceptions=*/false);
-    if (watch.violated || !list.is_array()) {
+    // Each string is put right where it stands, which takes no memory besides.
+    rapidjson::InsituStringStream stream(text.data());
+    rapidjson::Reader parser;
+    HistoryReader reader(most);
+    constexpr unsigned how = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
+    if (parser.Parse<how>(stream, reader).IsError()) {
         return std::nullopt;
     }
-    std::vector<HistoryEntry> entries(list.size());
-    if (!std::equal(list.begin(), list.end(), entries.begin(), takeEntry)) {
-        return std::nullopt;
-    }
-    return entries;
+    return std::move(reader.entries);
 }
 
 }  // namespace vesk

@@ -1,6 +1,8 @@
 // One past cleanup, as the history keeps it. A plain value, owned by Store on the main thread.
 #pragma once
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -23,8 +25,9 @@ struct HistoryEntry {
     };
 
     Uuid id = Uuid::random();
-    /// When the run finished its work.
-    Date date;
+    /// When the run finished its work: seconds since 2001-01-01 00:00:00 UTC, with fraction. Kept as it is stored,
+    /// since any finite number may be, and `Date` holds three centuries on either side of 1970 alone.
+    double date = 0;
     /// Bytes freed, or in a preview the bytes that would have been.
     std::int64_t bytes = 0;
     bool preview = false;
@@ -38,5 +41,21 @@ struct HistoryEntry {
 
     friend bool operator==(const HistoryEntry&, const HistoryEntry&) = default;
 };
+
+/// 2001-01-01 00:00:00 UTC, from which the history counts, in seconds since 1970.
+inline constexpr std::int64_t historyEpoch = 978'307'200;
+
+/// A date as the history keeps it.
+inline double historyDate(Date date) {
+    return std::chrono::duration<double>(date.time_since_epoch() - std::chrono::seconds(historyEpoch)).count();
+}
+
+/// The nearest moment that `Date` can hold to a date as the history keeps it.
+inline Date dateFromHistory(double date) {
+    // A little within three centuries on either side of 1970, so that rounding does not lead outside.
+    constexpr double most = 9'200'000'000.0;
+    const double seconds = std::clamp(date + static_cast<double>(historyEpoch), -most, most);
+    return Date(std::chrono::round<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds)));
+}
 
 }  // namespace vesk

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QStringList>
+#include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -20,10 +22,15 @@ QString joinedTitles(const HistoryEntry& entry) {
     return titles.join(QStringLiteral(", "));
 }
 
-// "Feb 22, 2022 at 2:22 AM", whatever language the user has set: all of Vesk's texts are in English.
-QString dateText(Date date) {
-    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(date).time_since_epoch().count();
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(milliseconds);
+// "Feb 22, 2022 at 2:22 AM", whatever language the user has set: all of Vesk's texts are in English. The history may
+// tell of dates that no calendar reaches.
+QString dateText(double date) {
+    constexpr double furthest = 8e15;  // milliseconds from 1970: a quarter of a million years, which Qt can show
+    const double milliseconds = std::floor((date + static_cast<double>(historyEpoch)) * 1000);
+    if (std::abs(milliseconds) > furthest) {
+        return QStringLiteral("Unknown date");
+    }
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(milliseconds));
     return QLocale(QLocale::English, QLocale::UnitedStates).toString(local, QStringLiteral("MMM d, yyyy 'at' h:mm AP"));
 }
 
@@ -39,9 +46,30 @@ void HistoryList::append(std::vector<HistoryEntry> entries) {
     Q_EMIT countChanged();
 }
 
+void HistoryList::merge(std::vector<HistoryEntry> stored, const std::vector<Uuid>& decidedHere, std::size_t most) {
+    stored.resize(std::min(stored.size(), most));
+    for (HistoryEntry& entry : stored) {
+        const auto same = std::find_if(entries_.begin(), entries_.end(),
+                                       [&](const HistoryEntry& known) { return known.id == entry.id; });
+        if (same == entries_.end()) {
+            const auto older = std::find_if(entries_.begin(), entries_.end(),
+                                            [&](const HistoryEntry& known) { return known.date < entry.date; });
+            insert(static_cast<std::size_t>(older - entries_.begin()), std::move(entry));
+        } else if (same->undone != entry.undone &&
+                   std::find(decidedHere.begin(), decidedHere.end(), entry.id) == decidedHere.end()) {
+            setUndone(static_cast<std::size_t>(same - entries_.begin()), entry.undone);
+        }
+    }
+}
+
 void HistoryList::prepend(HistoryEntry entry) {
-    beginInsertRows({}, 0, 0);
-    entries_.insert(entries_.begin(), std::move(entry));
+    insert(0, std::move(entry));
+}
+
+void HistoryList::insert(std::size_t row, HistoryEntry entry) {
+    const int number = static_cast<int>(row);
+    beginInsertRows({}, number, number);
+    entries_.insert(entries_.begin() + number, std::move(entry));
     endInsertRows();
     Q_EMIT countChanged();
 }

@@ -33,6 +33,10 @@ public:
 
     /// Puts entries after all others.
     void append(std::vector<HistoryEntry> entries);
+    /// Takes over what has been stored elsewhere: entries that are not here yet, each before the first one that is
+    /// older, and whether the others are undone, but for those in `decidedHere`. Entries beyond the first `most` are
+    /// not looked at.
+    void merge(std::vector<HistoryEntry> stored, const std::vector<Uuid>& decidedHere, std::size_t most);
     /// Puts an entry before all others.
     void prepend(HistoryEntry entry);
     /// Drops the oldest entries beyond the first `kept`.
@@ -48,6 +52,8 @@ Q_SIGNALS:
     void countChanged();
 
 private:
+    void insert(std::size_t row, HistoryEntry entry);
+
     std::vector<HistoryEntry> entries_;
 };
 

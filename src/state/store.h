@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -147,8 +148,8 @@ public:
     /// Puts together what is known of the items of an entry. The function that does it reads the disk; callable on any
     /// thread, also when the store is gone.
     std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const;
-    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before; it is tried
-    /// again with the next change, and at the end.
+    /// Takes over what somebody else has stored since, drops all but the 50 newest entries and stores the history. A
+    /// failure leaves what was stored before; it is tried again with the next change, and at the end.
     void saveHistory();
 
     /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
@@ -244,9 +245,11 @@ private:
     std::optional<std::string> detailID_;
     std::optional<std::string> notice_;
     HistoryList historyList_;
-    // Whether all that is stored of the history is in this one, and whether this one could not be stored yet.
-    bool historyKnown_ = false;
+    // Of the stored bytes that are in this history, as last read or saved; absent when none were.
+    std::optional<std::size_t> knownHistory_;
+    // Whether this history could not be stored yet, and the entries whose `undone` is not stored as it is here.
     bool historyUnsaved_ = false;
+    std::vector<Uuid> undoneHere_;
     bool previewOnly_ = false;
 
     // What the scan saw of the entries of `cards`.

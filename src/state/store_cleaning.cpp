@@ -66,6 +66,7 @@ void Store::performClean() {
             control.keep(log);
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;
+            tools.settle = syncMoves;
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };
             tools.stepDone = [&](const CleaningResult& soFar) { log->update(soFar); };
@@ -106,7 +107,7 @@ void Store::finishClean(CleaningLog& log) {
     CleaningResult result = log.result();
     HistoryEntry entry;
     entry.id = cleaningRun_;
-    entry.date = now();
+    entry.date = historyDate(now());
     entry.bytes = freedBytes(result.moves);
     entry.titles = std::exchange(cleaningTitles_, {});
     keepKnownPlaces(result);
@@ -121,7 +122,7 @@ void Store::finishClean(CleaningLog& log) {
 
 void Store::finishPreview() {
     HistoryEntry entry;
-    entry.date = now();
+    entry.date = historyDate(now());
     entry.bytes = previewBytes_;
     entry.preview = true;
     entry.titles = std::exchange(cleaningTitles_, {});

@@ -1,6 +1,7 @@
 // The history of Store and its undo, step by step.
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -27,25 +28,42 @@ std::string undoNotice(std::size_t restored, std::size_t wanted) {
 }  // namespace
 
 bool Store::loadHistory() {
-    const StoredBytes stored = preferences_.read(historyKey);
-    if (stored.bytes) {
-        // What cannot be decoded stays stored until the next save.
-        historyList_.append(decodeHistory(*stored.bytes).value_or(std::vector<HistoryEntry>()));
-        historyKnown_ = true;
+    StoredBytes stored = preferences_.read(historyKey);
+    if (!stored.bytes) {
+        return !stored.unreadable;
     }
-    return !stored.unreadable;
+    const std::size_t fingerprint = std::hash<std::string>()(*stored.bytes);
+    if (fingerprint == knownHistory_) {
+        return true;
+    }
+    // What cannot be decoded stays stored until the next save.
+    std::vector<HistoryEntry> entries = decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>());
+    if (history().empty()) {
+        historyList_.append(std::move(entries));
+    } else {
+        historyList_.merge(std::move(entries), undoneHere_, keptEntries);
+    }
+    knownHistory_ = fingerprint;
+    return true;
 }
 
 void Store::saveHistory() {
-    // A history that the disk did not yield at the start is older than all of this one, and may be read by now. As long
-    // as it is not, nothing replaces it.
-    const bool replaceable = historyKnown_ || loadHistory();
+    // Something else may be stored by now than was read: by another Vesk, whose lock somebody removed, by a save that
+    // said it had failed, or because the disk did not yield it at the start. As long as nobody could read it, nothing
+    // replaces it.
+    const bool replaceable = loadHistory() || knownHistory_;
     historyList_.trim(keptEntries);
     std::erase_if(unsavedReceipts_,
                   [&](const UnsavedReceipt& receipt) { return receipts_.write(receipt.run, receipt.items); });
-    historyUnsaved_ = !replaceable || !preferences_.setData(historyKey, encodeHistory(history()));
-    historyKnown_ = historyKnown_ || !historyUnsaved_;
+    std::string text = encodeHistory(history());
+    while (text.size() > Preferences::largestValue && history().size() > 1) {
+        historyList_.trim(history().size() - 1);
+        text = encodeHistory(history());
+    }
+    historyUnsaved_ = !replaceable || !preferences_.setData(historyKey, text);
     if (!historyUnsaved_) {
+        knownHistory_ = std::hash<std::string>()(text);
+        undoneHere_.clear();
         receipts_.removeAllBut(history());
     }
 }
@@ -55,7 +73,7 @@ std::function<std::vector<TrashedItem>()> Store::itemsOf(const HistoryEntry& ent
                                       [&](const UnsavedReceipt& receipt) { return receipt.run == entry.id; });
     const std::optional<Receipt> known =
         unsaved == unsavedReceipts_.end() ? std::nullopt : std::optional(unsaved->items);
-    return [run = entry.id, moves = entry.moves, cleaned = entry.date, known, receipts = receipts_] {
+    return [run = entry.id, moves = entry.moves, cleaned = dateFromHistory(entry.date), known, receipts = receipts_] {
         return trashedItems(moves, cleaned, known ? *known : receipts.read(run, moves.size()));
     };
 }
@@ -91,6 +109,7 @@ void Store::finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted)
     setCleaning(false);
     if (const std::optional<std::size_t> row = historyRow(id)) {
         historyList_.setUndone(*row, restored == wanted);
+        undoneHere_.push_back(id);
     }
     saveHistory();
     setNotice(undoNotice(restored, wanted));

@@ -7,6 +7,7 @@ second start, which must not open beside the first.
 
 import json
 import os
+import resource
 import shutil
 import signal
 import statistics
@@ -54,8 +55,8 @@ class Mac:
         self.folder = Path(tempfile.mkdtemp(prefix="vesk-mac-test-"))
         self.windows = []
 
-    def open(self, **environment):
-        self.windows.append(Window(DEMO, self.folder, **environment))
+    def open(self, **more):
+        self.windows.append(Window(DEMO, self.folder, **more))
         return self.windows[-1]
 
     def made(self):
@@ -111,10 +112,10 @@ def scanning(mac):
     return window, hung(told)
 
 
-def cleaning(mac, **environment):
+def cleaning(mac, **more):
     """A window that cleans all that is ticked and hangs at the snapshots."""
     told = mac.made().hang("deletelocalsnapshots")
-    window = mac.open(**environment)
+    window = mac.open(**more)
     window.scanned()
     window.press("push button", lambda name: name.startswith("Clean "))
     window.press("push button", "Move to Trash")
@@ -189,17 +190,45 @@ class EndTest(unittest.TestCase):
             self.assertNotEqual(is_back, Path(move["trashed"]).exists(), move)
         self.assertEqual(entry["undone"], all(back))
 
-    def test_when_the_display_goes_away_during_a_clean(self):
+    def display_of_its_own(self):
+        """A display to take away: its server and its name."""
         reading, writing = os.pipe()
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1100x24"], pass_fds=[writing],
             stderr=subprocess.DEVNULL)
         self.addCleanup(server.wait)
         self.addCleanup(server.kill)
-        display = ":" + os.read(reading, 16).decode().strip()
+        return server, ":" + os.read(reading, 16).decode().strip()
+
+    def test_when_the_display_goes_away_during_a_clean(self):
+        server, display = self.display_of_its_own()
         window, pids = cleaning(self.mac, DISPLAY=display)
         self.assert_ends(window, server.kill, pids, status=1)
         self.assert_clean_on_record()
+
+    def test_when_nobody_reads_its_last_words(self):
+        # The display takes along the terminal that Vesk was started in, and Qt has something to say of it.
+        server, display = self.display_of_its_own()
+        reading, writing = os.pipe()
+        window, pids = cleaning(self.mac, stderr=writing, DISPLAY=display)
+        os.close(writing)
+        os.close(reading)
+        self.assert_ends(window, server.kill, pids, status=1)
+        self.assert_clean_on_record()
+
+    def test_where_no_file_may_grow_it_stays_and_says_so(self):
+        home = self.mac.made().home()
+        window = self.mac.open()
+        window.scanned()
+        no_growth = (0, resource.RLIM_INFINITY)
+        resource.prlimit(window.process.pid, resource.RLIMIT_FSIZE, no_growth)
+        window.press("push button", lambda name: name.startswith("Clean "))
+        window.press("push button", "Move to Trash")
+        window.wait("alert", lambda name: "couldn't be moved" in name)
+        self.assertEqual(list((home / ".local/share/Trash").glob("*/*")), [])
+        resource.prlimit(window.process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
+        self.assert_ends(window, window.press_close)
+        self.assertEqual(self.mac.history()[0]["moves"], [])  # stored at the end
 
 
 class SecondStartTest(unittest.TestCase):
@@ -270,6 +299,15 @@ class SecondStartTest(unittest.TestCase):
         again.press("push button", "Quit")
         self.assertEqual(again.process.wait(PATIENCE), 1)
 
+    def test_after_a_killed_save_removes_what_it_left(self):
+        left = self.mac.made().home() / ".config/vesk/vesk.history.AbCd12"
+        left.write_text("[{")
+        beside = left.with_name("notes")
+        beside.write_text("mine")
+        self.mac.open().wait("list", "Cards")
+        self.assertFalse(left.exists())
+        self.assertTrue(beside.exists())
+
     def test_without_a_place_for_the_lock_opens(self):
         # A file where the folder should be, since whoever runs this may write everywhere.
         place = self.mac.made().home() / ".config/vesk"
@@ -287,6 +325,19 @@ class HomeTest(unittest.TestCase):
         window.press("push button", "Quit")
         self.assertEqual(window.process.wait(PATIENCE), 1)
         self.assertEqual(os.listdir("/"), before)
+
+    @unittest.skipUnless(os.geteuid() == 0, "only root can give a folder away")
+    def test_that_belongs_to_another_user_is_refused(self):
+        home = Path(tempfile.mkdtemp(prefix="vesk-home-test-"))
+        self.addCleanup(shutil.rmtree, home, True)
+        nobody = 65534
+        os.chown(home, nobody, nobody)
+        window = Window(VESK, HOME=str(home))
+        self.addCleanup(shutil.rmtree, window.folder, True)
+        window.wait("dialog", "Vesk cleans your own home folder only")
+        window.press("push button", "Quit")
+        self.assertEqual(window.process.wait(PATIENCE), 1)
+        self.assertEqual([found.name for found in home.iterdir() if found.name != ".cache"], [])
 
 
 def measure():

@@ -3,6 +3,7 @@
 import json
 import os
 import re
+import resource
 import signal
 import subprocess
 import sys
@@ -175,6 +176,33 @@ class VeskScanTest(unittest.TestCase):
             self.assertEqual(result.returncode, 2)
             self.assertIn('the home folder is "/", which is never scanned', result.stderr)
             self.assertEqual(result.stdout, "")
+
+    def test_a_report_that_cannot_be_written_is_told_in_one_line(self):
+        self.make_file("Library/Caches/App/file")
+        reading, nobody_reads = os.pipe()
+        os.close(reading)
+        small = open(self.root / "small", "wb")
+        self.addCleanup(small.close)
+        cases = (
+            ("Broken pipe", nobody_reads, None),
+            ("No space left on device", open("/dev/full", "wb"), None),
+            ("File too large", small, lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (10, 10))),
+        )
+        for reason, output, prepare in cases:
+            result = subprocess.run(
+                [PROGRAM, "--root", str(self.root), "--home", str(self.home)], stdout=output, stderr=subprocess.PIPE,
+                text=True, timeout=60, check=False, preexec_fn=prepare)
+            self.assertEqual(result.returncode, 1, reason)
+            self.assertEqual(result.stderr, f"vesk-scan: cannot write the report: {reason}\n")
+        os.close(nobody_reads)
+        cases[1][1].close()
+
+    @unittest.skipUnless(os.geteuid() == 0, "only root can give a folder away")
+    def test_the_home_of_another_user_may_be_looked_into(self):
+        self.make_file("Library/Caches/App/file")
+        nobody = 65534
+        os.chown(self.home, nobody, nobody)
+        self.assertEqual(len(self.report()["cards"]), 1)
 
     def test_a_tool_that_hangs_ends_with_it(self):
         told = self.root / "told"

@@ -50,13 +50,14 @@ def environment_for(folder, **more):
 
 class Window:
     """The window of a program that is started for it, with what it keeps in a folder that goes when it is closed.
-    A `mac` names a folder that stays instead: vesk-demo's own, whose home is used again the next time."""
+    A `mac` names a folder that stays instead: vesk-demo's own, whose home is used again the next time. `stderr` is where
+    its standard error goes, by default that of the tests."""
 
-    def __init__(self, program, mac=None, **environment):
+    def __init__(self, program, mac=None, stderr=None, **environment):
         self.folder = Path(tempfile.mkdtemp(prefix="vesk-window-test-"))
         self.mac = mac
         command = [program] if mac is None else [program, "--folder", str(mac)]
-        self.process = subprocess.Popen(command, env=environment_for(self.folder, **environment))
+        self.process = subprocess.Popen(command, env=environment_for(self.folder, **environment), stderr=stderr)
         self.display = environment.get("DISPLAY", os.environ["DISPLAY"])
         self.application = wait_for("the application", self._find_application)
         self.id = wait_for("the window", self._find_window)

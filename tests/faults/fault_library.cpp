@@ -15,17 +15,22 @@
 //   VESK_FAULT_EMPTIED set: the record of each item vanishes just before the item comes into the Trash, as when another
 //                      program empties it; "taken": a third program then records an item of its own under the name;
 //                      "always": whatever name it is given
+//   VESK_FAULT_UNORDERED
+//                      set: every file system says that it is one of those that keep no order of changes to names
+//   VESK_FAULT_TRACE   set: a line "call CALL" for each call of the phase
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <signal.h>
 #include <stdarg.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <array>
@@ -90,6 +95,8 @@ public:
         made_ = setting("VESK_FAULT_MADE") != nullptr;
         alike_ = setting("VESK_FAULT_ALIKE") != nullptr;
         emptied_ = setting("VESK_FAULT_EMPTIED");
+        unordered_ = setting("VESK_FAULT_UNORDERED") != nullptr;
+        traced_ = setting("VESK_FAULT_TRACE") != nullptr;
     }
 
     bool isOldFileSystem() const { return old_; }
@@ -97,6 +104,7 @@ public:
     bool trashIsEmptied() const { return emptied_ != nullptr; }
     bool namesAreTaken() const { return trashIsEmptied() && std::strcmp(emptied_, "yes") != 0; }
     bool namesAreAlwaysTaken() const { return trashIsEmptied() && std::strcmp(emptied_, "always") == 0; }
+    bool isUnordered() const { return unordered_; }
     bool isMade(Call call) const { return made_ && changesNames(call); }
 
     void enter(const char* phase) {
@@ -118,6 +126,9 @@ public:
         if (!counting_ || (made_ && !changesNames(fit.call))) {
             return 0;
         }
+        if (traced_) {
+            tell("call", fit.name, "");
+        }
         int number = 0;
         for (std::size_t i = 0; i < errors.size(); ++i) {
             if (canFail(fit, i) && ++counts_[i] == at_ && i == chosen_) {
@@ -128,10 +139,14 @@ public:
     }
 
 private:
-    int strike(const Fit& fit) {
+    static void tell(const char* what, const char* call, const char* error) {
         std::array<char, 128> line{};
-        std::snprintf(line.data(), line.size(), "hit %s %s\n", fit.name, errors[chosen_].name);
+        std::snprintf(line.data(), line.size(), "%s %s %s\n", what, call, error);
         report(line.data());
+    }
+
+    int strike(const Fit& fit) {
+        tell("hit", fit.name, errors[chosen_].name);
         if (errors[chosen_].number == 0) {
             realSystemCall()(SYS_kill, getpid(), SIGKILL);
         }
@@ -154,6 +169,8 @@ private:
     bool made_ = false;
     bool alike_ = false;
     const char* emptied_ = nullptr;
+    bool unordered_ = false;
+    bool traced_ = false;
     bool counted_ = false;
     std::atomic<bool> reported_ = false;
     std::atomic<bool> counting_ = false;
@@ -345,9 +362,17 @@ VESK_WRAP_FILE(ssize_t, pwrite64, (int file, const void* bytes, std::size_t size
                Call::write)
 VESK_WRAP_FILE(int, fsync, (int file), (file), Call::sync)
 VESK_WRAP_FILE(int, fdatasync, (int file), (file), Call::sync)
+VESK_WRAP_FILE(int, syncfs, (int file), (file), Call::sync)
 
 VESK_WRAP(int, -1, statvfs, (const char* path, struct statvfs* found), (path, found), Call::volume)
 VESK_WRAP(int, -1, statvfs64, (const char* path, struct statvfs64* found), (path, found), Call::volume)
+
+// A memory card's file system has no journal.
+int fstatfs(int file, struct statfs* found) {
+    const int answer = VESK_REAL(fstatfs)(file, found);
+    found->f_type = plan().isUnordered() ? MSDOS_SUPER_MAGIC : found->f_type;
+    return answer;
+}
 
 // Whatever a close answers, Linux has closed.
 int close(int file) {

@@ -35,6 +35,8 @@ void readReport(FaultRun& run) {
         words >> kind;
         if (kind == "hit") {
             run.hit = line.substr(kind.size() + 1);
+        } else if (kind == "call") {
+            run.calls.push_back(line.substr(kind.size() + 1, line.size() - kind.size() - 2));
         } else {
             std::string error;
             long count = 0;
@@ -64,6 +66,12 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
         "VESK_FAULT_AT=" + std::to_string(point.at),
         "VESK_FAULT_REPORT=" + reportFile().string(),
     };
+    if (point.at == 0) {
+        environment.emplace_back("VESK_FAULT_TRACE=1");
+    }
+    if (point.unordered) {
+        environment.emplace_back("VESK_FAULT_UNORDERED=1");
+    }
     if (point.lasts) {
         environment.emplace_back("VESK_FAULT_LASTS=1");
     }

@@ -28,6 +28,8 @@ struct FaultPoint {
     /// Whether the record of each item vanishes just before the item comes into the Trash: "yes", or "taken" when there
     /// is another item's then, or "always" when that goes on for as long as Vesk tries other names.
     std::string emptied{};
+    /// Whether file systems keep no order of changes to names.
+    bool unordered = false;
 
     std::string text() const;
 };
@@ -40,6 +42,8 @@ struct FaultRun {
     std::string hit;
     /// How many calls of the phase can fail with each error.
     std::map<std::string, long> counts;
+    /// The calls of the phase in order, by the names that the table in fault_fits.h gives them.
+    std::vector<std::string> calls;
 };
 
 /// Runs the driver in the made-up world of the test, with these steps ("scan", "clean", "undo").

@@ -41,7 +41,7 @@ fs::path olderPlace() {
 
 HistoryEntry olderRun() {
     HistoryEntry run;
-    run.date = daysAgo(100);
+    run.date = historyDate(daysAgo(100));
     run.bytes = 4096;
     run.titles = {"Old crash reports"};
     run.moves = {{olderPlace().string(), (trashFiles() / olderName).string(), 4096}};

@@ -2,7 +2,10 @@
 
 #include "platform/system/preferences.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include "support/private_mounts.h"
 #include "support/trash_home.h"
@@ -107,6 +110,41 @@ TEST_F(PreferencesTest, AnOddThingInTheFilesPlaceIsNoValue) {
     writeFile(file, "x");
     fs::permissions(file, fs::perms::none);
     EXPECT_EQ(preferences.data("vesk.history"), std::nullopt);
+}
+
+TEST_F(PreferencesTest, AValueThatVeskCannotHaveWrittenIsNotTakenIntoMemory) {
+    ASSERT_TRUE(preferences.setData("vesk.history", "x"));
+    fs::resize_file(file, std::uintmax_t{2} << 30U);  // takes no room on the disk
+    const StoredBytes read = preferences.read("vesk.history");
+    EXPECT_FALSE(read.bytes);
+    EXPECT_FALSE(read.unreadable) << "it is no value, and may be replaced";
+}
+
+TEST_F(PreferencesTest, WhatAKilledSaveLeftIsRemoved) {
+    ASSERT_TRUE(preferences.setData("vesk.history", "x"));
+    const std::vector<std::string> kept = {"in-use.lock",       "notes.AbCd12",        "vesk.AbCd12",
+                                           "vesk.history",      "vesk.history.AbCd1-", "vesk.history.AbCd123",
+                                           "vesk.history.later"};
+    for (const std::string& name : kept) {
+        writeFile(folder / name, "x");
+    }
+    writeFile(folder / "vesk.history.AbCd12", "[");
+    writeFile(folder / "vesk.preview.000000", "");
+    makeFolder(folder / "vesk.history.folder");
+    makeLink(folder / "vesk.history.linked", folder / "notes.AbCd12");
+    // One that is being written has a lock on it.
+    writeFile(folder / "vesk.history.inWork", "[");
+    const int writer = open((folder / "vesk.history.inWork").c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(writer, LOCK_EX), 0);
+
+    preferences.removeUnfinished();
+    std::vector<std::string> expected = kept;
+    expected.insert(expected.end(), {"vesk.history.folder", "vesk.history.linked", "vesk.history.inWork"});
+    EXPECT_THAT(namesIn(folder), ::testing::UnorderedElementsAreArray(expected));
+    close(writer);
+    preferences.removeUnfinished();
+    EXPECT_FALSE(isThere(folder / "vesk.history.inWork"));
+    EXPECT_EQ(preferences.data("vesk.history"), "x");
 }
 
 TEST_F(PreferencesTest, AFileInTheFoldersPlaceRefusesEverything) {

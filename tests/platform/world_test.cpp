@@ -83,6 +83,12 @@ TEST_F(WorldTest, AHomeThatCannotBeToldIsAtFault) {
     }
 }
 
+TEST_F(WorldTest, AHomeThatBelongsToAnotherUserIsAtFault) {
+    makeLink(testHome() / "link", "/usr");  // root's, and tests never run as root
+    EXPECT_EQ(World::below("/", "/usr").homeFault(), World::HomeFault::anothers);
+    EXPECT_EQ(World::below("/", testHome() / "link").homeFault(), World::HomeFault::anothers);
+}
+
 TEST_F(WorldTest, AnyOtherHomeIsNot) {
     makeFolder(testHome() / "user");
     makeLink(testHome() / "link", "user");

@@ -34,7 +34,7 @@ TEST_F(CleaningTest, MovesEveryEntryAndRecordsIt) {
     EXPECT_FALSE(entry.preview);
     EXPECT_FALSE(entry.undone);
     EXPECT_EQ(entry.snapshotsRemoved, 0);
-    EXPECT_NEAR(secondsBetween(entry.date, now()), 0, 5);
+    EXPECT_NEAR(entry.date, historyDate(now()), 5);
     EXPECT_THAT(entry.titles, ElementsAre("Title of junk"));
     EXPECT_THAT(entry.moves, ElementsAre(HistoryEntry::Move{junk() / "a", trashFiles() / "a", sizeOfFirst},
                                          HistoryEntry::Move{junk() / "b", trashFiles() / "b", total - sizeOfFirst}));

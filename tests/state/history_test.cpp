@@ -20,7 +20,7 @@ class HistoryTest : public StoreHome {
 protected:
     static HistoryEntry numbered(std::int64_t number) {
         HistoryEntry entry;
-        entry.date = dateFromUnix(1'700'000'000 + number, 0);
+        entry.date = historyDate(dateFromUnix(1'700'000'000 + number, 0));
         entry.bytes = number;
         entry.titles = {"Run " + std::to_string(number)};
         return entry;
@@ -161,14 +161,14 @@ TEST_F(HistoryTest, TheRowsSayWhatTheViewsShow) {
     setenv("TZ", "America/New_York", 1);
     tzset();
     HistoryEntry entry = numbered(1);
-    entry.date = dateFromUnix(1'645'514'520, 0);
+    entry.date = historyDate(dateFromUnix(1'645'514'520, 0));
     entry.bytes = 1'234'567'898;
     entry.titles = {"App caches", "Old downloads"};
     entry.snapshotsRemoved = 2;
     entry.undone = true;
     HistoryEntry preview;
     preview.preview = true;
-    preview.date = dateFromUnix(1'645'514'520 + 43'200, 0);
+    preview.date = historyDate(dateFromUnix(1'645'514'520 + 43'200, 0));
     storeHistory(encodeHistory({entry, preview}));
     Store& store = makeStore();
     EXPECT_EQ(listOf(store).count(), 2);

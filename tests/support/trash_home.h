@@ -95,6 +95,8 @@ inline std::int64_t trashing(const SeenItem& item) {
 inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original,
                                 const std::optional<TrashedIdentity>& identity = std::nullopt) {
     const std::optional<PlatformError> error = putBack({trashed, original, now(), identity});
+    syncMoves({trashed});
+    forgetReturned({trashed, original, now(), identity});
     return error ? error->code : 0;
 }
 

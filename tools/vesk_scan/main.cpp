@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -78,6 +79,7 @@ bool enterWorld(const Options& options) {
     wanted.home = options.home.value_or(wanted.home);
     switch (wanted.homeFault()) {
         case vesk::World::HomeFault::none:
+        case vesk::World::HomeFault::anothers:  // who only looks may look at another's
             break;
         case vesk::World::HomeFault::unknown:
             refuse("the home folder cannot be told; name it with --home");
@@ -109,6 +111,7 @@ void endOnSignals(QCoreApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    vesk::outliveFailedWrites();
     const std::optional<Options> options = readOptions(argc, argv);
     if (!options || !enterWorld(*options)) {
         return badCall;
@@ -129,6 +132,9 @@ int main(int argc, char** argv) {
     QCoreApplication::exec();
 
     const std::string report = options->json ? vesk::reportForPrograms(store) : vesk::reportForPeople(store);
-    const bool written = std::fputs(report.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-    return written ? 0 : failed;
+    if (std::fputs(report.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+        refuse("cannot write the report: " + std::generic_category().message(errno));
+        return failed;
+    }
+    return 0;
 }

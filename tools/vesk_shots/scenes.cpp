@@ -105,8 +105,8 @@ void cleanAndWait(VeskApp& app) {
 
 HistoryEntry pastRun(std::int64_t bytes, std::vector<std::string> titles, int hoursAgo) {
     HistoryEntry entry;
-    entry.date = Date(std::chrono::sys_days(std::chrono::year(2024) / 5 / 14) + std::chrono::hours(17 - hoursAgo) +
-                      std::chrono::minutes(22));
+    entry.date = historyDate(std::chrono::sys_days(std::chrono::year(2024) / 5 / 14) +
+                             std::chrono::hours(17 - hoursAgo) + std::chrono::minutes(22));
     entry.bytes = bytes;
     entry.titles = std::move(titles);
     return entry;

@@ -28,13 +28,13 @@ std::uint64_t deviceOf(const struct statx& found) {
     return (std::uint64_t{found.stx_dev_major} << 32U) | found.stx_dev_minor;
 }
 
-std::optional<MountIdentity> mountIdentityAt(int folder, const char* path, int flags) {
+std::optional<VolumeIdentity> volumeIdentityAt(int folder, const char* path, int flags) {
     struct statx found {};
     if (statx(folder, path, flags | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, STATX_MNT_ID, &found) != 0) {
         return std::nullopt;
     }
     // Before Linux 5.8 the device has to do; a folder mounted twice is told apart only by the rename that fails.
-    return MountIdentity{(found.stx_mask & STATX_MNT_ID) != 0 ? found.stx_mnt_id : deviceOf(found)};
+    return VolumeIdentity{(found.stx_mask & STATX_MNT_ID) != 0 ? found.stx_mnt_id : 0, deviceOf(found)};
 }
 
 // What a child process of this one finds, with every mount read-only: there the kernel sets no access date. Between
@@ -114,12 +114,12 @@ std::optional<FolderIdentity> folderIdentityAt(int folder, const char* path) {
     return identity;
 }
 
-std::optional<MountIdentity> mountIdentity(int folder) {
-    return mountIdentityAt(folder, "", AT_EMPTY_PATH);
+std::optional<VolumeIdentity> volumeIdentity(int folder) {
+    return volumeIdentityAt(folder, "", AT_EMPTY_PATH);
 }
 
-std::optional<MountIdentity> mountIdentity(const std::filesystem::path& item) {
-    return mountIdentityAt(AT_FDCWD, item.c_str(), 0);
+std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item) {
+    return volumeIdentityAt(AT_FDCWD, item.c_str(), 0);
 }
 
 int renameExclusively(int fromFolder, const char* name, int toFolder, const char* newName) {

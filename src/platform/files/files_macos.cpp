@@ -13,9 +13,9 @@ namespace vesk {
 
 namespace {
 
-std::optional<MountIdentity> mountIdentityOf(const struct statfs& found) {
+std::optional<VolumeIdentity> volumeIdentityOf(const struct statfs& found) {
     const auto half = [](int value) { return static_cast<std::uint64_t>(static_cast<std::uint32_t>(value)); };
-    return MountIdentity{(half(found.f_fsid.val[0]) << 32U) | half(found.f_fsid.val[1])};
+    return VolumeIdentity{0, (half(found.f_fsid.val[0]) << 32U) | half(found.f_fsid.val[1])};
 }
 
 }  // namespace
@@ -45,14 +45,14 @@ bool isMountPoint(const std::filesystem::path& folder) {
            found.st_dev != above.st_dev;
 }
 
-std::optional<MountIdentity> mountIdentity(int folder) {
+std::optional<VolumeIdentity> volumeIdentity(int folder) {
     struct statfs found {};
-    return fstatfs(folder, &found) == 0 ? mountIdentityOf(found) : std::nullopt;
+    return fstatfs(folder, &found) == 0 ? volumeIdentityOf(found) : std::nullopt;
 }
 
-std::optional<MountIdentity> mountIdentity(const std::filesystem::path& item) {
+std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item) {
     struct statfs found {};
-    return statfs(item.c_str(), &found) == 0 ? mountIdentityOf(found) : std::nullopt;
+    return statfs(item.c_str(), &found) == 0 ? volumeIdentityOf(found) : std::nullopt;
 }
 
 int renameExclusively(int fromFolder, const char* name, int toFolder, const char* newName) {

@@ -17,16 +17,18 @@ std::optional<FolderIdentity> folderIdentityAt(int folder, const char* path);
 /// leads nowhere. Returns false, and tells nothing, where the system has no such way.
 bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::filesystem::path>& target);
 
-/// What an item is mounted with: a rename works within one mount only.
-struct MountIdentity {
-    std::uint64_t number = 0;
-    friend bool operator==(const MountIdentity&, const MountIdentity&) = default;
+/// What a rename works within: one file system, mounted once. One mount may show several file systems (btrfs's
+/// subvolumes), and one file system may be mounted twice.
+struct VolumeIdentity {
+    std::uint64_t mount = 0;
+    std::uint64_t device = 0;
+    friend bool operator==(const VolumeIdentity&, const VolumeIdentity&) = default;
 };
 
-/// The mount that an open folder, or the item that a path leads to, lies on; absent, with errno set, when it cannot be
+/// The volume that an open folder, or the item that a path leads to, lies on; absent, with errno set, when it cannot be
 /// told.
-std::optional<MountIdentity> mountIdentity(int folder);
-std::optional<MountIdentity> mountIdentity(const std::filesystem::path& item);
+std::optional<VolumeIdentity> volumeIdentity(int folder);
+std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item);
 
 /// Renames unless something has the new name (EEXIST). Returns 0 or an errno value; ENOTSUP when the file system (or
 /// the kernel) does not know this kind of rename, or the move makes no sense.

@@ -21,6 +21,10 @@ bool writePreferenceFile(const std::filesystem::path& folder, std::string_view k
 /// Removes what is stored under a key.
 void removePreferenceFile(const std::filesystem::path& folder, std::string_view key);
 
+/// Removes the temporary files, in this folder, of writes that were killed. A write that is under way holds a lock on
+/// its file; where the file system knows no locks, nothing is removed.
+void removeUnfinishedPreferenceFiles(const std::filesystem::path& folder);
+
 /// Yes and no as such files hold them; absent for any other bytes.
 std::optional<bool> booleanFromPreferenceFile(const std::optional<std::string>& stored);
 std::string_view preferenceFileText(bool value);

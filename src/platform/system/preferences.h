@@ -5,6 +5,7 @@
 // never a part. Used by Store on the main thread.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -22,6 +23,9 @@ struct StoredBytes {
 
 class Preferences {
 public:
+    /// The most bytes that a value may have. A longer one is not stored, and what is longer is no value.
+    static constexpr std::size_t largestValue = std::size_t{512} * 1024 * 1024;
+
     /// The preferences of this user: on Linux, and in a made-up world, the folder "vesk" in World::configHome.
     Preferences();
     /// Preferences kept in `folder`, made with mode 0700 when something is first stored.
@@ -44,6 +48,10 @@ public:
     std::optional<std::string> data(std::string_view key) const { return read(key).bytes; }
     /// Returns false when the value could not be stored; the old one then stays.
     bool setData(std::string_view key, std::string_view bytes);
+
+    /// Removes what programs of this user have left behind that were killed while they stored a value. Leaves alone
+    /// what a program is storing now.
+    void removeUnfinished();
 
 private:
     std::filesystem::path folder_;

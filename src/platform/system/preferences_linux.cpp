@@ -32,4 +32,8 @@ bool Preferences::setData(std::string_view key, std::string_view bytes) {
     return writePreferenceFile(folder_, key, bytes);
 }
 
+void Preferences::removeUnfinished() {
+    removeUnfinishedPreferenceFiles(folder_);
+}
+
 }  // namespace vesk

@@ -82,6 +82,9 @@ StoredBytes Preferences::read(std::string_view key) const {
         return {};  // the system does not tell whether it failed
     }
     const auto data = static_cast<CFDataRef>(value.get());
+    if (static_cast<std::size_t>(CFDataGetLength(data)) > largestValue) {
+        return {};
+    }
     return {std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
                         static_cast<std::size_t>(CFDataGetLength(data)))};
 }
@@ -90,9 +93,18 @@ bool Preferences::setData(std::string_view key, std::string_view bytes) {
     if (!folder_.empty()) {
         return writePreferenceFile(folder_, key, bytes);
     }
+    if (bytes.size() > largestValue) {
+        return false;
+    }
     const Owned<CFDataRef> data(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bytes.data()),
                                              static_cast<CFIndex>(bytes.size())));
     return storeValue(key, data.get());
+}
+
+void Preferences::removeUnfinished() {
+    if (!folder_.empty()) {
+        removeUnfinishedPreferenceFiles(folder_);
+    }
 }
 
 }  // namespace vesk

@@ -49,6 +49,12 @@ int terminationSignalDescriptor() {
     return signalPipe[0];
 }
 
+void outliveFailedWrites() {
+    for (const int signal : {SIGPIPE, SIGXFSZ}) {
+        std::signal(signal, SIG_IGN);
+    }
+}
+
 void terminateNow(int status) {
     std::fflush(stdout);
     std::_Exit(status);

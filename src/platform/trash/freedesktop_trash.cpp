@@ -16,6 +16,7 @@
 #include "platform/files/files_system.h"
 #include "platform/files/folder_reader.h"
 #include "platform/files/item_identity.h"
+#include "platform/files/syncing.h"
 #include "platform/text.h"
 #include "platform/trash/trash_info.h"
 #include "platform/trash/trash_record.h"
@@ -69,14 +70,14 @@ fs::path homeTrashPlace() {
     return world().dataHome / "Trash";
 }
 
-// The mount that the home Trash serves: the one it lies on, or will lie on once it is made. A link that stands for the
+// The volume that the home Trash serves: the one it lies on, or will lie on once it is made. A link that stands for the
 // Trash itself does not count: where it leads to another disk, items are refused rather than put into a third place.
-std::optional<MountIdentity> homeTrashMount() {
+std::optional<VolumeIdentity> homeTrashVolume() {
     fs::path place = homeTrashPlace().parent_path();
     while (place.has_relative_path() && !itemExists(place)) {
         place = place.parent_path();
     }
-    return mountIdentity(place);
+    return volumeIdentity(place);
 }
 
 int openHomeTrash(const HeldItem& item, OpenTrash& trash) {
@@ -96,14 +97,14 @@ int openHomeTrash(const HeldItem& item, OpenTrash& trash) {
     return openInside(folder.get(), place, trash);
 }
 
-// The folder that the volume holding `folder` (a path without links) is mounted at; absent when that lies outside the
-// world in force, where a made-up world must leave everything alone.
-std::optional<fs::path> topOfVolume(fs::path folder, const MountIdentity& mount) {
+// The topmost folder of the volume holding `folder` (a path without links); absent when that lies outside the world in
+// force, where a made-up world must leave everything alone.
+std::optional<fs::path> topOfVolume(fs::path folder, const VolumeIdentity& volume) {
     const std::optional<fs::path> root = resolvingLinks(world().root);
-    while (folder != root && folder.has_relative_path() && mountIdentity(folder.parent_path()) == mount) {
+    while (folder != root && folder.has_relative_path() && volumeIdentity(folder.parent_path()) == volume) {
         folder = folder.parent_path();
     }
-    const bool isTop = !folder.has_relative_path() || mountIdentity(folder.parent_path()) != mount;
+    const bool isTop = !folder.has_relative_path() || volumeIdentity(folder.parent_path()) != volume;
     return isTop ? std::optional(folder) : std::nullopt;
 }
 
@@ -125,14 +126,14 @@ int openSharedTrash(int top, const fs::path& topPlace, const std::string& user, 
     return openInside(folder.get(), topPlace / ".Trash" / user, trash);
 }
 
-int openVolumeTrash(const HeldItem& item, const MountIdentity& mount, OpenTrash& trash) {
+int openVolumeTrash(const HeldItem& item, const VolumeIdentity& volume, OpenTrash& trash) {
     const std::optional<fs::path> parent = resolvingLinks(item.path.parent_path());
     if (!parent || folderIdentity(*parent) != folderIdentity(item.folder)) {
         return ENOENT;
     }
-    const std::optional<fs::path> topPlace = topOfVolume(*parent, mount);
+    const std::optional<fs::path> topPlace = topOfVolume(*parent, volume);
     const Descriptor top = topPlace ? openFolder(AT_FDCWD, topPlace->c_str(), LastLink::refuse) : Descriptor();
-    if (!top || mountIdentity(top.get()) != mount) {
+    if (!top || volumeIdentity(top.get()) != volume) {
         return EXDEV;
     }
     trash.recordedPlace = (*parent / item.name).lexically_relative(*topPlace).string();
@@ -150,12 +151,12 @@ int openVolumeTrash(const HeldItem& item, const MountIdentity& mount, OpenTrash&
 }
 
 int openTrashFor(const HeldItem& item, OpenTrash& trash) {
-    // Device numbers do not tell what a rename can reach: a folder mounted a second time has the same one.
-    const std::optional<MountIdentity> mount = mountIdentity(item.folder);
-    if (!mount) {
+    const std::optional<VolumeIdentity> volume = volumeIdentity(item.folder);
+    if (!volume) {
         return errno;
     }
-    const int failure = mount == homeTrashMount() ? openHomeTrash(item, trash) : openVolumeTrash(item, *mount, trash);
+    const int failure =
+        volume == homeTrashVolume() ? openHomeTrash(item, trash) : openVolumeTrash(item, *volume, trash);
     if (failure != 0) {
         return failure;
     }
@@ -227,6 +228,7 @@ public:
             if (failure == 0) {
                 failure = moveWithoutOverwriting(item_.folder, item_.name.c_str(), files(), name_.c_str());
                 if (failure == 0) {
+                    syncMove();
                     return keepOnRecord();
                 }
                 removeRecord(info(), recordName(name_), record_);
@@ -251,6 +253,15 @@ public:
 private:
     int info() const { return trash_.info.get(); }
     int files() const { return trash_.files.get(); }
+
+    // Where the file system keeps no order of changes to names. The new name first: with the old one gone before it is
+    // there, a power loss would cost the item both.
+    void syncMove() const {
+        if (!keepsOrderOfNames(files())) {
+            fsync(files());
+            fsync(item_.folder);
+        }
+    }
 
     // A program that empties the Trash in this very moment may have found the record before its item came, and removed
     // it. The item gets another one, or goes back to where it was.

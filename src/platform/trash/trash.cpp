@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <set>
 #include <string>
 
 #include "platform/files/folder_reader.h"
+#include "platform/files/syncing.h"
 #include "platform/text.h"
 #include "platform/trash/freedesktop_trash.h"
 #include "platform/trash/trash_record.h"
@@ -83,22 +86,20 @@ struct Finding {
     // Why it cannot be put back; 0 when it can.
     int failure = 0;
     std::optional<LastingIdentity> item;
-    OpenRecord record;
     // Whether it is at its place already, and has kept its name in the Trash: where no rename refuses to replace, a
     // file is given its second name before it loses the first, and a program may end between the two.
     bool hasBothNames = false;
 };
 
 // Whether what lies in the Trash is the item, and not another one of its name.
-bool isTheItem(const TrashedItem& item, const LastingIdentity& found, OpenRecord& record) {
+bool isTheItem(const TrashedItem& item, const LastingIdentity& found) {
     if (!usersTrashKeepsRecords()) {
         return item.identity && areSurelySame(item.identity->item, found);
     }
     if (item.identity && !mayBeSame(item.identity->item, found)) {
         return false;
     }
-    record = recordOf(item);
-    return !record.path.empty();
+    return !recordOf(item).path.empty();
 }
 
 // Whether the item is at its place, as far as it can be told.
@@ -114,7 +115,7 @@ Finding lookFor(const TrashedItem& item) {
         finding.failure = failureOfLastLook();
         return finding;
     }
-    if (!isTheItem(item, *finding.item, finding.record)) {
+    if (!isTheItem(item, *finding.item)) {
         finding.failure = ESTALE;
         return finding;
     }
@@ -158,6 +159,17 @@ int failureOfMaking(fs::path folder) {
     return S_ISDIR(found.st_mode) ? failureOfChange(folder) : ENOTDIR;
 }
 
+// Where a file system does not keep the order of changes to names, a power loss may find an item's old name gone and
+// the new one not made. The new one first, then.
+void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldFolder) {
+    for (const fs::path& folder : {newFolder, oldFolder}) {
+        const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);
+        if (opened && !keepsOrderOfNames(opened.get())) {
+            fsync(opened.get());
+        }
+    }
+}
+
 }  // namespace
 
 TrashOutcome moveToTrash(const SeenItem& item) {
@@ -186,20 +198,11 @@ std::optional<PlatformError> putBack(const TrashedItem& item) {
         return posixError(EINVAL);
     }
     const Finding finding = lookFor(item);
-    if (finding.failure == ENOENT && isBack(item)) {
-        // By an undo that ended before it removed the record. In any other case the record stays: an item that cannot
-        // be seen now need not be gone.
-        forgetLostRecord(item);
-    }
     if (finding.failure != 0) {
         return posixError(finding.failure);
     }
     if (finding.hasBothNames) {
-        if (unlink(item.place.c_str()) != 0) {
-            return posixError(errno);
-        }
-        forget(finding.record);
-        return std::nullopt;
+        return unlink(item.place.c_str()) != 0 ? std::optional(posixError(errno)) : std::nullopt;
     }
     constexpr unsigned defaultMode = 0777;
     if (const int failure = makeFolders(item.original.parent_path(), defaultMode)) {
@@ -208,8 +211,27 @@ std::optional<PlatformError> putBack(const TrashedItem& item) {
     if (const int failure = moveBack(item, *finding.item)) {
         return posixError(failure);
     }
-    forget(finding.record);
+    syncWhereNamesAreNotOrdered(item.original.parent_path(), item.place.parent_path());
     return std::nullopt;
+}
+
+void forgetReturned(const TrashedItem& item) {
+    // In any other case the record stays: an item that cannot be seen now need not be gone.
+    if (isUsable(item.place) && isUsable(item.original) && failureOfLook(item.place) == ENOENT && isBack(item)) {
+        forgetLostRecord(item);
+    }
+}
+
+bool syncMoves(const std::vector<fs::path>& trashed) {
+    std::set<fs::path> folders;
+    for (const fs::path& place : trashed) {
+        folders.insert(place.parent_path());
+    }
+    return std::all_of(folders.begin(), folders.end(), [](const fs::path& folder) {
+        const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);
+        // Where there is no such folder (any more), nothing can have been moved.
+        return opened ? syncNames(opened.get()) : errno == ENOENT || errno == ENOTDIR;
+    });
 }
 
 TrashState stateInTrash(const TrashedItem& item) {

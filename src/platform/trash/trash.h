@@ -14,6 +14,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 #include "platform/date.h"
 #include "platform/error.h"
@@ -69,8 +70,9 @@ struct TrashedItem {
 /// - the Trash cannot take it (another place is never used instead).
 TrashOutcome moveToTrash(const SeenItem& item);
 
-/// Moves an item from the Trash back to its place, making the folders above it that are missing, and removes the
-/// Trash's record of it. Returns why the item is not back where it was; absent when it is. Among the errno values:
+/// Moves an item from the Trash back to its place, making the folders above it that are missing. The Trash keeps its
+/// record of it until `forgetReturned`. Returns why the item is not back where it was; absent when it is. Among the
+/// errno values:
 /// - ENOENT: nothing has its name in the Trash any more;
 /// - ESTALE: what has its name there is another item, or cannot be told from one. Where the Trash keeps a record of
 /// each
@@ -78,6 +80,15 @@ TrashOutcome moveToTrash(const SeenItem& item);
 ///   keeps it, the identity decides alone. An identity that was noted has to be the same in either case;
 /// - EEXIST: something else is in its place.
 std::optional<PlatformError> putBack(const TrashedItem& item);
+
+/// Removes the Trash's record of an item that is back at its place, by this undo or by an earlier one that ended before
+/// it was through; does nothing for any other. To be called after `syncMoves`: a power loss could take back the move
+/// and not the record's end, and nobody would know of the item.
+void forgetReturned(const TrashedItem& item);
+
+/// Sees to it that what was moved to these places in the Trash, or away from them, is on the disk: once a run, before
+/// anything is stored that tells of the moves. Returns false when that is not known.
+bool syncMoves(const std::vector<std::filesystem::path>& trashed);
 
 /// How an item of a run stands.
 enum class TrashState {

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/files/item_identity.h"
+#include "platform/files/syncing.h"
 #include "platform/trash/trash_info.h"
 
 namespace vesk {
@@ -90,10 +91,10 @@ int writeRecord(int infoFolder, const std::string& name, std::string_view text, 
     if (!file) {
         return errno;
     }
-    // Its name needs no forcing to disk: file systems keep the order of changes to names, so the item's later rename
-    // never outlives a crash that the name does not.
+    // Its name needs no forcing to disk where the file system keeps the order of changes to names: the item's later
+    // rename never outlives a power loss that the name does not.
     int failure = writeAll(file.get(), text);
-    if (failure == 0 && fsync(file.get()) != 0) {
+    if (failure == 0 && (fsync(file.get()) != 0 || (!keepsOrderOfNames(infoFolder) && fsync(infoFolder) != 0))) {
         failure = errno;
     }
     if (failure != 0) {
