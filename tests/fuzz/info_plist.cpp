@@ -38,6 +38,14 @@ std::string xmlWith(const std::string& identifier) {
            escaped(identifier) + "</string></dict></plist>";
 }
 
+std::string oldWith(const std::string& identifier) {
+    std::string result = "{ Other = (x, {a = b;}, <0f>); /* c */ CFBundleIdentifier = \"";
+    for (const char c : identifier) {
+        result += c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+    }
+    return result + "\"; }";
+}
+
 // A binary one: a dictionary of one key and one text of single bytes, at most 200 long.
 std::string binaryWith(const std::string& identifier) {
     std::string bytes = "bplist00";
@@ -74,6 +82,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const std::string text = holdable(bytes);
     VESK_HOLDS(vesk::bundleIdentifierIn(xmlWith(text)) == text);
+    VESK_HOLDS(vesk::bundleIdentifierIn("\r\n \n" + xmlWith(text) + text) == text);
+    VESK_HOLDS(vesk::bundleIdentifierIn(oldWith(text)) == text);
     std::string ascii;
     for (const char c : text) {
         ascii += static_cast<unsigned char>(c) < 0x80 ? std::string(1, c) : std::string();

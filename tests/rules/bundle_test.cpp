@@ -52,6 +52,16 @@ std::string repeated(std::string_view text, int times) {
     return result;
 }
 
+// ASCII in two bytes a character, the lower one first.
+std::string utf16(std::string_view ascii) {
+    std::string bytes;
+    for (const char character : ascii) {
+        bytes += character;
+        bytes += '\0';
+    }
+    return bytes;
+}
+
 // A number in `size` bytes, the most significant first.
 std::string bigEndian(std::size_t number, int size) {
     std::string bytes;
@@ -100,6 +110,50 @@ TEST_F(Bundle, IdentifierIsReadFromTheBinaryForm) {
     EXPECT_EQ(bundleIdentifierIn(bytesOfHex(binaryUtf16)), "com.ex\xC3\xA4mple.t\xC3\xB6\xC3\xB6l");
 }
 
+TEST_F(Bundle, IdentifierIsReadFromTheTextOlderThanXml) {
+    const struct {
+        std::string list;
+        std::string identifier;
+    } cases[] = {
+        {"{\n    CFBundleName = Tool;\n    CFBundleIdentifier = com.example.tool;\n}\n", "com.example.tool"},
+        {"{ \"CFBundleIdentifier\" = \"com.example.tool\"; }", "com.example.tool"},
+        {"{CFBundleIdentifier='a b';}", "a b"},
+        {"// a comment\n/* and } another */ { A = { CFBundleIdentifier = no; }; B = (1, {C = 2;}, <0f 1a>);\n"
+         "D = <0fbd 77>; /* */ CFBundleIdentifier /* = no */ = com.b; }",
+         "com.b"},
+        {"CFBundleName = Tool;\nCFBundleIdentifier = com.example.tool;\n", "com.example.tool"},
+        {"\n\n {\"A;}\" = \"{(\\\"\"; Flag; CFBundleIdentifier = com.b}", "com.b"},
+        {"{CFBundleIdentifier = \"\\U00e4\\103\\n\\Ud83d\\Ude00\\x\";}",
+         "\xC3\xA4"
+         "C\n\xF0\x9F\x98\x80x"},
+        {"{CFBundleIdentifier = \"caf\xC3\xA9\";}", "caf\xC3\xA9"},
+        {"\xEF\xBB\xBF{CFBundleIdentifier = com.b;}", "com.b"},
+        {std::string("\xFF\xFE") + utf16("{CFBundleIdentifier = com.b;}"), "com.b"},
+        {"{CFBundleIdentifier = \"\";}", ""},
+        {"{CFBundleIdentifier = com.b; broken", "com.b"},
+    };
+    for (const auto& [list, identifier] : cases) {
+        EXPECT_EQ(bundleIdentifierIn(list), identifier) << list;
+    }
+    for (const char* none : {"{}", "{CFBundleName = Tool;}", "{CFBundleIdentifier = {a = b;};}", "{CFBundleIdentifier",
+                             "{CFBundleIdentifier = ", "{CFBundleIdentifier;}", "(CFBundleIdentifier, com.b)",
+                             "{A = {CFBundleIdentifier = com.b;};}", "{A B; CFBundleIdentifier = com.b;}", "\"",
+                             "/* {CFBundleIdentifier = com.b;}", "{CFBundleIdentifier = );}"}) {
+        EXPECT_EQ(bundleIdentifierIn(none), std::nullopt) << none;
+    }
+}
+
+TEST_F(Bundle, IdentifierIsReadFromXmlAfterBlankLinesAndBeforeWhateverFollows) {
+    const std::string list = xml("<dict><key>CFBundleIdentifier</key><string>com.b</string></dict>");
+    for (const char* before : {"\n", "\r\n\t \n", "\xEF\xBB\xBF", "\xEF\xBB\xBF\n"}) {
+        EXPECT_EQ(bundleIdentifierIn(before + list), "com.b") << before;
+    }
+    for (const std::string& after :
+         {std::string("\n\n"), std::string("\0\0", 2), std::string("more"), std::string("\xFF"), list}) {
+        EXPECT_EQ(bundleIdentifierIn(list + after), "com.b") << after;
+    }
+}
+
 TEST_F(Bundle, WithoutAReadableTextHasNoIdentifier) {
     const std::string whole = xml("<dict><key>CFBundleIdentifier</key><string>a</string></dict>");
     ASSERT_EQ(bundleIdentifierIn(whole), "a");
@@ -131,6 +185,9 @@ TEST_F(Bundle, WithoutAReadableTextHasNoIdentifier) {
 TEST_F(Bundle, HoldsAgainstListsMadeToEndTheReader) {
     constexpr int deep = 300'000;
     const std::string nest = repeated("<array>", deep) + repeated("</array>", deep);
+    const std::string old = "{A = " + repeated("(", deep) + repeated(")", deep) + "; CFBundleIdentifier = a.b.c;}";
+    EXPECT_EQ(bundleIdentifierIn(old), "a.b.c");
+    EXPECT_EQ(bundleIdentifierIn(repeated("{a=", deep)), std::nullopt);
     const std::string identifier = "<key>CFBundleIdentifier</key><string>a.b.c</string>";
     EXPECT_EQ(bundleIdentifierIn(xml("<dict><key>A</key>" + nest + identifier + "</dict>")), "a.b.c");
     EXPECT_EQ(bundleIdentifierIn(xml(nest)), std::nullopt);

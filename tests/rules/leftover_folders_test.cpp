@@ -180,6 +180,16 @@ TEST_F(Leftovers, BelongToApplicationsOfFivePlacesAndOneFolderDeeper) {
     EXPECT_TRUE(offers("Gone"));
 }
 
+TEST_F(Leftovers, BelongToApplicationsWithAListInAnyForm) {
+    const std::filesystem::path list = testRoot() / "Applications/Tool.app/Contents/Info.plist";
+    for (const char* form : {"{\n    CFBundleIdentifier = com.example.instrument;\n}\n",
+                             "\n\n<?xml version=\"1.0\"?>\n<plist><dict><key>CFBundleIdentifier</key>"
+                             "<string>com.example.instrument</string></dict></plist>"}) {
+        writeFile(list, form);
+        EXPECT_FALSE(offers("com.example.instrument")) << form;
+    }
+}
+
 TEST_F(Leftovers, OfAnApplicationWithABrokenListAreKnownByItsNameAlone) {
     install(testRoot() / "Applications/Tool.app");
     writeFile(testRoot() / "Applications/Tool.app/Contents/Info.plist", "<plist><dict>");

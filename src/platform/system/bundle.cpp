@@ -1,6 +1,6 @@
 // The property list is read for one text at its top and by a reader that goes no deeper (Qt's stream reader for XML,
-// Vesk's own for the binary form), rather than into a tree of everything in it: any application can be installed, and a
-// list nested some ten thousand deep, or one whose arrays hold each other many times over, must not end the scan.
+// Vesk's own for the other two forms), rather than into a tree of everything in it: any application can be installed,
+// and a list nested some ten thousand deep, or one whose arrays hold each other many times over, must not end the scan.
 
 #include "platform/system/bundle.h"
 
@@ -16,6 +16,7 @@
 #include <cstdint>
 
 #include "platform/files/folder_reader.h"
+#include "platform/system/old_property_list.h"
 
 namespace vesk {
 
@@ -70,8 +71,22 @@ bool isAscii(std::string_view bytes) {
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-// The XML form: <plist><dict><key>name</key><string>text</string>...</dict></plist>
-std::optional<std::string> identifierInXml(std::string_view bytes) {
+// Blank lines before the declaration and bytes after the end are errors to an XML reader, but not to the system's own
+// reader of such lists.
+std::string_view listAlone(std::string_view bytes) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    constexpr std::string_view lastTag = "</plist>";
+    if (const std::size_t end = bytes.rfind(lastTag); end != std::string_view::npos) {
+        bytes = bytes.substr(0, end + lastTag.size());
+    }
+    bytes.remove_prefix(bytes.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    bytes.remove_prefix(std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size()));
+    return bytes;
+}
+
+// The XML form: <plist><dict><key>name</key><string>text</string>...</dict></plist>, whatever follows.
+std::optional<std::string> identifierInXml(std::string_view list) {
+    const std::string_view bytes = listAlone(list);
     QXmlStreamReader reader(QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
     if (!readTop(reader) || reader.name() != u"plist" || !reader.readNextStartElement() || reader.name() != u"dict") {
         return std::nullopt;
@@ -91,10 +106,6 @@ std::optional<std::string> identifierInXml(std::string_view bytes) {
         } else {
             reader.skipCurrentElement();
         }
-    }
-    // What is broken further down is broken.
-    while (!reader.atEnd()) {
-        reader.readNext();
     }
     return reader.hasError() ? std::nullopt : identifier;
 }
@@ -237,7 +248,8 @@ std::optional<std::string> bundleIdentifierIn(std::string_view informationProper
     if (informationPropertyList.starts_with("bplist00")) {
         return BinaryPropertyList(informationPropertyList).textAtTop(identifierKey);
     }
-    return identifierInXml(informationPropertyList);
+    const std::optional<std::string> identifier = identifierInXml(informationPropertyList);
+    return identifier ? identifier : textInOldPropertyList(informationPropertyList, identifierKey);
 }
 
 }  // namespace vesk

@@ -13,8 +13,8 @@ namespace vesk {
 /// when there is none, it is larger than 16 MB, or it tells no identifier.
 std::optional<std::string> bundleIdentifier(const std::filesystem::path& bundle);
 
-/// The identifier in the bytes of an Info.plist, XML or binary. Absent when the bytes are neither, or broken, or the
-/// identifier is missing or not a text.
+/// The identifier in the bytes of an Info.plist: XML, binary, or the text form older than XML. Absent when the bytes
+/// are none of these, or broken before their end, or the identifier is missing or not a text.
 std::optional<std::string> bundleIdentifierIn(std::string_view informationPropertyList);
 
 }  // namespace vesk
