@@ -20,7 +20,7 @@ public:
     ~Stage() override;
 
     /// A fresh store; the one before it is gone. A card is a map of any of: id, title, symbol, bucket, summary, why,
-    /// dormancyDays, selected, entries (sizes in bytes; missing ones have no file), snapshots (their number), missing.
+    /// dormancyDays, selected, entries (sizes in bytes; missing ones have no file), names (of the entries), snapshots (their number), missing.
     /// Options: blocked (labels of refused rules), capacity and free (bytes), hold (a number of rules that wait until
     /// `release`), holdBytes (what they have measured), history (maps of bytes, preview, titles, snapshotsRemoved,
     /// undone, moves (their number)), toolFails.
