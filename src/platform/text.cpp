@@ -1,7 +1,10 @@
 #include "platform/text.h"
 
+#include <QList>
 #include <QString>
 #include <QTextBoundaryFinder>
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -156,6 +159,44 @@ std::string lettersAndNumbers(std::string_view text) {
         }
     });
     return kept.normalized(QString::NormalizationForm_C).toStdString();
+}
+
+bool isUnsafeToShow(char32_t character) {
+    struct Range {
+        char32_t first;
+        char32_t last;
+    };
+    // In the order of the code points; the bidirectional marks are 061C, 200E to 200F, 202A to 202E and 2066 to 2069.
+    constexpr std::array<Range, 18> unsafe = {{{0x00, 0x1F},
+                                               {0x7F, 0x9F},
+                                               {0x034F, 0x034F},
+                                               {0x061C, 0x061C},
+                                               {0x115F, 0x1160},
+                                               {0x17B4, 0x17B5},
+                                               {0x180E, 0x180E},
+                                               {0x200B, 0x200B},
+                                               {0x200E, 0x200F},
+                                               {0x2028, 0x202E},
+                                               {0x2060, 0x206F},
+                                               {0x3164, 0x3164},
+                                               {0xFEFF, 0xFEFF},
+                                               {0xFFA0, 0xFFA0},
+                                               {0xFFF9, 0xFFFB},
+                                               {0x1BCA0, 0x1BCA3},
+                                               {0x1D173, 0x1D17A},
+                                               {0xE0001, 0xE0001}}};
+    return std::any_of(unsafe.begin(), unsafe.end(),
+                       [&](Range range) { return character >= range.first && character <= range.last; });
+}
+
+std::string replacingUnsafe(std::string_view text, const std::function<std::string(std::string_view)>& replacement) {
+    std::string safe;
+    for (const uint number : fromUtf8(text).toUcs4()) {
+        const auto scalar = static_cast<char32_t>(number);
+        const std::string character = QString::fromUcs4(&scalar, 1).toStdString();
+        safe += isUnsafeToShow(scalar) ? replacement(character) : character;
+    }
+    return safe;
 }
 
 std::size_t characterCount(std::string_view text) {

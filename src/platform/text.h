@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,14 @@ std::string withFirstCharacterUppercased(std::string_view text);
 /// The text reduced to the user-perceived characters that are letters or numbers, in Unicode's composed form (NFC),
 /// so that canonically equivalent texts come out equal. The first scalar of a character decides.
 std::string lettersAndNumbers(std::string_view text);
+
+/// Whether a character must not be shown as it stands in a name: what is obeyed rather than shown (control characters,
+/// separators of lines and paragraphs), what turns round the text beside it (the bidirectional marks), and what nobody
+/// sees. Invisible characters that words and emoji are spelled with stay: the joiners, variation selectors, tags.
+bool isUnsafeToShow(char32_t character);
+
+/// The text with each such character replaced by what `replacement` gives for it; both are handed over as UTF-8.
+std::string replacingUnsafe(std::string_view text, const std::function<std::string(std::string_view)>& replacement);
 
 /// The number of user-perceived characters.
 std::size_t characterCount(std::string_view text);

@@ -41,6 +41,15 @@ std::vector<FolderItem> childrenOrBlocked(Probe& probe, const std::filesystem::p
     return std::move(listing.items);
 }
 
+bool changedBefore(Date cutOff, const std::optional<Date>& modified) {
+    return modified && *modified < cutOff;
+}
+
+bool untouchedSince(Date cutOff, const ResourceValues& values) {
+    return changedBefore(cutOff, values.contentModificationDate) &&
+           (!values.contentAccessDate || *values.contentAccessDate < cutOff);
+}
+
 std::string label(std::string_view fileName) {
     return decodedUtf8(fileName);
 }

@@ -41,6 +41,13 @@ std::vector<FolderItem> childrenOf(const std::filesystem::path& folder, ListingD
 /// The same; a refusal for lack of permission also sets the probe's `blocked`.
 std::vector<FolderItem> childrenOrBlocked(Probe& probe, const std::filesystem::path& folder, ListingDetail detail);
 
+/// Whether an item was last changed before the cut-off. One without a date may be new.
+bool changedBefore(Date cutOff, const std::optional<Date>& modified);
+
+/// The same, and whether it was not opened since either. Not every file system keeps access dates: without one, the
+/// change alone decides.
+bool untouchedSince(Date cutOff, const ResourceValues& values);
+
 /// A file name as a label: file names are bytes, what is shown is UTF-8.
 std::string label(std::string_view fileName);
 

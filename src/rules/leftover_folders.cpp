@@ -124,7 +124,7 @@ std::vector<Card> Scanner::orphanCard(Probe& probe) {
     std::vector<Entry> entries;
     for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
         if (!isOffered(item.name) || !item.isDirectory || isInstalled(item.name, applications) ||
-            item.contentModificationDate.value_or(Date::max()) >= cutOff) {
+            !changedBefore(cutOff, item.contentModificationDate)) {
             continue;
         }
         std::optional<Entry> entry = probe.entry(location / item.name, pretty(label(item.name)));

@@ -27,12 +27,6 @@ constexpr CardDescription downloadCard = {
         "inside' first.",
 };
 
-// Judged by the item's own two dates, also for a folder. Not every file system keeps access dates.
-bool isOld(const ResourceValues& values, Date cutOff) {
-    return values.contentModificationDate && *values.contentModificationDate < cutOff &&
-           (!values.contentAccessDate || *values.contentAccessDate < cutOff);
-}
-
 }  // namespace
 
 std::vector<Card> oldDownloads(Probe& probe) {
@@ -41,7 +35,8 @@ std::vector<Card> oldDownloads(Probe& probe) {
     std::vector<Entry> entries;
     for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
         const std::optional<ResourceValues> values = resourceValues(location / item.name);
-        if (values && isOld(*values, cutOff)) {
+        // By the item's own two dates, also for a folder.
+        if (values && untouchedSince(cutOff, *values)) {
             probe.judgedBy[location / item.name] = {values->contentModificationDate, values->contentAccessDate};
             add(entries, probe.entry(location / item.name, label(item.name)));
         }

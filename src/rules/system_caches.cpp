@@ -120,7 +120,7 @@ std::vector<Card> oldCrashReports(Probe& probe) {
     for (const std::string_view path : crashes::locations) {
         const std::filesystem::path location = Scanner::home() / path;
         for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
-            if (!item.isDirectory && item.contentModificationDate.value_or(Date::max()) < cutOff) {
+            if (!item.isDirectory && changedBefore(cutOff, item.contentModificationDate)) {
                 probe.judgedBy[location / item.name] = {.modified = item.contentModificationDate, .accessed = {}};
                 add(entries, probe.entry(location / item.name, crashes::entryName));
             }

@@ -85,7 +85,7 @@ class VeskScanTest(unittest.TestCase):
     def test_no_name_reaches_the_terminal_as_a_command(self):
         names = [
             "two\nlines", "\x01\x1b[31mred\x7f", "c1 \u009b31m", "\u202egpj.exe", "\u2066isolated\u2069",
-            "mark \u200f\u061c", "\ufeffmark", "\"quoted\" \\ 'too'", "caf\u00e9 \u5bb6 \U0001f3e0", "n" * 255,
+            "mark \u200f\u061c", "\ufeffmark", "unseen \u200b\u2060\u3164\U0001d173", "\"quoted\" \\ 'too'", "caf\u00e9 \u5bb6 \U0001f3e0", "n" * 255,
         ]
         for name in names:
             self.make_file(f"Library/Caches/{name}/{name}", age=3 * DAY)
@@ -93,7 +93,7 @@ class VeskScanTest(unittest.TestCase):
         os.mkdir(not_utf8)
         with open(not_utf8 + b"/file", "wb") as file:
             file.write(b"v" * 5000)
-        obeyed = re.compile("[\x00-\x09\x0b-\x1f\x7f-\x9f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069\ufeff]")
+        obeyed = re.compile("[\x00-\x09\x0b-\x1f\x7f-\x9f\u061c\u200e\u200f\u2028-\u202e\u2060-\u206f\ufeff\u200b\u3164\U0001d173]")
         for option in ("--json", None):
             result = self.run_program(*([option] if option else []))
             self.assertEqual(result.returncode, 0, result.stderr)

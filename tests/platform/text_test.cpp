@@ -73,5 +73,28 @@ TEST(Text, CountsUserPerceivedCharacters) {
     EXPECT_EQ(characterCount("\xF0\x9F\x98\x80"), 1U);
 }
 
+TEST(UnsafeToShow, AreControlsDirectionMarksAndWhatNobodySees) {
+    for (const char32_t unsafe :
+         {U'\0',     U'\n',     U'\x1B',   U'\x7F',   U'\x85',   U'\x9B',   U'\x9F',       U'\u061C',
+          U'\u200B', U'\u200E', U'\u200F', U'\u2028', U'\u2029', U'\u202A', U'\u202E',     U'\u2060',
+          U'\u2066', U'\u2069', U'\u206F', U'\u3164', U'\uFEFF', U'\uFFF9', U'\U0001D173', U'\U000E0001'}) {
+        EXPECT_TRUE(isUnsafeToShow(unsafe)) << static_cast<unsigned>(unsafe);
+    }
+    for (const char32_t safe : {U' ', U'~', U'\u00A0', U'\u00E9', U'\u0301', U'\u0600', U'\u200C', U'\u200D', U'\u2027',
+                                U'\u202F', U'\uFE0F', U'\uFFFD', U'\U0001F600', U'\U000E0067'}) {
+        EXPECT_FALSE(isUnsafeToShow(safe)) << static_cast<unsigned>(safe);
+    }
+}
+
+TEST(UnsafeToShow, AreReplacedAndNothingElse) {
+    const auto length = [](std::string_view character) { return "<" + std::to_string(character.size()) + ">"; };
+    EXPECT_EQ(replacingUnsafe("", length), "");
+    EXPECT_EQ(replacingUnsafe("caf\xC3\xA9 \xF0\x9F\x98\x80", length), "caf\xC3\xA9 \xF0\x9F\x98\x80");
+    EXPECT_EQ(replacingUnsafe("a\x1B[m\xE2\x80\xAEgpj\xEF\xBB\xBF", length), "a<1>[m<3>gpj<3>");
+    EXPECT_EQ(replacingUnsafe("\xF0\x9D\x85\xB3x", length), "<4>x");
+    EXPECT_EQ(replacingUnsafe("bad\xFF", length), "bad\xEF\xBF\xBD");
+    EXPECT_EQ(replacingUnsafe(std::string("a\0b", 3), length), "a<1>b");
+}
+
 }  // namespace
 }  // namespace vesk

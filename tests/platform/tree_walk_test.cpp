@@ -94,6 +94,25 @@ TEST_F(TreeWalkTest, TheNewestUseIsTheLatestAccess) {
     EXPECT_EQ(measure(top).newest, newest);
 }
 
+TEST_F(TreeWalkTest, TheNewestUseIsTheLatestWhicheverThreadMeetsIt) {
+    std::vector<fs::path> files;
+    for (int folder = 0; folder < 60; ++folder) {
+        for (int file = 0; file < 3; ++file) {
+            files.push_back(top / std::to_string(folder) / std::to_string(file));
+            makeFile(files.back(), 1);
+        }
+    }
+    const Date newest = daysAgo(4);
+    for (std::size_t place = 0; place < files.size(); place += 7) {
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            // Changed in the order against that of the uses: only the latter count.
+            const double age = 10 + static_cast<double>(i % 13);
+            setDates(files[i], daysAgo(30 - age), i == place ? newest : daysAgo(age));
+        }
+        EXPECT_EQ(measure(top).newest, newest) << place;
+    }
+}
+
 TEST_F(TreeWalkTest, LinksOnTheWayAreNotFollowed) {
     makeFile(testHome() / "outside/file", 50'000);
     makeFile(top / "file", 5'000);

@@ -203,6 +203,21 @@ TEST_F(IdleProjects, AreOrderedBySizeAndEmptyOnesLeftOut) {
                 ElementsAre("two/app/node_modules: app", "one/app/node_modules: app"));
 }
 
+TEST_F(IdleProjects, OfEqualSizeComeInTheOrderOfTheirPaths) {
+    std::vector<std::string> files;
+    std::vector<std::string> expected;
+    for (const char* project : {"a/z", "b", "b/a", "b/a/c", "c/1", "c/10", "c/2", "d/B", "d/a", "e/f/g/h"}) {
+        files.push_back(std::string("code/") + project + "/node_modules/x");
+        const std::string name = std::filesystem::path(project).filename();
+        expected.push_back(std::string("code/") + project + "/node_modules: " + name);
+    }
+    makeOld(files);
+    // Which thread finds which is chance.
+    for (int turn = 0; turn < 5; ++turn) {
+        EXPECT_EQ(nodeLines(), expected);
+    }
+}
+
 TEST_F(IdleProjects, WithNamesThatAreNotUtf8AreShown) {
     makeOld({"code/caf\xE9/node_modules/x", "code/cafe\xCC\x81/node_modules/x"});
     EXPECT_THAT(nodeLines(), UnorderedElementsAre("code/caf\xE9/node_modules: caf\xEF\xBF\xBD",

@@ -84,6 +84,25 @@ TEST_F(OldDownloads, LinksStayOldHoweverOftenTheyAreScanned) {
     EXPECT_EQ(resourceValues(downloads() / "dangling")->contentAccessDate, daysAgo(80));
 }
 
+TEST_F(OldDownloads, ThatAreLinksAreJudgedByThemselvesAndMeasuredByWhatTheyLeadTo) {
+    makeFile(testRoot() / "new folder/file", 8192);
+    setDates(testRoot() / "new folder/file", daysAgo(3));
+    makeFile(testRoot() / "old folder/file", 8192);
+    for (const char* old : {"old folder/file", "old folder"}) {
+        setDates(testRoot() / old, daysAgo(90));
+    }
+    makeLink(downloads() / "old link", testRoot() / "new folder");
+    makeLink(downloads() / "old link to a file", testRoot() / "new folder/file");
+    setDates(downloads() / "old link", daysAgo(90));
+    setDates(downloads() / "old link to a file", daysAgo(90));
+    makeLink(downloads() / "new link", testRoot() / "old folder");
+    const RuleResult result = run(rules::oldDownloads);
+    // A link to a file holds nothing that a walk could meet.
+    EXPECT_THAT(linesOf(result), ElementsAre("Downloads/old link: old link"));
+    EXPECT_EQ(result.cards.at(0).entries.at(0).size, allocated(testRoot() / "new folder/file"));
+    EXPECT_EQ(result.cards.at(0).entries.at(0).lastUsed, daysAgo(3));
+}
+
 TEST_F(OldDownloads, KeepTheirNamesInEitherUnicodeForm) {
     for (const char* name : {"caf\xC3\xA9.pdf", "cafe\xCC\x81.pdf"}) {
         makeFile(downloads() / name);

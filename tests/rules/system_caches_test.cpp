@@ -149,6 +149,15 @@ TEST_F(AppCaches, WithNamesThatAreNotUtf8AreShownAndKeepTheirPlace) {
     EXPECT_EQ(result.cards[0].entries.at(0).url, caches() / "caf\xE9");
 }
 
+TEST_F(AppCaches, OfNothingButEmptyItemsAreNoCard) {
+    makeFolder(caches() / "empty folder");
+    makeFile(caches() / "folder/empty file", 0);
+    makeFile(caches() / "empty file", 0);
+    EXPECT_THAT(run(rules::appCaches).cards, IsEmpty());
+    makeFile(caches() / "full/file");
+    EXPECT_THAT(linesOf(run(rules::appCaches)), ElementsAre("Library/Caches/full: full"));
+}
+
 TEST_F(AppCaches, SayWhenTheyMayNotBeListed) {
     makeFile(caches() / "one/file");
     const Refused folder(caches());
@@ -180,6 +189,14 @@ TEST_F(CrashReports, AreFilesOlderThanAWeek) {
     setDates(reports() / "folder", daysAgo(30));
     EXPECT_THAT(linesOf(run(rules::oldCrashReports)),
                 ElementsAre("Library/Logs/DiagnosticReports/before: Crash report"));
+}
+
+TEST_F(CrashReports, OfNothingButEmptyFilesAreNoCard) {
+    for (const char* name : {"a", "Retired/b"}) {
+        makeFile(reports() / name, 0);
+        setDates(reports() / name, daysAgo(10));
+    }
+    EXPECT_THAT(run(rules::oldCrashReports).cards, IsEmpty());
 }
 
 TEST_F(CrashReports, OfBothFoldersComeInTheFoldersOrder) {

@@ -33,9 +33,13 @@ Card cardOf(const QVariantMap& fields) {
     card.dormancyDays = fields.value(QStringLiteral("dormancyDays"), 30.0).toDouble();
     card.selected = fields.value(QStringLiteral("selected"), card.bucket == Bucket::safe).toBool();
     const OnDisk onDisk = fields.value(QStringLiteral("missing")).toBool() ? OnDisk::missing : OnDisk::present;
+    const QStringList names = fields.value(QStringLiteral("names")).toStringList();
     int number = 0;
     for (const QVariant& size : fields.value(QStringLiteral("entries")).toList()) {
         card.entries.push_back(stagedEntry(card.id + "/Item " + std::to_string(++number), size.toLongLong(), onDisk));
+        if (number <= names.size()) {
+            card.entries.back().name = names[number - 1].toStdString();
+        }
     }
     for (int count = fields.value(QStringLiteral("snapshots")).toInt(); count > 0; --count) {
         card.snapshotIDs.push_back("2024-05-01-10150" + std::to_string(count % 10));

@@ -21,10 +21,10 @@ public:
     ~Stage() override;
 
     /// A fresh store; the one before it is gone. A card is a map of any of: id, title, symbol, bucket, summary, why,
-    /// dormancyDays, selected, entries (sizes in bytes; missing ones have no file), snapshots (their number), missing.
-    /// Options: blocked (labels of refused rules), capacity and free (bytes), hold (a number of rules that wait until
-    /// `release`), holdBytes (what they have measured), history (maps of bytes, preview, titles, snapshotsRemoved,
-    /// undone, moves (their number)), toolFails.
+    /// dormancyDays, selected, entries (sizes in bytes; missing ones have no file), names (of the entries), snapshots
+    /// (their number), missing. Options: blocked (labels of refused rules), capacity and free (bytes), hold (a number
+    /// of rules that wait until `release`), holdBytes (what they have measured), history (maps of bytes, preview,
+    /// titles, snapshotsRemoved, undone, moves (their number)), toolFails.
     Q_INVOKABLE vesk::Store* open(const QVariantList& cards = {}, const QVariantMap& options = {});
     /// What the next scan of the store in use finds.
     Q_INVOKABLE void find(const QVariantList& cards);

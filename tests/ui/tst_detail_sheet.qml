@@ -48,6 +48,31 @@ ViewTest {
         }
     }
 
+    function test_marks_that_would_dress_up_a_name() {
+        const marks = [0x0a, 0x9b, 0x61c, 0x200b, 0x200e, 0x200f, 0x2028, 0x202e, 0x2066, 0x2069, 0xfeff];
+        const name = "a" + String.fromCodePoint(...marks) + "b\u0301\u200d\ufe0f";
+        const view = open([card("a", "safe", [mb], {names: [name]})], "a");
+        compare(textOf(named(view, "entryRows").itemAt(0), "entryName"),
+                "a" + "\ufffd".repeat(marks.length) + "b\u0301\u200d\ufe0f");
+    }
+
+    // Combining marks stand one above the other, as high as a name has them.
+    function test_marks_stay_in_their_row() {
+        const tower = "y" + "\u0301\u0323".repeat(40);
+        let rows = [];
+        for (const name of ["y", tower]) {
+            const view = open([card("a", "safe", sizes(3), {names: ["first", name, "third"]})], "a");
+            const list = named(view, "entryRows");
+            rows.push([0, 2].map(place => grabImage(list.itemAt(place))));
+            rows[rows.length - 1].push(list.itemAt(1).height);
+            view.destroy();
+            wait(0);
+        }
+        compare(rows[0][2], rows[1][2]);
+        verify(rows[0][0].equals(rows[1][0]), "the row above");
+        verify(rows[0][1].equals(rows[1][1]), "the row below");
+    }
+
     function test_snapshots() {
         const view = open([card("s", "safe", [], {snapshots: 3})], "s");
         compare(textOf(view, "sheetAmount"), "3 snapshots");

@@ -1,7 +1,5 @@
 #include "vesk_scan/report.h"
 
-#include <QChar>
-#include <QString>
 #include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
@@ -42,31 +40,13 @@ void writeTable(std::ostream& out, const std::vector<Row>& rows) {
     }
 }
 
-// Characters that a terminal obeys instead of showing them, or that turn round what stands beside them. JSON leaves
-// them as they are, but for those below U+0020. None needs a pair of UTF-16 units.
-bool isObeyed(QChar character) {
-    struct Range {
-        char16_t first;
-        char16_t last;
-    };
-    constexpr std::array<Range, 6> obeyed = {
-        {{0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}, {0xFEFF, 0xFEFF}}};
-    return std::any_of(obeyed.begin(), obeyed.end(),
-                       [unit = character.unicode()](Range range) { return unit >= range.first && unit <= range.last; });
-}
-
-// JSON in which those characters are written as escapes. They stand in strings alone, so it says the same.
+// JSON in which characters that are not safe to show are written as escapes. They stand in strings alone, so it says
+// the same. A new line is an escape in a string already; outside it makes the layout.
 std::string withEscapes(const std::string& json) {
-    QString text;
-    for (const QChar character : QString::fromStdString(json)) {
-        if (isObeyed(character)) {
-            const uint unit = character.unicode();  // as a number: newer Qt takes a char16_t for a character
-            text += QStringLiteral("\\u%1").arg(unit, 4, 16, QLatin1Char('0'));
-        } else {
-            text += character;
-        }
-    }
-    return text.toStdString();
+    return replacingUnsafe(json, [](std::string_view character) {
+        const std::string quoted = Json(character).dump(-1, ' ', true);
+        return character == "\n" ? "\n" : quoted.substr(1, quoted.size() - 2);
+    });
 }
 
 Json jsonOf(const Entry& entry) {
