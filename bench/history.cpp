@@ -1,5 +1,5 @@
-// vesk-history RUNS MOVES: writes a history of so many runs with so many moves each as it is stored, reads it again, and
-// prints what each costs in processor time (user and system), the size of the text and the most memory held.
+// vesk-history RUNS MOVES: writes a history of so many runs with so many moves each as it is stored, reads it again,
+// and prints what each costs in processor time (user and system), the size of the text and the most memory held.
 
 #include <sys/resource.h>
 

@@ -46,8 +46,8 @@ public:
     /// Returns false when the value could not be stored; the old one then stays.
     bool setData(std::string_view key, std::string_view bytes);
 
-    /// Removes what programs of this user have left behind that were killed while they stored a value. Leaves alone what
-    /// a program is storing now.
+    /// Removes what programs of this user have left behind that were killed while they stored a value. Leaves alone
+    /// what a program is storing now.
     void removeUnfinished();
 
 private:

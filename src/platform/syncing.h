@@ -8,8 +8,8 @@ namespace vesk {
 /// change is there without an earlier one. False where that is not known.
 bool keepsOrderOfNames(int folder);
 
-/// Waits until all changes of names in an open folder are on the disk, and, where the file system keeps their order, all
-/// earlier ones elsewhere on it too. Returns false when that is not known.
+/// Waits until all changes of names in an open folder are on the disk, and, where the file system keeps their order,
+/// all earlier ones elsewhere on it too. Returns false when that is not known.
 bool syncNames(int folder);
 
 }  // namespace vesk

@@ -55,8 +55,8 @@ bool keepsOrderOfNames(int folder) {
 }
 
 bool syncNames(int folder) {
-    // Btrfs writes what is asked for and may leave what came before, so it is asked for everything. A journal is written
-    // in order, and elsewhere each change has been waited for already.
+    // Btrfs writes what is asked for and may leave what came before, so it is asked for everything. A journal is
+    // written in order, and elsewhere each change has been waited for already.
     struct statfs system {};
     const bool isBtrfs = fstatfs(folder, &system) == 0 && system.f_type == BTRFS_SUPER_MAGIC;
     int failed = 0;

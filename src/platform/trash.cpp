@@ -72,8 +72,8 @@ bool isOneFileOfTwoNames(const struct stat& first, const struct stat& second) {
     return first.st_dev == second.st_dev && first.st_ino == second.st_ino && !S_ISDIR(first.st_mode);
 }
 
-// Where a file system does not keep the order of changes to names, a power loss may find an item's old name gone and the
-// new one not made. The new one first, then.
+// Where a file system does not keep the order of changes to names, a power loss may find an item's old name gone and
+// the new one not made. The new one first, then.
 void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldFolder) {
     for (const fs::path& folder : {newFolder, oldFolder}) {
         const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);

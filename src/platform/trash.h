@@ -41,8 +41,8 @@ struct TrashOutcome {
 /// - the Trash cannot take it (another place is never used instead).
 TrashOutcome moveToTrash(const SeenItem& item);
 
-/// Moves an item from the Trash back to its place, making the folders above it that are missing. Returns why the item is
-/// not back where it was; absent when it is. The Trash keeps its record of it until `forgetReturned`.
+/// Moves an item from the Trash back to its place, making the folders above it that are missing. Returns why the item
+/// is not back where it was; absent when it is. The Trash keeps its record of it until `forgetReturned`.
 std::optional<PlatformError> putBack(const std::filesystem::path& trashed, const std::filesystem::path& original);
 
 /// Whether it was this undo that brought an item back, or perhaps an earlier one that ended before it was through.

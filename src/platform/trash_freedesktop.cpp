@@ -155,7 +155,8 @@ int openTrashFor(const HeldItem& item, OpenTrash& trash) {
     if (!volume) {
         return errno;
     }
-    const int failure = volume == homeTrashVolume() ? openHomeTrash(item, trash) : openVolumeTrash(item, *volume, trash);
+    const int failure =
+        volume == homeTrashVolume() ? openHomeTrash(item, trash) : openVolumeTrash(item, *volume, trash);
     if (failure != 0) {
         return failure;
     }

@@ -29,8 +29,8 @@ struct World {
     static World below(std::filesystem::path root, std::filesystem::path home);
 
     /// Why nothing may be looked for in `home`: it cannot be told, or it is the computer's whole disk, by whatever
-    /// path. Or why nothing may be changed there: it belongs to another user than the one this process runs as, who could
-    /// not open what is made in it. Every program that scans asks before it does anything else.
+    /// path. Or why nothing may be changed there: it belongs to another user than the one this process runs as, who
+    /// could not open what is made in it. Every program that scans asks before it does anything else.
     enum class HomeFault { none, unknown, wholeDisk, anothers };
     HomeFault homeFault() const;
 

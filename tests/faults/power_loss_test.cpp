@@ -1,5 +1,5 @@
-// What has to be on the disk before what, by the order of the calls that Vesk makes. tests/soak/power_loss tries on real
-// file systems what comes of it.
+// What has to be on the disk before what, by the order of the calls that Vesk makes. tests/soak/power_loss tries on
+// real file systems what comes of it.
 
 #include <gmock/gmock.h>
 

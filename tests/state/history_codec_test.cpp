@@ -197,12 +197,12 @@ TEST(HistoryCodecTest, ATruncatedTextIsUnreadable) {
 }
 
 TEST(HistoryCodecTest, GarbageIsUnreadable) {
-    for (const std::string& text : {sample() + "x", sample() + sample(), sample() + std::string(1, '\0'),
-                                    std::string("\0\0\0", 3), "\xEF\xBB" + sample(), std::string("[\"\xFF\"]"),
-                                    std::string("[{\"id\":\"\\uD800\"}]"), "/* */" + sample(),
-                                    withTitle("\\uD800"), withTitle("\\uDC00"), withTitle("\xFF"), withTitle("\n"),
-                                    withAddition("\"\xFF\""), withAddition("{\"\xFF\":1}"), withAddition("\"\\uDC00\""),
-                                    withAddition("01"), withAddition("+1"), withAddition("'a'"), withAddition("1,")}) {
+    for (const std::string& text :
+         {sample() + "x", sample() + sample(), sample() + std::string(1, '\0'), std::string("\0\0\0", 3),
+          "\xEF\xBB" + sample(), std::string("[\"\xFF\"]"), std::string("[{\"id\":\"\\uD800\"}]"), "/* */" + sample(),
+          withTitle("\\uD800"), withTitle("\\uDC00"), withTitle("\xFF"), withTitle("\n"), withAddition("\"\xFF\""),
+          withAddition("{\"\xFF\":1}"), withAddition("\"\\uDC00\""), withAddition("01"), withAddition("+1"),
+          withAddition("'a'"), withAddition("1,")}) {
         EXPECT_FALSE(decodeHistory(text)) << text;
     }
 }

@@ -78,12 +78,9 @@ TEST_F(HistoryStoredTest, ADateOutsideTheClocksRangeIsShownAsWellAsCanBe) {
         const char* date;
         const char* shown;
     } cases[] = {
-        {"0", "Jan 1, 2001 at 12:00 AM"},
-        {"-9.3e9", "Apr 19, 1706 at 2:40 AM"},
-        {"8.3e9", "Jan 7, 2264 at 7:33 PM"},
-        {"252423993599", "Dec 31, 9999 at 11:59 PM"},
-        {"1e300", "Unknown date"},
-        {"-1e300", "Unknown date"},
+        {"0", "Jan 1, 2001 at 12:00 AM"},    {"-9.3e9", "Apr 19, 1706 at 2:40 AM"},
+        {"8.3e9", "Jan 7, 2264 at 7:33 PM"}, {"252423993599", "Dec 31, 9999 at 11:59 PM"},
+        {"1e300", "Unknown date"},           {"-1e300", "Unknown date"},
     };
     for (const auto& c : cases) {
         store("[" + entryWithDate(c.date) + "]");
