@@ -16,12 +16,13 @@ namespace vesk {
 namespace {
 
 // The file systems that are known to keep the inode numbers of files for as long as the files exist. Of others it is
-// not assumed: FAT and most of FUSE number files anew at each mount. Some of the numbers are missing in <linux/magic.h>.
+// not assumed: FAT and most of FUSE number files anew at each mount. Some of the numbers are missing in
+// <linux/magic.h>.
 constexpr std::uint32_t bcachefsMagic = 0xca451a4e;
 constexpr std::uint32_t jfsMagic = 0x3153464a;
 constexpr std::uint32_t zfsMagic = 0x2fc12fc1;
 constexpr std::array<std::uint32_t, 11> keepingInodeNumbers = {
-    BTRFS_SUPER_MAGIC, ECRYPTFS_SUPER_MAGIC, EXT4_SUPER_MAGIC, F2FS_SUPER_MAGIC, NFS_SUPER_MAGIC, TMPFS_MAGIC,
+    BTRFS_SUPER_MAGIC, ECRYPTFS_SUPER_MAGIC, EXT4_SUPER_MAGIC, F2FS_SUPER_MAGIC, NFS_SUPER_MAGIC,  TMPFS_MAGIC,
     XFS_SUPER_MAGIC,   bcachefsMagic,        jfsMagic,         zfsMagic,         NILFS_SUPER_MAGIC};
 
 FileType typeOf(unsigned mode) {
@@ -33,8 +34,8 @@ FileType typeOf(unsigned mode) {
 
 std::optional<ItemIdentity> identityAt(int folder, const char* name, int flags) {
     struct statx found {};
-    if (statx(folder, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-              STATX_TYPE | STATX_INO | STATX_BTIME, &found) != 0) {
+    if (statx(folder, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_INO | STATX_BTIME,
+              &found) != 0) {
         return std::nullopt;
     }
     ItemIdentity identity;
@@ -48,12 +49,12 @@ std::optional<ItemIdentity> identityAt(int folder, const char* name, int flags) 
 }
 
 bool keepsInodeNumbers(const struct statfs& found) {
-    return std::find(keepingInodeNumbers.begin(), keepingInodeNumbers.end(), static_cast<std::uint32_t>(found.f_type)) !=
-           keepingInodeNumbers.end();
+    return std::find(keepingInodeNumbers.begin(), keepingInodeNumbers.end(),
+                     static_cast<std::uint32_t>(found.f_type)) != keepingInodeNumbers.end();
 }
 
-bool isSameTime(const timespec& first, const timespec& second) {
-    return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
+Date dateOf(const timespec& time) {
+    return dateFromUnix(time.tv_sec, time.tv_nsec);
 }
 
 }  // namespace
@@ -68,7 +69,7 @@ std::optional<ItemIdentity> itemIdentity(int opened) {
 
 std::optional<Date> contentModificationDate(int opened) {
     struct stat found {};
-    return fstat(opened, &found) == 0 ? std::optional(dateFromUnix(found.st_mtim.tv_sec, found.st_mtim.tv_nsec)) : std::nullopt;
+    return fstat(opened, &found) == 0 ? std::optional(dateOf(found.st_mtim)) : std::nullopt;
 }
 
 bool keepsInodeNumbers(int opened) {
@@ -94,8 +95,12 @@ std::string generationOf(int folder, const char* name) {
     return {buffer.data(), sizeof(file_handle) + handle->handle_bytes};
 }
 
-bool haveSameDates(const struct stat& first, const struct stat& second) {
-    return isSameTime(first.st_mtim, second.st_mtim) && isSameTime(first.st_ctim, second.st_ctim);
+std::optional<std::pair<Date, Date>> datesOfChange(int folder, const char* name) {
+    struct stat found {};
+    if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        return std::nullopt;
+    }
+    return std::pair(dateOf(found.st_mtim), dateOf(found.st_ctim));
 }
 
 }  // namespace vesk

@@ -1,5 +1,6 @@
 // Preferences as files: one for each key, in a folder that only its owner may read. Each is replaced whole, so that a
-// reader finds the old value or the new one. Used by preferences_*.cpp and state/receipts.cpp; callable from any thread.
+// reader finds the old value or the new one. Used by preferences_*.cpp and state/receipts.cpp; callable from any
+// thread.
 #pragma once
 
 #include <filesystem>

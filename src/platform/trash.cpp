@@ -108,8 +108,7 @@ Finding lookFor(const TrashedItem& item) {
     }
     const int inPlace = failureOfLook(item.original);
     if (inPlace == 0) {
-        finding.hasBothNames =
-            areTwoNamesOfOneFile(AT_FDCWD, item.place.c_str(), AT_FDCWD, item.original.c_str());
+        finding.hasBothNames = areTwoNamesOfOneFile(AT_FDCWD, item.place.c_str(), AT_FDCWD, item.original.c_str());
         finding.failure = finding.hasBothNames ? 0 : EEXIST;
     } else if (inPlace != ENOENT) {
         finding.failure = inPlace;

@@ -214,7 +214,9 @@ private:
 class Entering {
 public:
     Entering(const HeldItem& item, const OpenTrash& trash)
-        : item_(item), trash_(trash), names_(item.name, trash.info.get()),
+        : item_(item),
+          trash_(trash),
+          names_(item.name, trash.info.get()),
           text_(trashInfoText(trash.recordedPlace, now())) {}
 
     // Records the item, then moves it. Returns 0 or an errno value.
@@ -270,8 +272,7 @@ private:
                 return 0;
             }
         }
-        const bool isBack =
-            moveWithoutOverwriting(files(), name_.c_str(), item_.folder, item_.name.c_str()) == 0;
+        const bool isBack = moveWithoutOverwriting(files(), name_.c_str(), item_.folder, item_.name.c_str()) == 0;
         return !isBack ? 0 : failure != 0 ? failure : EBUSY;
     }
 

@@ -137,8 +137,7 @@ std::optional<Date> deletionInTrashInfo(std::string_view text) {
     const std::string value(valueIn(text, deletionKey).value_or(""));
     std::tm local{};
     const char* const end = strptime(value.c_str(), deletionFormat, &local);
-    const std::optional<std::time_t> moment =
-        end == value.c_str() + value.size() ? firstMoment(local) : std::nullopt;
+    const std::optional<std::time_t> moment = end == value.c_str() + value.size() ? firstMoment(local) : std::nullopt;
     return moment ? std::optional(dateFromUnix(*moment, 0)) : std::nullopt;
 }
 

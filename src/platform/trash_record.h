@@ -1,6 +1,6 @@
-// The record that a Trash of the freedesktop.org Trash specification 1.0 keeps of an item, as a file: written, judged and
-// removed. Every program that uses the Trash writes and removes such files, so none is removed by its name alone. Used by
-// trash*.cpp; callable from any thread.
+// The record that a Trash of the freedesktop.org Trash specification 1.0 keeps of an item, as a file: written, judged
+// and removed. Every program that uses the Trash writes and removes such files, so none is removed by its name alone.
+// Used by trash*.cpp; callable from any thread.
 #pragma once
 
 #include <filesystem>

@@ -62,8 +62,8 @@ public:
 
     bool take(LastingIdentity& identity) {
         const std::optional<std::string_view> field = next();
-        const auto* const known = std::find_if(typeNames.begin(), typeNames.end(),
-                                               [&](const auto& type) { return type.second == field; });
+        const auto* const known =
+            std::find_if(typeNames.begin(), typeNames.end(), [&](const auto& type) { return type.second == field; });
         if (known == typeNames.end()) {
             return false;
         }
@@ -108,8 +108,8 @@ bool takeItem(std::string_view line, std::optional<TrashedIdentity>& item) {
     if (!fields.take(identity.item)) {
         return false;
     }
-    return fields.areTaken() || (fields.take(identity.record.emplace()) && fields.take(identity.recorded) &&
-                                 fields.areTaken());
+    return fields.areTaken() ||
+           (fields.take(identity.record.emplace()) && fields.take(identity.recorded) && fields.areTaken());
 }
 
 bool takeFolder(std::string_view line, std::optional<LastingIdentity>& folder) {

@@ -1,5 +1,5 @@
-// What Vesk notes of the items of each run, so that an undo can tell them from others that have their names in the Trash
-// by then: a file for each run, beside the preferences. docs/history-format.md describes it.
+// What Vesk notes of the items of each run, so that an undo can tell them from others that have their names in the
+// Trash by then: a file for each run, beside the preferences. docs/history-format.md describes it.
 //
 // The history does without: where a file is missing or cannot be read, nothing is known of that run's items beyond what
 // the Trash has on record. Callable from any thread.
@@ -21,8 +21,8 @@ namespace vesk {
 /// What is known of each item that a run moved, in the order of its moves.
 using Receipt = std::vector<std::optional<TrashedIdentity>>;
 
-/// A receipt, and the identity of the folder that its file lies in: a copy on another disk lies in another one, and there
-/// the items have other identities too.
+/// A receipt, and the identity of the folder that its file lies in: a copy on another disk lies in another one, and
+/// there the items have other identities too.
 struct StoredReceipt {
     std::optional<LastingIdentity> folder;
     Receipt items;

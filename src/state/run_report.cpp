@@ -43,7 +43,8 @@ std::string RunReport::summary() const {
     if (away == 0) {
         return "All items are back where they were.";
     }
-    const std::string rest = back > 0 ? std::to_string(back) + (back == 1 ? " item is back. " : " items are back. ") : "";
+    const std::string rest =
+        back > 0 ? std::to_string(back) + (back == 1 ? " item is back. " : " items are back. ") : "";
     const std::string still = std::to_string(inTrash) + (inTrash == 1 ? " item is" : " items are") + " in the Trash";
     if (gone == 0) {
         return rest + still + ".";

@@ -9,6 +9,8 @@ import Vesk
 Item {
     id: pane
 
+    objectName: "historyPane"
+
     required property Store store
     /// The run whose details are shown; empty when none is.
     property string openedRun: ""
@@ -196,8 +198,9 @@ Item {
 
                             Words {
                                 required property string modelData
+                                required property int index
 
-                                objectName: "detailLine"
+                                objectName: "detailLine" + index
                                 Layout.fillWidth: true
                                 text: modelData
                                 color: Theme.softInk

@@ -64,8 +64,8 @@ private:
     QString summary_;
     QStringList lines_;
     int moreCount_ = 0;
-    // Whether a question is under way, and whether its answer will be out of date. One at a time: a disk that hangs must
-    // not gather threads.
+    // Whether a question is under way, and whether its answer will be out of date. One at a time: a disk that hangs
+    // must not gather threads.
     bool asking_ = false;
     bool outdated_ = false;
     DetachedTask<RunReport> question_;

@@ -255,8 +255,10 @@ extern "C" {
     }
 
 // Those that look at something.
-#define VESK_WRAP_LOOK(name, parameters, arguments) \
-    int name parameters { return fails(Call::look) ? -1 : numbered(VESK_REAL(name) arguments, found); }
+#define VESK_WRAP_LOOK(name, parameters, arguments)                                 \
+    int name parameters {                                                           \
+        return fails(Call::look) ? -1 : numbered(VESK_REAL(name) arguments, found); \
+    }
 
 // Those of an open file, and of a disk alone.
 #define VESK_WRAP_FILE(result, name, parameters, arguments, call)        \
@@ -294,11 +296,16 @@ VESK_WRAP_LOOK(stat, (const char* path, struct stat* found), (path, found))
 VESK_WRAP_LOOK(stat64, (const char* path, struct stat64* found), (path, found))
 VESK_WRAP_LOOK(lstat, (const char* path, struct stat* found), (path, found))
 VESK_WRAP_LOOK(lstat64, (const char* path, struct stat64* found), (path, found))
-int fstat(int file, struct stat* found) { return failsOnDisk(Call::look, file) ? -1 : numbered(VESK_REAL(fstat)(file, found), found); }
-int fstat64(int file, struct stat64* found) { return failsOnDisk(Call::look, file) ? -1 : numbered(VESK_REAL(fstat64)(file, found), found); }
+int fstat(int file, struct stat* found) {
+    return failsOnDisk(Call::look, file) ? -1 : numbered(VESK_REAL(fstat)(file, found), found);
+}
+int fstat64(int file, struct stat64* found) {
+    return failsOnDisk(Call::look, file) ? -1 : numbered(VESK_REAL(fstat64)(file, found), found);
+}
 VESK_WRAP_LOOK(fstatat, (int folder, const char* path, struct stat* found, int flags), (folder, path, found, flags))
 VESK_WRAP_LOOK(fstatat64, (int folder, const char* path, struct stat64* found, int flags), (folder, path, found, flags))
-VESK_WRAP_LOOK(statx, (int folder, const char* path, int flags, unsigned wanted, struct statx* found), (folder, path, flags, wanted, found))
+VESK_WRAP_LOOK(statx, (int folder, const char* path, int flags, unsigned wanted, struct statx* found),
+               (folder, path, flags, wanted, found))
 VESK_WRAP(int, -1, access, (const char* path, int mode), (path, mode), Call::look)
 VESK_WRAP(int, -1, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags),
           Call::look)

@@ -92,8 +92,8 @@ TEST_F(TrashInfoTest, AnHourThatComesTwiceIsTheFirstOfTheTwo) {
 }
 
 TEST_F(TrashInfoTest, TellsNoDateOfAnythingElse) {
-    for (const char* date : {"", "once", "2022-02-22", "2022-02-22T02:22", "2022-02-22T02:22:19Z", "2022-13-01T00:00:00",
-                             "2022-02-22 02:22:19", "-"}) {
+    for (const char* date : {"", "once", "2022-02-22", "2022-02-22T02:22", "2022-02-22T02:22:19Z",
+                             "2022-13-01T00:00:00", "2022-02-22 02:22:19", "-"}) {
         EXPECT_FALSE(deletionInTrashInfo(std::string("[Trash Info]\nPath=/a\nDeletionDate=") + date + "\n")) << date;
     }
     EXPECT_FALSE(deletionInTrashInfo("DeletionDate=2022-02-22T02:22:19\n"));

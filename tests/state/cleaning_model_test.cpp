@@ -89,8 +89,8 @@ protected:
         }
         ASSERT_EQ(move, result.moves.end());
         // Every other one without its receipt, by the Trash's records alone.
-        cleans.push_back(trashedItems(result.moves, now(),
-                                      cleans.size() % 2 == 0 ? result.receipt : Receipt(result.moves.size())));
+        cleans.push_back(
+            trashedItems(result.moves, now(), cleans.size() % 2 == 0 ? result.receipt : Receipt(result.moves.size())));
     }
 
     void undoOne() {

@@ -27,8 +27,7 @@ LastingIdentity identity(FileType type, std::optional<std::uint64_t> inode, std:
 StoredReceipt someReceipt() {
     constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
     return {identity(FileType::folder, 12, 1'700'000'000'123'456'789),
-            {TrashedIdentity{identity(FileType::file, 34, 56), identity(FileType::file, 78, 90), Date()},
-             std::nullopt,
+            {TrashedIdentity{identity(FileType::file, 34, 56), identity(FileType::file, 78, 90), Date()}, std::nullopt,
              TrashedIdentity{identity(FileType::link, std::nullopt, -5), std::nullopt, std::nullopt},
              TrashedIdentity{identity(FileType::other, largest, std::nullopt),
                              identity(FileType::file, std::nullopt, std::nullopt), std::nullopt}}};
@@ -57,9 +56,10 @@ TEST(ReceiptTest, AnythingElseIsRefused) {
         const auto read = decodeReceipt(whole.substr(0, length));
         EXPECT_TRUE(!read || (whole[length - 1] == '\n' && read->items.size() < 4)) << "cut at " << length;
     }
-    for (const char* line : {"", " ", "file", "file 1", "file 1 2 ", "file 1 2 file", "file 1 2 file 3 4", "folder  1 2",
-                             "file 1 2 file 3 4 5 6", "file -1 2", "file 1x 2", "file 18446744073709551616 2",
-                             "file 1 9223372036854775808", "File 1 2", "-file 1 2", "- -"}) {
+    for (const char* line :
+         {"", " ", "file", "file 1", "file 1 2 ", "file 1 2 file", "file 1 2 file 3 4", "folder  1 2",
+          "file 1 2 file 3 4 5 6", "file -1 2", "file 1x 2", "file 18446744073709551616 2",
+          "file 1 9223372036854775808", "File 1 2", "-file 1 2", "- -"}) {
         EXPECT_FALSE(decodeReceipt(std::string("vesk receipt 1\nfolder -\n") + line + "\n")) << line;
     }
     EXPECT_FALSE(decodeReceipt("vesk receipt 2\nfolder -\n"));
@@ -160,8 +160,7 @@ TEST_F(ReceiptsTest, GoesWithItsRun) {
     Preferences().setData("vesk.history", encodeHistory(older));
     cleanedStore({"a"});
     const std::string first = store_->history()[0].id.text();
-    EXPECT_THAT(namesIn(receipts),
-                ::testing::UnorderedElementsAre(older[0].id.text(), first, "notes"));
+    EXPECT_THAT(namesIn(receipts), ::testing::UnorderedElementsAre(older[0].id.text(), first, "notes"));
     cleanedStore({"a"});
     cleanedStore({"a"});
     EXPECT_THAT(namesIn(receipts), SizeIs(5)) << "three runs, an older one, and the notes";

@@ -53,7 +53,8 @@ protected:
     void expectNothingTaken(const std::string& content) {
         const std::string record = contentOf(trashInfo() / "report.pdf.trashinfo");
         undo();
-        EXPECT_EQ(store_->notice(), "Put back 0 of 1 items. The rest are no longer in the Trash (maybe it was emptied).");
+        EXPECT_EQ(store_->notice(),
+                  "Put back 0 of 1 items. The rest are no longer in the Trash (maybe it was emptied).");
         EXPECT_FALSE(store_->history()[0].undone);
         EXPECT_FALSE(isThere(report));
         EXPECT_EQ(contentOf(trashFiles() / "report.pdf"), content);
@@ -145,10 +146,23 @@ TEST_F(UndoOwnershipTest, TheItemItselfStaysWhenItWasTrashedFromElsewhere) {
     expectNothingTaken("the report");
 }
 
+// It has put the item back, and is about to trash it once more: its new record is there, the item comes a moment later.
+TEST_F(UndoOwnershipTest, ARecordThatAnotherProgramWroteInTheSameSecondStays) {
+    cleanedStore();
+    const std::string record = contentOf(trashInfo() / "report.pdf.trashinfo");
+    fs::remove(trashInfo() / "report.pdf.trashinfo");
+    fs::rename(trashFiles() / "report.pdf", report);
+    writeFile(trashInfo() / "report.pdf.trashinfo", record);
+    undo();
+    EXPECT_EQ(contentOf(trashInfo() / "report.pdf.trashinfo"), record);
+    EXPECT_EQ(contentOf(report), "the report");
+}
+
 TEST_F(UndoOwnershipTest, AJourneyBetweenCleanAndUndoTakesNothingAway) {
-    for (const auto& [first, then] : std::vector<std::pair<const char*, const char*>>{
-             {"Europe/Berlin", "America/New_York"}, {"America/New_York", "Europe/Berlin"},
-             {"Pacific/Kiritimati", "Pacific/Pago_Pago"}}) {
+    for (const auto& [first, then] :
+         std::vector<std::pair<const char*, const char*>>{{"Europe/Berlin", "America/New_York"},
+                                                          {"America/New_York", "Europe/Berlin"},
+                                                          {"Pacific/Kiritimati", "Pacific/Pago_Pago"}}) {
         liveIn(first);
         cleanedStore();
         store_.reset();
