@@ -18,7 +18,7 @@ struct RunReport {
     std::size_t gone = 0;
     /// One line for each of the first items that are neither ready to come back nor back, those in the Trash first:
     /// "NAME: why".
-    std::vector<std::string> lines;
+    std::vector<std::string> lines{};
     /// How many such items `lines` leaves out.
     std::size_t more = 0;
     friend bool operator==(const RunReport&, const RunReport&) = default;

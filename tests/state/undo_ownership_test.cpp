@@ -146,6 +146,18 @@ TEST_F(UndoOwnershipTest, TheItemItselfStaysWhenItWasTrashedFromElsewhere) {
     expectNothingTaken("the report");
 }
 
+// It has put the item back, and is about to trash it once more: its new record is there, the item comes a moment later.
+TEST_F(UndoOwnershipTest, ARecordThatAnotherProgramWroteInTheSameSecondStays) {
+    cleanedStore();
+    const std::string record = contentOf(trashInfo() / "report.pdf.trashinfo");
+    fs::remove(trashInfo() / "report.pdf.trashinfo");
+    fs::rename(trashFiles() / "report.pdf", report);
+    writeFile(trashInfo() / "report.pdf.trashinfo", record);
+    undo();
+    EXPECT_EQ(contentOf(trashInfo() / "report.pdf.trashinfo"), record);
+    EXPECT_EQ(contentOf(report), "the report");
+}
+
 TEST_F(UndoOwnershipTest, AJourneyBetweenCleanAndUndoTakesNothingAway) {
     for (const auto& [first, then] :
          std::vector<std::pair<const char*, const char*>>{{"Europe/Berlin", "America/New_York"},

@@ -143,6 +143,15 @@ void Stage::find(const QVariantList& cards) {
     cards_ = cardsOf(cards);
 }
 
+void Stage::occupy(const QString& cardID, int entry) {
+    stagedEntry(cardID.toStdString() + "/Item " + std::to_string(entry), 0, OnDisk::present);
+}
+
+void Stage::emptyTrash() {
+    std::error_code ignored;
+    std::filesystem::remove_all(world().dataHome / "Trash", ignored);
+}
+
 void Stage::release() {
     if (latch_ && !latch_->try_wait()) {
         latch_->count_down();

@@ -28,6 +28,10 @@ public:
     Q_INVOKABLE vesk::Store* open(const QVariantList& cards = {}, const QVariantMap& options = {});
     /// What the next scan of the store in use finds.
     Q_INVOKABLE void find(const QVariantList& cards);
+    /// Puts a file in the place of a card's entry, by its number from 1.
+    Q_INVOKABLE static void occupy(const QString& cardID, int entry);
+    /// Empties the Trash.
+    Q_INVOKABLE static void emptyTrash();
     /// Lets waiting rules end.
     Q_INVOKABLE void release();
     /// Types of the controls and figures in an item that assistive technology sees without a name.

@@ -101,4 +101,80 @@ ViewTest {
         compare(textOf(row(view, 0), "outcomeText"), "Restored");
         compare(shown(row(view, 0), "undoButton"), false);
     }
+
+    /// The history after a clean of three items, of which one's place is taken and an undo has brought back the others.
+    function partlyUndone() {
+        const view = open([], [card("a", "safe", [5 * mb, 3 * mb, 2 * mb])]);
+        view.store.performClean();
+        tryCompare(view.store.history, "count", 1);
+        tryCompare(view.store, "busy", false);
+        Stage.occupy("a", 2);
+        mouseClick(named(row(view, 0), "undoButton"));
+        tryVerify(() => view.store.notice !== "");
+        tryCompare(view.store, "busy", false);
+        return view;
+    }
+
+    function detailLines(entry) {
+        const lines = [];
+        for (let i = 0; ; ++i) {
+            const found = findChild(entry, "detailLine" + i);
+            if (found === null) {
+                return lines;
+            }
+            lines.push(found.text);
+        }
+    }
+
+    function test_an_undo_that_left_something_says_what_and_why() {
+        const view = partlyUndone();
+        compare(view.store.notice, "Put back 2 of 3 items. The rest are no longer in the Trash (maybe it was emptied).");
+        const entry = row(view, 0);
+        compare(named(entry, "undoButton").enabled, true, "the rest can be tried again");
+        compare(shown(entry, "details"), false);
+        mouseClick(named(entry, "detailsButton"));
+        compare(shown(entry, "details"), true);
+        tryCompare(named(entry, "detailSummary"), "text", "2 items are back. 1 item is in the Trash.");
+        compare(detailLines(entry), ["Item 2: something else is in its place now"]);
+        compare(shown(entry, "detailMore"), false);
+        compare(Stage.nameless(view), []);
+    }
+
+    function test_details_open_and_close_by_keyboard() {
+        const entry = row(partlyUndone(), 0);
+        const button = named(entry, "detailsButton");
+        compare(button.text, "Details");
+        button.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Space);
+        compare(shown(entry, "details"), true);
+        compare(button.text, "Hide details");
+        keyClick(Qt.Key_Return);
+        compare(shown(entry, "details"), false);
+    }
+
+    function test_details_follow_what_happens() {
+        const view = open([], [card("a", "safe", [mb, mb, mb, mb, mb, mb, mb])]);
+        view.store.performClean();
+        tryCompare(view.store.history, "count", 1);
+        tryCompare(view.store, "busy", false);
+        const entry = row(view, 0);
+        mouseClick(named(entry, "detailsButton"));
+        tryCompare(named(entry, "detailSummary"), "text", "7 items are in the Trash.");
+        compare(detailLines(entry), []);
+        Stage.emptyTrash();
+        mouseClick(named(entry, "undoButton"));
+        tryCompare(named(entry, "detailSummary"), "text", "7 items are no longer in the Trash.");
+        compare(detailLines(entry).length, 5);
+        compare(detailLines(entry)[0], "Item 1: no longer in the Trash");
+        compare(textOf(entry, "detailMore"), "and 2 more");
+    }
+
+    function test_only_runs_that_can_be_undone_have_details() {
+        const run = {bytes: mb, titles: ["a"]};
+        const view = open([
+            Object.assign({moves: 1}, run), run, Object.assign({moves: 1, undone: true}, run),
+            Object.assign({preview: true}, run)
+        ]);
+        compare([0, 1, 2, 3].map(index => shown(row(view, index), "detailsButton")), [true, false, false, false]);
+    }
 }

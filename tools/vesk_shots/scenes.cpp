@@ -8,8 +8,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
+#include "core/scanner.h"
 #include "vesk_shots/staged_cards.h"
 
 namespace vesk {
@@ -101,6 +104,44 @@ void showHistory(VeskApp& app) {
 void cleanAndWait(VeskApp& app) {
     app.store().performClean();
     runUntil([&] { return app.store().celebration().has_value() && !app.store().busy(); });
+}
+
+QQuickItem* itemNamed(QQuickItem& item, const QString& name) {
+    if (item.objectName() == name) {
+        return &item;
+    }
+    for (QQuickItem* child : item.childItems()) {
+        if (QQuickItem* const found = itemNamed(*child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+// Of the items cleaned, some are back, the place of some is taken, and the rest have been emptied away.
+void undoPartly(VeskApp& app) {
+    cleanAndWait(app);
+    app.store().dismissCelebration();
+    const std::vector<HistoryEntry::Move> moves = app.store().history().at(0).moves;
+    for (std::size_t i = 0; i < moves.size(); ++i) {
+        if (i % 3 == 1) {
+            stagedEntry(
+                std::filesystem::path(moves[i].original).lexically_relative(Scanner::home() / "Staged").string(), 0);
+        } else if (i % 3 == 2) {
+            std::error_code ignored;
+            std::filesystem::remove(moves[i].trashed, ignored);
+        }
+    }
+    app.store().undo(app.store().history().at(0).id);
+    runUntil([&] { return app.store().notice().has_value() && !app.store().busy(); });
+    app.store().setNotice(std::nullopt);
+    showHistory(app);
+    QQuickItem* const pane = itemNamed(*app.window()->contentItem(), QStringLiteral("historyPane"));
+    if (pane == nullptr) {
+        return;
+    }
+    pane->setProperty("openedRun", QString::fromStdString(app.store().history().at(0).id.text()));
+    runFor(200);  // until the answer is there
 }
 
 HistoryEntry pastRun(std::int64_t bytes, std::vector<std::string> titles, int hoursAgo) {
@@ -233,6 +274,9 @@ void addHistoryScenes(std::vector<Scene>& scenes) {
     kinds.history = everyKindOfRun();
     kinds.main = true;
     scenes.push_back(std::move(kinds));
+    scenes.push_back(scene(
+        "history-details",
+        [] { return sourcesOf({staged({stagedCard("caches", Bucket::safe, 18'400 * megabyte, 9)})}); }, undoPartly));
     Scene scanning = scanningScene("history-while-scanning", 3, gigabyte);
     scanning.history = everyKindOfRun();
     scanning.act = [act = scanning.act](VeskApp& app) {

@@ -25,8 +25,7 @@ bool differ(const std::optional<Value>& first, const std::optional<Value>& secon
 
 bool lookAlike(const struct stat& first, const struct stat& second) {
     return first.st_dev == second.st_dev && first.st_ino == second.st_ino && first.st_mode == second.st_mode &&
-           first.st_uid == second.st_uid && first.st_nlink == second.st_nlink && first.st_size == second.st_size &&
-           haveSameDates(first, second);
+           first.st_uid == second.st_uid && first.st_nlink == second.st_nlink && first.st_size == second.st_size;
 }
 
 }  // namespace
@@ -64,10 +63,12 @@ bool areTwoNamesOfOneFile(int folder, const char* name, int otherFolder, const c
         fstatat(otherFolder, otherName, &second, AT_SYMLINK_NOFOLLOW) != 0 || S_ISDIR(first.st_mode)) {
         return false;
     }
+    const auto dates = datesOfChange(folder, name);
     const std::optional<FolderIdentity> firstFolder = folderOf(folder, name);
     const std::optional<FolderIdentity> secondFolder = folderOf(otherFolder, otherName);
-    return first.st_nlink > 1 && lookAlike(first, second) && firstFolder && secondFolder &&
-           firstFolder != secondFolder && generationOf(folder, name) == generationOf(otherFolder, otherName);
+    return first.st_nlink > 1 && lookAlike(first, second) && dates && dates == datesOfChange(otherFolder, otherName) &&
+           firstFolder && secondFolder && firstFolder != secondFolder &&
+           generationOf(folder, name) == generationOf(otherFolder, otherName);
 }
 
 }  // namespace vesk

@@ -53,8 +53,8 @@ bool keepsInodeNumbers(const struct statfs& found) {
                      static_cast<std::uint32_t>(found.f_type)) != keepingInodeNumbers.end();
 }
 
-bool isSameTime(const timespec& first, const timespec& second) {
-    return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
+Date dateOf(const timespec& time) {
+    return dateFromUnix(time.tv_sec, time.tv_nsec);
 }
 
 }  // namespace
@@ -69,8 +69,7 @@ std::optional<ItemIdentity> itemIdentity(int opened) {
 
 std::optional<Date> contentModificationDate(int opened) {
     struct stat found {};
-    return fstat(opened, &found) == 0 ? std::optional(dateFromUnix(found.st_mtim.tv_sec, found.st_mtim.tv_nsec))
-                                      : std::nullopt;
+    return fstat(opened, &found) == 0 ? std::optional(dateOf(found.st_mtim)) : std::nullopt;
 }
 
 bool keepsInodeNumbers(int opened) {
@@ -96,8 +95,12 @@ std::string generationOf(int folder, const char* name) {
     return {buffer.data(), sizeof(file_handle) + handle->handle_bytes};
 }
 
-bool haveSameDates(const struct stat& first, const struct stat& second) {
-    return isSameTime(first.st_mtim, second.st_mtim) && isSameTime(first.st_ctim, second.st_ctim);
+std::optional<std::pair<Date, Date>> datesOfChange(int folder, const char* name) {
+    struct stat found {};
+    if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        return std::nullopt;
+    }
+    return std::pair(dateOf(found.st_mtim), dateOf(found.st_ctim));
 }
 
 }  // namespace vesk

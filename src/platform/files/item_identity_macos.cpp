@@ -28,7 +28,7 @@ ItemIdentity identityIn(const struct stat& found) {
     identity.type = typeOf(found.st_mode);
     identity.device = static_cast<std::uint32_t>(found.st_dev);
     identity.inode = found.st_ino;
-    identity.made = dateFromUnix(found.st_birthtimespec.tv_sec, found.st_birthtimespec.tv_nsec);
+    identity.made = dateOf(found.st_birthtimespec);
     return identity;
 }
 
@@ -37,8 +37,8 @@ bool keepsInodeNumbers(const struct statfs& found) {
            keepingInodeNumbers.end();
 }
 
-bool isSameTime(const timespec& first, const timespec& second) {
-    return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
+Date dateOf(const timespec& time) {
+    return dateFromUnix(time.tv_sec, time.tv_nsec);
 }
 
 }  // namespace
@@ -55,9 +55,7 @@ std::optional<ItemIdentity> itemIdentity(int opened) {
 
 std::optional<Date> contentModificationDate(int opened) {
     struct stat found {};
-    return fstat(opened, &found) == 0
-               ? std::optional(dateFromUnix(found.st_mtimespec.tv_sec, found.st_mtimespec.tv_nsec))
-               : std::nullopt;
+    return fstat(opened, &found) == 0 ? std::optional(dateOf(found.st_mtimespec)) : std::nullopt;
 }
 
 bool keepsInodeNumbers(int opened) {
@@ -76,8 +74,12 @@ std::string generationOf(int folder, const char* name) {
     return fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) == 0 ? std::to_string(found.st_gen) : std::string();
 }
 
-bool haveSameDates(const struct stat& first, const struct stat& second) {
-    return isSameTime(first.st_mtimespec, second.st_mtimespec) && isSameTime(first.st_ctimespec, second.st_ctimespec);
+std::optional<std::pair<Date, Date>> datesOfChange(int folder, const char* name) {
+    struct stat found {};
+    if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        return std::nullopt;
+    }
+    return std::pair(dateOf(found.st_mtimespec), dateOf(found.st_ctimespec));
 }
 
 }  // namespace vesk

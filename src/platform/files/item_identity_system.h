@@ -1,7 +1,10 @@
 // What item_identity.cpp needs and each system has in its own way (item_identity_linux.cpp, item_identity_macos.cpp).
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/files/item_identity.h"
 
@@ -16,7 +19,7 @@ bool keepsInodeNumbers(const std::filesystem::path& item);
 /// What tells apart two files that have had the same inode number, as bytes; empty where there is no such thing.
 std::string generationOf(int folder, const char* name);
 
-/// Whether two looks tell the same dates of the last change of content and of anything else.
-bool haveSameDates(const struct stat& first, const struct stat& second);
+/// When the content of an item, and when anything about it, was last changed; absent when that cannot be told.
+std::optional<std::pair<Date, Date>> datesOfChange(int folder, const char* name);
 
 }  // namespace vesk

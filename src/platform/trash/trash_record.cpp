@@ -56,11 +56,11 @@ bool isSamePlace(fs::path first, fs::path second) {
 
 // Whether an open record is the very one that was written for the item, unchanged; absent when that was not noted.
 std::optional<bool> isNoted(const Descriptor& record, const TrashedItem& item) {
-    if (!item.identity || !item.identity->record || !item.identity->recorded) {
+    if (!item.identity || !item.identity->record || !item.identity->record->inode || !item.identity->recorded) {
         return std::nullopt;
     }
     const std::optional<LastingIdentity> found = lastingIdentity(record.get());
-    return found && areSurelySame(*item.identity->record, *found) &&
+    return found && found->inode && mayBeSame(*item.identity->record, *found) &&
            contentModificationDate(record.get()) == item.identity->recorded;
 }
 

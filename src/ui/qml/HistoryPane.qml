@@ -7,6 +7,8 @@ import Vesk
 Item {
     id: pane
 
+    objectName: "historyPane"
+
     required property Store store
     /// The run whose details are shown; empty when none is.
     property string openedRun: ""
