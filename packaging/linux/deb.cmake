@@ -55,5 +55,5 @@ history. A preview does everything except moving anything.")
 # src/ui imports, and what these load in turn.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-  "qml6-module-qtqml, qml6-module-qtqml-workerscript, qml6-module-qtquick, qml6-module-qtquick-layouts, qml6-module-qtquick-templates, qml6-module-qtquick-window, libqt6svg6")
+  "qml6-module-qtqml, qml6-module-qtqml-workerscript, qml6-module-qtquick, qml6-module-qtquick-layouts, qml6-module-qtquick-templates, qml6-module-qtquick-window, qt6-svg-plugins | libqt6svg6 (<< 6.8)")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-quicksand")
