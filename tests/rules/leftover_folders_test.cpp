@@ -11,8 +11,6 @@ using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr double sixtyDays = 5'184'000;
-
 class Leftovers : public RuleTest {
 protected:
     Leftovers() { stopClock(now()); }

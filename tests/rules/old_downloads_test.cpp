@@ -13,8 +13,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
-constexpr double sixtyDays = 5'184'000;
-
 class OldDownloads : public RuleTest {
 protected:
     OldDownloads() { stopClock(now()); }

@@ -15,6 +15,8 @@
 
 namespace vesk::testing {
 
+constexpr double sixtyDays = 5'184'000;  // seconds
+
 using Rule = std::vector<Card> (*)(Probe&);
 
 struct RuleResult {

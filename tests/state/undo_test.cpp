@@ -168,8 +168,8 @@ TEST_F(UndoTest, WorksAfterARestart) {
 
 TEST_F(UndoTest, AnEntryWhosePlaceIsUnknownCannotBeUndone) {
     Store& store = cleanedStore();
-    const std::string json = *Preferences().data("vesk.history");
-    std::string changed = json;
+    const std::string stored = *Preferences().data("vesk.history");
+    std::string changed = stored;
     const std::string place = (trashFiles() / "a").string();
     changed.replace(changed.find(place), place.size(), "");
     ASSERT_TRUE(Preferences().setData("vesk.history", changed));

@@ -31,14 +31,14 @@ constexpr int withoutTrace = O_NOATIME;
 #else
 constexpr int withoutTrace = 0;
 #endif
-constexpr int openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+constexpr int fileFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 constexpr off_t largestRead = 16'000'000;
 
 // The bytes of a regular file; absent when it cannot be read. A FIFO or a device does not hold the reader up.
 std::optional<std::string> bytesOf(const std::filesystem::path& path) {
-    Descriptor file(open(path.c_str(), openFlags | withoutTrace));
+    Descriptor file(open(path.c_str(), fileFlags | withoutTrace));
     if (!file && errno == EPERM) {  // only the owner may read without a trace
-        file = Descriptor(open(path.c_str(), openFlags));
+        file = Descriptor(open(path.c_str(), fileFlags));
     }
     struct stat found {};
     if (!file || fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode) || found.st_size > largestRead) {

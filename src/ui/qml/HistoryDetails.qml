@@ -44,8 +44,9 @@ ColumnLayout {
 
         Words {
             required property string modelData
+            required property int index
 
-            objectName: "detailLine"
+            objectName: "detailLine" + index
             Layout.fillWidth: true
             text: modelData
             color: Theme.softInk
