@@ -7,13 +7,13 @@ namespace vesk {
 
 namespace {
 
-void (*endWithoutDisplay)() = nullptr;
+void (*handlerWithoutDisplay)() = nullptr;
 QtMessageHandler usualHandler = nullptr;
 
 // Qt aborts as soon as the handler of its last message has returned.
 void handle(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (type == QtFatalMsg) {
-        endWithoutDisplay();
+        handlerWithoutDisplay();
     }
     usualHandler(type, context, message);
 }
@@ -21,7 +21,7 @@ void handle(QtMsgType type, const QMessageLogContext& context, const QString& me
 }  // namespace
 
 DisplayNeeded::DisplayNeeded(void (*otherwise)()) {
-    endWithoutDisplay = otherwise;
+    handlerWithoutDisplay = otherwise;
     usualHandler = qInstallMessageHandler(handle);
 }
 
