@@ -193,7 +193,8 @@ std::string replacingUnsafe(std::string_view text, const std::function<std::stri
     std::string safe;
     for (const uint number : fromUtf8(text).toUcs4()) {
         const auto scalar = static_cast<char32_t>(number);
-        const std::string character = QString::fromUcs4(&scalar, 1).toStdString();
+        // Not QString::fromUcs4, which takes U+FEFF for a mark of byte order and drops it.
+        const std::string character = QStringView(QChar::fromUcs4(scalar)).toString().toStdString();
         safe += isUnsafeToShow(scalar) ? replacement(character) : character;
     }
     return safe;

@@ -1,28 +1,20 @@
 #include "ui/card_detail.h"
 
-#include <QStringView>
 #include <algorithm>
 #include <limits>
+#include <string>
+#include <string_view>
 
 #include "core/byte_count.h"
+#include "platform/text.h"
 
 namespace vesk {
 
 namespace {
 
-// A file's name can hold anything. Line breaks and marks that reorder text would let it dress up as something else.
+// A file's name can hold anything. Marks that break, reorder or hide text would let it dress up as something else.
 QString displayName(const std::string& name) {
-    QString text = QString::fromStdString(name);
-    for (QChar& character : text) {
-        const QChar::Category category = character.category();
-        const bool reorders = (character >= QChar(0x202A) && character <= QChar(0x202E)) ||
-                              (character >= QChar(0x2066) && character <= QChar(0x2069));
-        if (reorders || category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph) {
-            character = QChar::ReplacementCharacter;
-        }
-    }
-    return text;
+    return QString::fromStdString(replacingUnsafe(name, [](std::string_view) { return "\xEF\xBF\xBD"; }));
 }
 
 }  // namespace

@@ -206,7 +206,7 @@ TEST_F(IdleProjects, AreOrderedBySizeAndEmptyOnesLeftOut) {
 TEST_F(IdleProjects, OfEqualSizeComeInTheOrderOfTheirPaths) {
     std::vector<std::string> files;
     std::vector<std::string> expected;
-    for (const char* project : {"a/z", "b", "b/a", "b/a/c", "c/1", "c/10", "c/2", "d/B", "d/a", "e/f/g/h"}) {
+    for (const char* project : {"a/z", "b/a/c", "b/a", "b", "c/1", "c/10", "c/2", "d/B", "d/a", "e/f/g/h"}) {
         files.push_back(std::string("code/") + project + "/node_modules/x");
         const std::string name = std::filesystem::path(project).filename();
         expected.push_back(std::string("code/") + project + "/node_modules: " + name);
