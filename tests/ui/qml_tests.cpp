@@ -3,6 +3,8 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QtQuickTest>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -21,6 +23,10 @@ class Setup : public QObject {
 public:
     // Qt and fontconfig keep caches and sockets in folders of whoever runs this.
     Setup() {
+        if (folder_.path().empty()) {
+            std::fputs("cannot make a folder for the tests; TMPDIR can name a place for it\n", stderr);
+            std::exit(EXIT_FAILURE);  // NOLINT(concurrency-mt-unsafe): no other thread yet
+        }
         const QByteArray folder = QByteArray::fromStdString(folder_.path().string());
         qputenv("HOME", folder);
         qputenv("XDG_RUNTIME_DIR", folder);
