@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Compiles on Linux what macOS builds: every *_macos source and every shared source of the layers below the window, for
-# arm64 and x86_64 Macs, and the tests of these layers for arm64, with the warnings of the build as errors. It finds
-# what does not compile there and what a build there would miss; it does not link and runs nothing. Then it installs a
-# stand-in by the bundle's own rules (lint/macos/dry_run) and looks at the bundle.
+# Compiles on Linux what macOS builds: every *_macos source for arm64 and x86_64 Macs, every shared source of the layers
+# below the window and the tests of these layers for arm64, with the warnings of the build as errors. It finds what does
+# not compile there and what a build there would miss; it does not link and runs nothing. Then it installs a stand-in by
+# the bundle's own rules (lint/macos/dry_run) and looks at the bundle.
 #
 # It also compiles what only Linux builds, since its C++ library is libc++, which lacks some of what libstdc++ has: on
 # Linux, too, people build with it.
@@ -173,6 +173,7 @@ check_variants || failed=1
 group_targets=("${targets[@]}")
 find_sources '*_macos.cpp' src
 check_group "only macOS" "${found[@]}"
+group_targets=("${targets[0]}")  # what differs between the two, shared sources do not see
 for layer in platform core rules state; do
     find_sources '*.cpp' "src/$layer"
     sources=()
@@ -182,7 +183,8 @@ for layer in platform core rules state; do
     check_group "$layer" "${sources[@]}"
 done
 group_targets=("$linux_target")
-check_group "only Linux" src/*/*_linux.cpp
+find_sources '*_linux.cpp' src
+check_group "only Linux" "${found[@]}"
 # What the tests' own list leaves out on macOS stands there; these are the files that say so by their names or use them.
 sources=()
 find_sources '*.cpp' tests/{support,platform,core,rules,state} tools/demo_home
@@ -192,7 +194,7 @@ for source in "${found[@]}"; do
         *) sources+=("$source") ;;
     esac
 done
-group_targets=("${targets[0]}")  # what differs between the two, tests do not see
+group_targets=("${targets[0]}")
 [ "${1:-}" = --without-tests ] || check_group "tests" "${sources[@]}"
 check_bundle || failed=$((failed + 1))
 echo "$checked compilations for ${targets[*]} $linux_target, $failed failures"

@@ -14,8 +14,8 @@ from pathlib import Path
 TREE = Path(__file__).resolve().parents[2]
 COPIED = ["dev", "dev.d", "lint/find.sh", "lint/format.sh", "tests/fuzz/run", "tests/fuzz/corpus", "lint/macos/run.sh",
           "cmake/VeskTargets.cmake", "tests/summarise.py"]
-TOOLS = ["bash", "basename", "cat", "dirname", "env", "find", "grep", "head", "mkdir", "rm", "sed", "sh", "sort", "tail",
-         "tr", "wc", "xargs"]
+TOOLS = ["bash", "basename", "cat", "cp", "cut", "dirname", "env", "find", "grep", "head", "install", "mkdir", "rm", "sed",
+         "sh", "sort", "tail", "tar", "tee", "touch", "tr", "wc", "xargs"]
 # What each stand-in does after it has written its name and its words to the log. $WORLD is a folder with the state:
 # "installed" and "known" list packages, "uid" holds the user's number, other files are switches.
 STAND_INS = {
@@ -58,6 +58,21 @@ chmod +x "$folder/bin/vesk-scan"''',
   before=$word
 done''',
     "chmod": 'exec /bin/chmod "$@"',
+    "git": '''case $1 in
+  archive) tar -cf "${2#--output=}" -C "$WORLD/a tree" dev ;;
+  status) ;;
+esac''',
+    # The words that make namespaces, then what is to run in them.
+    "unshare": '''while [ "${1#--}" != "$1" ] || [ "$1" = private ]; do shift; done
+case $1 in
+  debootstrap) [ ! -e "$WORLD/no-such-release" ] || exit 1; mkdir -p "$4/etc/apt" "$4/usr/local/bin" ;;
+  *) echo "a line"
+    case $7 in
+      test) echo "3 passed, 1 failed"; exit 1 ;;
+      *) echo "all is well" ;;
+    esac ;;
+esac''',
+    "debootstrap": "exit 1",
 }
 QUIET = {"uname", "id", "getconf", "dpkg-query", "apt-cache", "chmod"}
 
@@ -202,6 +217,44 @@ class DevTest(unittest.TestCase):
         status, said = self.dev("--without-tests", program="lint/macos/run.sh")
         self.assertNotEqual(status, 0)
         self.assertIn("npm ERR! network unreachable", said)
+
+    # ---- Fresh roots
+
+    def test_roots_are_tried_for_each_user_and_closed_with_a_table(self):
+        self.set("uid", "0")
+        status, said = self.dev("try-in", "--space", "--small-shm", "trixie")
+        self.assertEqual(status, 1)
+        table = [line.split("  ") for line in said[said.index("\nenvironment"):].splitlines() if "./dev" in line]
+        rows = [[cell.strip() for cell in line if cell.strip()][:4] for line in table]
+        where = "trixie, space, small shm"
+        self.assertEqual(rows, [[where, user, f"./dev {command}", result] for user in ("root", "newcomer") for command, result
+                                in (("run", "all is well"), ("test", "FAILED: 3 passed, 1 failed"), ("lint", "all is well"))])
+        entered = [line for line in self.log() if "enter_root" in line]
+        self.assertEqual(len(entered), 8)
+        for line in entered:
+            self.assertIn("--mount --pid --ipc --uts --fork --kill-child --propagation private", line)
+            self.assertIn(" 64m as_newcomer ", line)
+            self.assertIn("/src/my folder/vesk", line)
+        left = sorted(path.name for path in (self.tree / "build/try-in/trixie").iterdir() if path.is_dir())
+        self.assertEqual(left, ["base"])
+
+    def test_a_root_that_cannot_be_made_is_told_in_the_table(self):
+        self.set("uid", "0")
+        self.set("no-such-release")
+        status, said = self.dev("try-in", "--only", "run", "sid")
+        self.assertEqual(status, 1)
+        self.assertRegex(said, r"\nsid +- +debootstrap +FAILED")
+
+    def test_an_ordinary_user_asks_sudo_for_the_roots(self):
+        self.assertEqual(self.dev("try-in", "--only", "run", "--as", "root", "sid")[0], 0)
+        self.assertIn(f"sudo env VESK_BUILD_DIR={self.tree}/build dev.d/try_in --packed --only run --as root sid", self.log())
+
+    def test_a_root_is_entered_only_in_namespaces_of_its_own(self):
+        (self.world / "root").mkdir()
+        status, said = self.dev(str(self.world / "root"), "1m", "true", program="dev.d/enter_root")
+        self.assertNotEqual(status, 0)
+        self.assertIn("not the first process of a namespace of its own", said)
+        self.assertEqual(list((self.world / "root").iterdir()), [])
 
     # ---- Words
 

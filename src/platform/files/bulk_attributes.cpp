@@ -133,8 +133,11 @@ std::optional<BulkItem> itemIn(std::span<const std::byte> record) {
         }
         item.error = *error;
     }
-    if (has(bulk::name) && (item.name = reader.takeName()) == nullptr) {
-        return std::nullopt;
+    if (has(bulk::name)) {
+        item.name = reader.takeName();
+        if (item.name == nullptr) {
+            return std::nullopt;
+        }
     }
     if (item.error != 0) {
         return item;

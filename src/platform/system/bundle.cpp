@@ -97,7 +97,7 @@ std::optional<std::string> identifierInXml(std::string_view list) {
             reader.skipCurrentElement();
             continue;
         }
-        const bool wanted = reader.readElementText() == QLatin1String(identifierKey.data());
+        const bool wanted = reader.readElementText() == QLatin1String(identifierKey.data(), static_cast<qsizetype>(identifierKey.size()));
         if (!reader.readNextStartElement()) {
             break;
         }
@@ -170,11 +170,11 @@ private:
             return false;
         }
         const std::uint64_t trailer = bytes_.size() - trailerSize;
-        offsetSize_ = *number(trailer + 6, 1);
-        referenceSize_ = *number(trailer + 7, 1);
-        objectCount_ = *number(trailer + 8, 8);
-        topObject_ = *number(trailer + 16, 8);
-        offsetTable_ = *number(trailer + 24, 8);
+        offsetSize_ = number(trailer + 6, 1).value_or(0);
+        referenceSize_ = number(trailer + 7, 1).value_or(0);
+        objectCount_ = number(trailer + 8, 8).value_or(0);
+        topObject_ = number(trailer + 16, 8).value_or(0);
+        offsetTable_ = number(trailer + 24, 8).value_or(0);
         // No table is longer than the file, which also keeps the sums below from wrapping around.
         return objectCount_ < bytes_.size() && offsetTable_ < bytes_.size() && offsetSize_ <= 8 && referenceSize_ <= 8;
     }
