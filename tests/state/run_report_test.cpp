@@ -67,6 +67,9 @@ TEST_F(RunReportTest, TellsOfPlacesThatMayNotBeWritten) {
     writeFile(junk, "a file where the folder was");
     EXPECT_THAT(report().lines, ElementsAre("a: it cannot be put back at the moment"));
     fs::remove(junk);
+    makeLink(junk, "nowhere");
+    EXPECT_THAT(report().lines, ElementsAre("a: it cannot be put back at the moment"));
+    fs::remove(junk);
     EXPECT_THAT(report().lines, IsEmpty()) << "a folder that is missing is made";
     fs::permissions(trashFiles(), fs::perms::owner_read | fs::perms::owner_exec);
     EXPECT_THAT(report().lines, ElementsAre("a: Vesk may not put it back there"));

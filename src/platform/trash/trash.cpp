@@ -154,7 +154,7 @@ int failureOfMaking(fs::path folder) {
     }
     struct stat found {};
     if (stat(folder.c_str(), &found) != 0) {
-        return errno;
+        return errno == ENOENT ? ENOTDIR : errno;  // a link that leads nowhere
     }
     return S_ISDIR(found.st_mode) ? failureOfChange(folder) : ENOTDIR;
 }

@@ -75,9 +75,8 @@ TrashOutcome moveToTrash(const SeenItem& item);
 /// errno values:
 /// - ENOENT: nothing has its name in the Trash any more;
 /// - ESTALE: what has its name there is another item, or cannot be told from one. Where the Trash keeps a record of
-/// each
-///   item, the record has to tell the same original place and a deletion no later than `cleaned`; where the system
-///   keeps it, the identity decides alone. An identity that was noted has to be the same in either case;
+///   each item, the record has to tell the same original place, and a deletion no later than `cleaned`; where the
+///   system keeps it, the identity decides alone. An identity that was noted has to be the same in either case;
 /// - EEXIST: something else is in its place.
 std::optional<PlatformError> putBack(const TrashedItem& item);
 
