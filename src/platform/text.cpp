@@ -200,6 +200,10 @@ std::string replacingUnsafe(std::string_view text, const std::function<std::stri
     return safe;
 }
 
+std::string showable(std::string_view text) {
+    return replacingUnsafe(text, [](std::string_view /*character*/) { return std::string(replacement); });
+}
+
 std::size_t characterCount(std::string_view text) {
     std::size_t count = 0;
     forEachCharacter(fromUtf8(text), [&](QStringView) { ++count; });

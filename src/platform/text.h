@@ -1,4 +1,4 @@
-// What the platform knows of Unicode text. All functions take and return UTF-8; bytes that are not UTF-8 are read as
+// What the platform knows of Unicode text. All texts taken and returned are UTF-8; bytes that are not UTF-8 are read as
 // replacement characters. None depends on the language the user has set. Callable from any thread.
 #pragma once
 
@@ -33,6 +33,9 @@ bool isUnsafeToShow(char32_t character);
 
 /// The text with each such character replaced by what `replacement` gives for it; both are handed over as UTF-8.
 std::string replacingUnsafe(std::string_view text, const std::function<std::string(std::string_view)>& replacement);
+
+/// The text with U+FFFD for each such character.
+std::string showable(std::string_view text);
 
 /// The number of user-perceived characters.
 std::size_t characterCount(std::string_view text);

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "core/byte_count.h"
+#include "platform/text.h"
 
 namespace vesk {
 
@@ -17,7 +18,7 @@ namespace {
 QString joinedTitles(const HistoryEntry& entry) {
     QStringList titles;
     for (const std::string& title : entry.titles) {
-        titles.append(QString::fromStdString(title));
+        titles.append(QString::fromStdString(showable(title)));
     }
     return titles.join(QStringLiteral(", "));
 }

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/text.h"
+
 namespace vesk {
 
 namespace {
@@ -27,12 +29,8 @@ std::string_view reason(TrashState state) {
     return {};
 }
 
-// A name may hold a line's end, which would make two lines of one.
 std::string lineOf(const TrashedItem& item, TrashState state) {
-    std::string line = item.original.filename().string();
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return c >= 0 && c < ' '; }, ' ');
-    return line.append(": ").append(reason(state));
+    return showable(item.original.filename().string()).append(": ").append(reason(state));
 }
 
 }  // namespace

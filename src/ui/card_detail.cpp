@@ -2,22 +2,11 @@
 
 #include <algorithm>
 #include <limits>
-#include <string>
-#include <string_view>
 
 #include "core/byte_count.h"
 #include "platform/text.h"
 
 namespace vesk {
-
-namespace {
-
-// A file's name can hold anything. Marks that break, reorder or hide text would let it dress up as something else.
-QString displayName(const std::string& name) {
-    return QString::fromStdString(replacingUnsafe(name, [](std::string_view) { return "\xEF\xBF\xBD"; }));
-}
-
-}  // namespace
 
 void EntryList::show(const std::vector<Entry>& entries) {
     const auto end = entries.begin() + static_cast<std::ptrdiff_t>(std::min(entries.size(), limit));
@@ -43,7 +32,7 @@ QVariant EntryList::data(const QModelIndex& index, int role) const {
             return QString::fromStdString(entry.id.text());
         case Qt::DisplayRole:
         case NameRole:
-            return displayName(entry.name);
+            return QString::fromStdString(showable(entry.name));
         case SizeTextRole:
             return QString::fromStdString(byteCountText(entry.size));
         default:

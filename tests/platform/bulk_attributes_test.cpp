@@ -151,6 +151,7 @@ TEST(BulkAttributes, FoldersAndLinksHaveNoFileAttributes) {
         EXPECT_EQ(item->kind, kind);
         ASSERT_TRUE(item->values);
         EXPECT_EQ(item->values->isDirectory, kind == ItemKind::folder);
+        EXPECT_EQ(item->values->isSymbolicLink, number == link);
         EXPECT_FALSE(item->values->isRegularFile);
         EXPECT_EQ(item->values->totalFileAllocatedSize, std::nullopt);
         EXPECT_EQ(item->values->contentModificationDate, dateFromUnix(1, 0));

@@ -52,6 +52,7 @@ TEST_F(FolderReaderTest, WhatComesWithAListingIsWhatALookTells) {
                             ASSERT_EQ(lookAt(opened.get(), item.name, looked), 0);
                             EXPECT_EQ(listed.isRegularFile, looked.isRegularFile);
                             EXPECT_EQ(listed.isDirectory, looked.isDirectory);
+                            EXPECT_EQ(listed.isSymbolicLink, looked.isSymbolicLink);
                             EXPECT_EQ(listed.contentAccessDate, looked.contentAccessDate);
                             EXPECT_EQ(listed.contentModificationDate, looked.contentModificationDate);
                             if (looked.isRegularFile) {

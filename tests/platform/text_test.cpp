@@ -94,6 +94,7 @@ TEST(UnsafeToShow, AreReplacedAndNothingElse) {
     EXPECT_EQ(replacingUnsafe("\xF0\x9D\x85\xB3x", length), "<4>x");
     EXPECT_EQ(replacingUnsafe("bad\xFF", length), "bad\xEF\xBF\xBD");
     EXPECT_EQ(replacingUnsafe(std::string("a\0b", 3), length), "a<1>b");
+    EXPECT_EQ(showable("a\nb\xE2\x80\xAE\xC3\xA9"), "a" + replacements(1) + "b" + replacements(1) + "\xC3\xA9");
 }
 
 }  // namespace

@@ -43,17 +43,18 @@ TEST_F(RunReportTest, ItemsThatWaitInTheTrashNeedNoLines) {
 }
 
 TEST_F(RunReportTest, TellsWhyEachOtherItemIsNotBack) {
-    cleaned({"back", "changed\nname", "gone", "ready", "taken"});
+    cleaned({"back", "changed\nna\xE2\x80\xAEme", "gone", "ready", "taken"});
     fs::rename(trashFiles() / "back", junk / "back");
     fs::remove(trashInfo() / "back.trashinfo");
     empty("gone");
     writeFile(junk / "taken", "something new");
-    fs::remove(trashInfo() / "changed\nname.trashinfo");
+    fs::remove(trashInfo() / "changed\nna\xE2\x80\xAEme.trashinfo");
     EXPECT_EQ(report(), (RunReport{.inTrash = 2,
                                    .back = 1,
                                    .gone = 2,
                                    .lines = {"taken: something else is in its place now",
-                                             "changed name: no longer in the Trash", "gone: no longer in the Trash"},
+                                             "changed\xEF\xBF\xBDna\xEF\xBF\xBDme: no longer in the Trash",
+                                             "gone: no longer in the Trash"},
                                    .more = 0}));
     EXPECT_EQ(report().summary(), "1 item is back. 2 items are in the Trash, 2 no longer.");
 }

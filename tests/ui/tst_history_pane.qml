@@ -28,6 +28,11 @@ ViewTest {
         compare(shown(view, "historyList"), false);
     }
 
+    function test_marks_that_would_dress_up_a_title() {
+        const view = open([{bytes: 1, titles: ["a\u202eb", "c\nd"]}]);
+        compare(textOf(row(view, 0), "titlesText"), "a\ufffdb, c\ufffdd");
+    }
+
     function test_rows_data() {
         const run = {bytes: 1200000000, titles: ["App caches", "Old crash reports"]};
         return [

@@ -185,6 +185,26 @@ Card longNamedCard() {
     return card;
 }
 
+// Names that would reach beyond their rows, turn round what stands beside them, or look like others.
+Card oddlyNamedCard() {
+    Card card = stagedCard("odd", Bucket::smart, 3 * gigabyte, 6);
+    card.title = "Downloads older than 60 days";
+    std::string tower = "tower";
+    for (int i = 0; i < 40; ++i) {
+        tower += "\xCC\x81\xCC\xA3";  // an acute accent above and a dot below
+    }
+    const std::string names[] = {"Invoice.pdf",
+                                 tower,
+                                 "photo\xE2\x80\xAEgpj.exe",
+                                 "two\nlines and\x1B[31m red",
+                                 "in\xE2\x80\x8Bvisible\xEF\xBB\xBF",
+                                 "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x94\xA7.txt"};
+    for (std::size_t i = 0; i < card.entries.size(); ++i) {
+        card.entries[i].name = names[i];
+    }
+    return card;
+}
+
 void addScanScenes(std::vector<Scene>& scenes) {
     scenes.push_back(scanningScene("scanning-0", 0, 0));
     scenes.push_back(scanningScene("scanning-half", 5, 12'345 * megabyte));
@@ -265,6 +285,7 @@ void addDetailScenes(std::vector<Scene>& scenes) {
     scenes.push_back(scene("detail-personal", with({stagedCard("f", Bucket::personal, gigabyte, 1)}), open("f")));
     scenes.push_back(scene("detail-snapshots", with({snapshotCard(3)}), open("snapshots")));
     scenes.push_back(scene("detail-long-names", with({longNamedCard()}), open("long")));
+    scenes.push_back(scene("detail-odd-names", with({oddlyNamedCard()}), open("odd")));
     scenes.push_back(scene("detail-gone", results, open("no such card")));
 }
 

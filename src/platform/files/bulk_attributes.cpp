@@ -146,14 +146,15 @@ std::optional<BulkItem> itemIn(std::span<const std::byte> record) {
         return std::nullopt;
     }
 
+    ResourceValues values;
     if (has(bulk::objectType)) {
         const auto type = reader.take<std::uint32_t>();
         if (!type) {
             return std::nullopt;
         }
         item.kind = kindOf(*type);
+        values.isSymbolicLink = *type == bulk::linkType;
     }
-    ResourceValues values;
     if (!takeDate(reader, has(bulk::modificationTime), values.contentModificationDate) ||
         !takeDate(reader, has(bulk::accessTime), values.contentAccessDate) ||
         !takeSize(reader, (returned->file & bulk::fileAllocatedSize) != 0, values.totalFileAllocatedSize) ||

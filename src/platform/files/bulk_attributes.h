@@ -29,9 +29,10 @@ inline constexpr std::uint32_t fileAllocatedSize = 0x00000004;
 inline constexpr std::uint32_t fileDataAllocatedSize = 0x00000400;
 inline constexpr std::uint32_t fileWanted = fileAllocatedSize | fileDataAllocatedSize;
 
-/// Object types, as <sys/vnode.h> numbers them (VREG, VDIR).
+/// Object types, as <sys/vnode.h> numbers them (VREG, VDIR, VLNK).
 inline constexpr std::uint32_t regularFileType = 1;
 inline constexpr std::uint32_t folderType = 2;
+inline constexpr std::uint32_t linkType = 5;
 
 }  // namespace bulk
 

@@ -1,6 +1,6 @@
-// The door to single files and folders: every listing, existence test, look at one item and move goes through here.
-// Nothing here follows a link or changes an access time unless it says so, and nothing throws. Callable from any
-// thread.
+// Single files and folders by their paths: listings, existence tests, looks at one item, moves. What the layers above
+// do to the disk goes through here, the walk, the preferences or the Trash. Nothing here follows a link or changes an
+// access time unless it says so, and nothing throws. Callable from any thread.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What files.cpp needs and each system has in its own way (files_linux.cpp, files_macos.cpp).
+// What files*.cpp and the Trash need and each system has in its own way (files_linux.cpp, files_macos.cpp).
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 // The system calls behind listing and walking: opening a folder without a trace, reading the names in it, and one
-// look at one item. Only files*.cpp and tree_walk.cpp call these; each takes a descriptor, so nothing here can be led
-// elsewhere by a path that changes meanwhile. Callable from any thread.
+// look at one item. Called by files.cpp, tree_walk.cpp and the Trash; whoever opens something uses Descriptor. Each
+// function takes a descriptor, so that a caller with an open folder cannot be led elsewhere by a path that changes
+// meanwhile. Callable from any thread.
 #pragma once
 
 #include <functional>

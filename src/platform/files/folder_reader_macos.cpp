@@ -33,7 +33,7 @@ static_assert(bulk::fileAllocatedSize == ATTR_FILE_ALLOCSIZE);
 static_assert(bulk::fileDataAllocatedSize == ATTR_FILE_DATAALLOCSIZE);
 static_assert(sizeof(attribute_set_t) == 20 && sizeof(attrreference_t) == 8 && sizeof(timespec) == 16);
 #if __has_include(<sys/vnode.h>)
-static_assert(bulk::regularFileType == VREG && bulk::folderType == VDIR);
+static_assert(bulk::regularFileType == VREG && bulk::folderType == VDIR && bulk::linkType == VLNK);
 #endif
 
 // A file that lies in the cloud alone ("dataless") must not come down because somebody looked for space: reading its

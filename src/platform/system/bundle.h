@@ -9,8 +9,8 @@
 namespace vesk {
 
 /// The bundle identifier (CFBundleIdentifier) of the application at `bundle`, as UTF-8. Looks for Info.plist in
-/// Contents, "Support Files", Resources and the bundle's own top, in this order; the first one there counts. Absent
-/// when there is none, it is larger than 16 MB, or it tells no identifier.
+/// Contents, "Support Files", Resources and the bundle's own top, in this order; the first one that can be read counts.
+/// Absent when there is none, it is larger than 16 MB, or it tells no identifier.
 std::optional<std::string> bundleIdentifier(const std::filesystem::path& bundle);
 
 /// The identifier in the bytes of an Info.plist: XML, binary, or the text form older than XML. Absent when the bytes

@@ -54,6 +54,7 @@ ColumnLayout {
             wrapMode: Text.Wrap
             elide: Text.ElideMiddle
             maximumLineCount: 2
+            clip: true  // as in SheetEntries
         }
     }
     Words {

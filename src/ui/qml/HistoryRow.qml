@@ -82,6 +82,7 @@ Item {
                     wrapMode: Text.Wrap
                     elide: Text.ElideRight
                     maximumLineCount: 3
+                    clip: true
                 }
                 Words {
                     said: true

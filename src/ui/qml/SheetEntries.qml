@@ -40,6 +40,8 @@ Rectangle {
                     font.pixelSize: Theme.callout
                     elide: Text.ElideMiddle
                     maximumLineCount: 1
+                    // A name's combining marks may stand one above the other, far beyond its row.
+                    clip: true
                 }
                 Words {
                     objectName: "entrySize"

@@ -27,6 +27,7 @@ RowLayout {
             weight: Font.Black
             elide: Text.ElideRight
             maximumLineCount: 2
+            clip: true
             wrapMode: Text.Wrap
             Accessible.role: Accessible.Heading
         }

@@ -27,6 +27,7 @@ Column {
             wrapMode: Text.Wrap
             elide: Text.ElideRight
             maximumLineCount: 4
+            clip: true
             said: true
         }
         Chip {
