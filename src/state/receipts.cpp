@@ -91,8 +91,9 @@ private:
         if (!field || *field == std::string_view(&nothing, 1)) {
             return field.has_value();
         }
-        const char* const end = field->data() + field->size();
-        const auto read = std::from_chars(field->data(), end, number.emplace());
+        const char* const start = field->data();
+        const char* const end = start + field->size();
+        const auto read = std::from_chars(start, end, number.emplace());
         return read.ec == std::errc() && read.ptr == end;
     }
 

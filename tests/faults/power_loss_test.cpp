@@ -42,8 +42,9 @@ std::string repeated(const std::string& text, std::size_t times) {
     return all;
 }
 
-// The history, as a file of its own that takes the old one's place.
+// The history, as a file of its own that takes the old one's place; the run's receipt likewise.
 const std::string historyStored = "msrs";
+const std::string receiptStored = "msrs";
 
 class PowerLossTest : public TemporaryHome {
 protected:
@@ -61,8 +62,8 @@ TEST_F(PowerLossTest, MovesAreOnTheDiskBeforeTheHistoryTellsOfThem) {
     const FaultRun clean = runDriver({"scan", "clean"}, {.phase = "clean"});
     // An item whose name is taken in the Trash has found that out by trying to make its record.
     const std::string order = orderOf(clean);
-    EXPECT_THAT(order, EndsWith("msr" + std::string("s") + historyStored));
-    EXPECT_EQ(std::count(order.begin(), order.end(), 'r'), static_cast<std::ptrdiff_t>(items) + 1);
+    EXPECT_THAT(order, EndsWith("msr" + std::string("s") + receiptStored + historyStored));
+    EXPECT_EQ(std::count(order.begin(), order.end(), 'r'), static_cast<std::ptrdiff_t>(items) + 2);
     const FaultRun undo = runDriver({"undo"}, {.phase = "undo"});
     EXPECT_EQ(orderOf(undo), repeated("r", items) + "s" + repeated("d", items) + historyStored);
 }
@@ -70,7 +71,7 @@ TEST_F(PowerLossTest, MovesAreOnTheDiskBeforeTheHistoryTellsOfThem) {
 TEST_F(PowerLossTest, EachMoveIsSyncedWhereNamesAreNotOrdered) {
     const FaultRun clean = runDriver({"scan", "clean"}, {.phase = "clean", .unordered = true});
     const std::string order = orderOf(clean);
-    EXPECT_THAT(order, EndsWith("mssrss" + std::string("s") + historyStored));
+    EXPECT_THAT(order, EndsWith("mssrss" + std::string("s") + receiptStored + historyStored));
     EXPECT_THAT(order, Not(HasSubstr("sr" + std::string("m")))) << "the next record is made before the move is synced";
     const FaultRun undo = runDriver({"undo"}, {.phase = "undo", .unordered = true});
     EXPECT_EQ(orderOf(undo), repeated("rss", items) + "s" + repeated("d", items) + historyStored);

@@ -97,7 +97,8 @@ std::optional<std::string> identifierInXml(std::string_view list) {
             reader.skipCurrentElement();
             continue;
         }
-        const bool wanted = reader.readElementText() == QLatin1String(identifierKey.data(), static_cast<qsizetype>(identifierKey.size()));
+        const bool wanted = reader.readElementText() ==
+                            QLatin1String(identifierKey.data(), static_cast<qsizetype>(identifierKey.size()));
         if (!reader.readNextStartElement()) {
             break;
         }
