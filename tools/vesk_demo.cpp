@@ -12,7 +12,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "app/program.h"
+#include "app/application.h"
 #include "demo_home/demo_home.h"
 #include "platform/world.h"
 #include "temporary_folder.h"

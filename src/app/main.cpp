@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "app/program.h"
+#include "app/application.h"
 
 namespace {
 

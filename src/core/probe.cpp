@@ -105,15 +105,15 @@ Probe::Measurement Probe::measureFolder(const std::filesystem::path& folder) {
             }
         };
     };
-    std::atomic<bool> refused = false;
+    std::atomic<bool> denied = false;
     const auto onError = [&](const PlatformError& error) {
         if (isPermission(error)) {
-            refused.store(true, std::memory_order_relaxed);
+            denied.store(true, std::memory_order_relaxed);
         }
     };
 
     const bool opened = walkTree(folder, makeVisitor, onError);
-    blocked = blocked || refused.load();
+    blocked = blocked || denied.load();
     if (!opened) {
         return {};
     }

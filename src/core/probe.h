@@ -1,6 +1,6 @@
 // The measuring object of a rule: walks a file or folder, adds up what its regular files take on disk, finds the
-// newest use inside, and notes when it was refused. Each rule of a scan has a probe of its own on the scan's tracker;
-// a probe is used by one thread (its walks use all cores by themselves).
+// newest use inside, and notes when it was denied permission. Each rule of a scan has a probe of its own on the scan's
+// tracker; a probe is used by one thread (its walks use all cores by themselves).
 #pragma once
 
 #include <array>
@@ -37,7 +37,7 @@ public:
     /// The same as a set.
     static const std::set<std::string_view> keySet;
 
-    /// Whether an error means that reading was refused for lack of permission, itself or anywhere beneath it.
+    /// Whether an error means that reading was denied for lack of permission, itself or anywhere beneath it.
     static bool isPermission(const PlatformError& error);
 
     /// Bytes on disk of a file with these values: the total figure if there is one, else the plain one, else 0.
@@ -47,7 +47,7 @@ public:
 
     /// Measures a file, or everything below a folder (a link is followed when it is `url` itself, not when it is met
     /// on the way). Nothing for an item that is missing or may not be looked at, and for a folder at which a file
-    /// system is mounted. Unreadable items below are passed over; a refusal among them sets `blocked`. Each name of a
+    /// system is mounted. Unreadable items below are passed over; a denial among them sets `blocked`. Each name of a
     /// hard-linked file counts.
     Measurement measure(const std::filesystem::path& url);
 
@@ -56,7 +56,7 @@ public:
 
     /// The counters this probe feeds.
     const std::shared_ptr<Tracker> tracker;
-    /// Set to true, and never back, when this probe's walks or the rule using it met a permission refusal.
+    /// Set to true, and never back, when this probe's walks or the rule using it was denied permission.
     bool blocked = false;
     /// The own dates of the items that the rule offers for their age, as it saw them: a clean leaves alone what has
     /// become newer since.

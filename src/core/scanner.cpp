@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "platform/files/files.h"
 #include "platform/text.h"
 #include "platform/world.h"
 

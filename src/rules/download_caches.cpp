@@ -3,7 +3,7 @@
 // that stand here.
 
 #include "core/scanner.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk::rules {

@@ -11,7 +11,7 @@
 #include "platform/text.h"
 #include "platform/threads/background.h"
 #include "platform/threads/work_sharing.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk {

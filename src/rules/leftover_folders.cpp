@@ -11,7 +11,7 @@
 #include "platform/system/bundle.h"
 #include "platform/text.h"
 #include "platform/world.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk {

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "core/scanner.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk::rules {

@@ -8,7 +8,7 @@
 #include "core/scanner.h"
 #include "platform/text.h"
 #include "platform/world.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk::rules {

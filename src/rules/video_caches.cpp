@@ -5,7 +5,7 @@
 
 #include "core/scanner.h"
 #include "platform/text.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk::rules {

@@ -1,7 +1,7 @@
 // Disks of virtual machines and containers: whole folders, never offered with much confidence.
 
 #include "core/scanner.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rules.h"
 
 namespace vesk::rules {

@@ -26,7 +26,7 @@ struct CleaningResult {
     std::vector<HistoryEntry::Move> moves;
     /// What is known of each of these items.
     Receipt receipt;
-    /// Items that the Trash refused and snapshots that could not be deleted.
+    /// Items that could not be moved and snapshots that could not be deleted.
     std::int64_t failures = 0;
     std::int64_t snapshotsRemoved = 0;
 };

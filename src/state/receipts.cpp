@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/files/files.h"
+#include "platform/files/moving.h"
 #include "platform/system/preference_files.h"
 
 namespace vesk {

@@ -12,7 +12,7 @@ std::size_t restoreItems(const std::vector<TrashedItem>& items, const std::funct
             break;
         }
         tried.push_back(item.place);
-        if (!putBack(item)) {
+        if (!restoreItem(item)) {
             ++restored;
         }
     }

@@ -16,7 +16,7 @@ std::string_view reason(TrashState state) {
     switch (state) {
         case TrashState::placeTaken:
             return "something else is in its place now";
-        case TrashState::refused:
+        case TrashState::denied:
             return "Vesk may not put it back there";
         case TrashState::failing:
             return "it cannot be put back at the moment";

@@ -18,7 +18,7 @@ namespace vesk {
 struct RuleResult {
     std::string label;
     std::vector<Card> cards;
-    /// Whether its probe was refused somewhere.
+    /// Whether its probe was denied permission somewhere.
     bool blocked = false;
     /// What it saw of the cards' entries.
     SeenItems seen;

@@ -1,4 +1,5 @@
 #include "state/seen_items.h"
+#include "platform/files/identity.h"
 
 namespace vesk {
 

@@ -10,6 +10,7 @@
 
 #include "core/card.h"
 #include "core/probe.h"
+#include "platform/files/identity.h"
 #include "platform/trash/trash.h"
 
 namespace vesk {
@@ -27,7 +28,7 @@ public:
     SeenItem itemAt(const std::filesystem::path& path) const;
 
 private:
-    std::map<std::filesystem::path::string_type, std::optional<FolderIdentity>> folders_;
+    std::map<std::filesystem::path::string_type, std::optional<ItemIdentity>> folders_;
     std::map<std::filesystem::path::string_type, ItemDates> dates_;
 };
 

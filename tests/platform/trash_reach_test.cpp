@@ -4,6 +4,7 @@
 
 #include <cerrno>
 
+#include "platform/files/identity.h"
 #include "platform/trash_fixture.h"
 
 namespace vesk {

@@ -7,7 +7,7 @@
 
 #include "platform/files/files.h"
 #include "rules/catalogue.h"
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 #include "rules/rule_test.h"
 #include "rules/run_tool.h"
 

@@ -14,7 +14,7 @@
 #include <set>
 #include <thread>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
 #include "platform/trash/trash_info.h"
 #include "state/store_home.h"
 #include "support/child_program.h"

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/files/identity.h"
 #include "platform/trash/trash.h"
 #include "platform/world.h"
 #include "support/stat_times.h"
@@ -94,7 +95,7 @@ inline std::int64_t trashing(const SeenItem& item) {
 /// The errno value with which an item is not put back; 0 when it is. By its record alone, unless an identity is given.
 inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original,
                                 const std::optional<TrashedIdentity>& identity = std::nullopt) {
-    const std::optional<PlatformError> error = putBack({trashed, original, now(), identity});
+    const std::optional<PlatformError> error = restoreItem({trashed, original, now(), identity});
     syncMoves({trashed});
     forgetReturned({trashed, original, now(), identity});
     return error ? error->code : 0;

@@ -17,7 +17,7 @@
 #include <system_error>
 #include <utility>
 
-#include "app/refusal.h"
+#include "app/startup_error.h"
 #include "demo_home/demo_home.h"
 #include "platform/system/preferences.h"
 #include "platform/world.h"
@@ -52,9 +52,9 @@ public:
         }
     }
 
-    void take(const std::string& name, const vesk::Refusal& refusal) {
+    void take(const std::string& name, const vesk::StartupError& error) {
         QQmlApplicationEngine engine;
-        QQuickWindow* window = vesk::loadRefusal(engine, refusal);
+        QQuickWindow* window = vesk::loadStartupError(engine, error);
         vesk::runFor(120);
         save(window != nullptr ? window->grabWindow() : QImage(),
              QString::fromStdString(name) + QLatin1String(scale_ == Scale::twofold ? "@2x" : ""));
@@ -137,12 +137,13 @@ int main(int argc, char** argv) {
             photographer.take(scene);
         }
     }
-    const std::pair<std::string, vesk::Refusal> refusals[] = {{"refusal-no-home", vesk::refusals::homeUnknown},
-                                                              {"refusal-whole-disk", vesk::refusals::homeIsWholeDisk},
-                                                              {"refusal-silent-first", vesk::refusals::firstIsSilent}};
-    for (const auto& [name, refusal] : refusals) {
+    const std::pair<std::string, vesk::StartupError> errors[] = {
+        {"cannot-start-no-home", vesk::startupErrors::homeUnknown},
+        {"cannot-start-whole-disk", vesk::startupErrors::homeIsWholeDisk},
+        {"cannot-start-silent-first", vesk::startupErrors::firstIsSilent}};
+    for (const auto& [name, error] : errors) {
         if (argc == 2 || name == argv[2]) {
-            photographer.take(name, refusal);
+            photographer.take(name, error);
         }
     }
     bool failed = photographer.failed();

@@ -1,5 +1,5 @@
 // What macOS hands over when a folder's names and attributes are read in one go (getattrlistbulk(2)): records in a
-// buffer, taken apart here without a system call, so that every system can test it. Only folder_reader_macos.cpp uses
+// buffer, taken apart here without a system call, so that every system can test it. Only directory_macos.cpp uses
 // it otherwise. Any thread; allocates nothing.
 #pragma once
 
@@ -8,7 +8,7 @@
 #include <optional>
 #include <span>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/directory.h"
 #include "platform/files/resource_values.h"
 
 namespace vesk {
@@ -43,7 +43,7 @@ struct BulkItem {
     /// The errno value with which the item's attributes could not be read; 0 when they could.
     int error = 0;
     ItemKind kind = ItemKind::unknown;
-    /// Absent unless the record told all that `lookAt` would tell of such an item. (Of a folder it tells no size.)
+    /// Absent unless the record told all that `statItem` would tell of such an item. (Of a folder it tells no size.)
     std::optional<ResourceValues> values;
 };
 

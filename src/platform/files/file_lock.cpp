@@ -7,7 +7,8 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/files/files.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/moving.h"
 
 namespace vesk {
 

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
 
 namespace vesk {
 

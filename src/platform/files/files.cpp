@@ -7,8 +7,9 @@
 #include <cerrno>
 #include <system_error>
 
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
 #include "platform/files/files_system.h"
-#include "platform/files/folder_reader.h"
 
 namespace vesk {
 
@@ -27,7 +28,7 @@ FolderListing listOpened(const Descriptor& opened, ListingDetail detail) {
         item.isDirectory = found.kind == ItemKind::folder;
         ResourceValues values;
         if ((detail == ListingDetail::dates || found.kind == ItemKind::unknown) &&
-            lookAt(opened.get(), found, values) == 0) {
+            statItem(opened.get(), found, values) == 0) {
             item.isDirectory = values.isDirectory;
             item.contentModificationDate = values.contentModificationDate;
         }
@@ -57,7 +58,7 @@ FolderListing listSubfolder(const std::filesystem::path& parent, const std::stri
 
 std::optional<ResourceValues> resourceValues(const std::filesystem::path& item) {
     ResourceValues values;
-    if (lookAt(AT_FDCWD, item.c_str(), values) != 0) {
+    if (statItem(AT_FDCWD, item.c_str(), values) != 0) {
         return std::nullopt;
     }
     return values;

@@ -1,13 +1,10 @@
-// Single files and folders by their paths: listings, existence tests, looks at one item, moves. What the layers above
-// do to the disk goes through here, the walk, the preferences or the Trash. Nothing here follows a link or changes an
-// access time unless it says so, and nothing throws. Callable from any thread.
+// Single files and folders by their paths: listings, existence tests, looks at one item. Nothing here follows a link or
+// changes an access time unless it says so, and nothing throws. Callable from any thread.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/error.h"
@@ -60,33 +57,5 @@ std::optional<std::filesystem::path> resolvingLinks(const std::filesystem::path&
 
 /// Whether a file system is mounted at this folder itself, or it is another one's folder shown there.
 bool isMountPoint(const std::filesystem::path& folder);
-
-/// Which folder stands at a path, so that another one put in its place can be told from it.
-struct FolderIdentity {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    /// When the folder was made, since inode numbers are used again; absent when the file system does not say.
-    std::optional<Date> made;
-    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
-};
-
-/// The identity of the folder that a path leads to (links are followed); absent when there is none or it may not be
-/// looked at.
-std::optional<FolderIdentity> folderIdentity(const std::filesystem::path& folder);
-
-/// The same of an open folder.
-std::optional<FolderIdentity> folderIdentity(int folder);
-
-/// Moves an item from one open folder to another, or within one, under a new name: by one rename, never over anything
-/// (EEXIST), never to another file system (EXDEV). Returns 0, or the errno value of the failure; nothing has moved
-/// then.
-int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const char* newName);
-
-/// Makes a folder and those above it that are missing, each with this mode less the user's mask. Returns 0 when the
-/// folder stands, or the errno value of the failure.
-int makeFolders(const std::filesystem::path& folder, unsigned mode);
-
-/// Writes all the bytes to an open file. Returns 0, or the errno value of the failure.
-int writeAll(int file, std::string_view bytes);
 
 }  // namespace vesk

@@ -11,7 +11,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/syncing.h"
 
 namespace vesk {

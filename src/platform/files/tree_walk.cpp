@@ -16,7 +16,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
 #include "platform/threads/background.h"
 #include "platform/threads/work_sharing.h"
 
@@ -72,7 +73,7 @@ using ErrorHandler = std::function<void(const PlatformError&)>;
 // Looks at one item. A regular file goes to `visitor`; true when it is a folder.
 bool lookAndTellFolder(int folder, const ListedItem& item, const FileVisitor& visitor, const ErrorHandler& onError) {
     ResourceValues values;
-    if (const int unreadable = lookAt(folder, item, values, WantedDates::lastUse); unreadable != 0) {
+    if (const int unreadable = statItem(folder, item, values, WantedDates::lastUse); unreadable != 0) {
         onError(posixError(unreadable));
     } else if (values.isRegularFile) {
         visitor(values);
@@ -175,7 +176,7 @@ private:
             current_.close();
             return;
         }
-        Descriptor parent = openPatiently([&] { return openFolder(current_.get(), "..", LastLink::refuse); });
+        Descriptor parent = openPatiently([&] { return openFolder(current_.get(), "..", LastLink::doNotFollow); });
         if (!parent || identityOf(parent.get()) != levels_.back().identity) {
             parent = reopenDeepestLevel();
         }
@@ -346,7 +347,7 @@ private:
 
 bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor()>& makeVisitor,
               const std::function<void(const PlatformError&)>& onError) {
-    Descriptor opened = openPatiently([&] { return openFolder(AT_FDCWD, top.c_str(), LastLink::refuse); });
+    Descriptor opened = openPatiently([&] { return openFolder(AT_FDCWD, top.c_str(), LastLink::doNotFollow); });
     if (!opened) {
         onError(posixError(errno));
         return false;

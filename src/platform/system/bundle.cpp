@@ -15,7 +15,7 @@
 #include <cerrno>
 #include <cstdint>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
 #include "platform/system/old_property_list.h"
 
 namespace vesk {

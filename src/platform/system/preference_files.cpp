@@ -14,8 +14,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/files/files.h"
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
+#include "platform/files/moving.h"
 
 namespace vesk {
 

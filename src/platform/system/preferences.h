@@ -2,7 +2,7 @@
 //
 // On macOS they are the platform's user defaults; on Linux, and in every made-up world, one file for each key in a
 // folder that only its owner may read, each replaced whole, so that a reader finds the old value or the new one and
-// never a part. Used by Store, and by app/only_window.cpp for the lock's place; on the main thread.
+// never a part. Used by Store, and by app/single_instance.cpp for the lock's place; on the main thread.
 #pragma once
 
 #include <cstddef>

@@ -12,7 +12,7 @@
 #include <mutex>
 #include <set>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
 
 #ifdef __APPLE__
 #include <crt_externs.h>

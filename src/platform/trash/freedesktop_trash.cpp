@@ -13,9 +13,10 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/files/files_system.h"
-#include "platform/files/folder_reader.h"
-#include "platform/files/item_identity.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
+#include "platform/files/identity.h"
+#include "platform/files/moving.h"
 #include "platform/files/syncing.h"
 #include "platform/text.h"
 #include "platform/trash/trash_info.h"
@@ -51,7 +52,7 @@ int openOwnFolder(int parent, const char* name, Descriptor& folder) {
     if (mkdirat(parent, name, ownerOnly) != 0 && errno != EEXIST) {
         return errno;
     }
-    folder = openFolder(parent, name, LastLink::refuse);
+    folder = openFolder(parent, name, LastLink::doNotFollow);
     if (!folder) {
         return errno;
     }
@@ -111,7 +112,7 @@ std::optional<fs::path> topOfVolume(fs::path folder, const VolumeIdentity& volum
 // The Trash that an administrator made for all users of a volume; it must be a real folder and sticky, or a user could
 // take away what another one deleted.
 int openSharedTrash(int top, const fs::path& topPlace, const std::string& user, OpenTrash& trash) {
-    const Descriptor shared = openFolder(top, ".Trash", LastLink::refuse);
+    const Descriptor shared = openFolder(top, ".Trash", LastLink::doNotFollow);
     struct stat found {};
     if (!shared || fstat(shared.get(), &found) != 0) {
         return errno;
@@ -132,7 +133,7 @@ int openVolumeTrash(const HeldItem& item, const VolumeIdentity& volume, OpenTras
         return ENOENT;
     }
     const std::optional<fs::path> topPlace = topOfVolume(*parent, volume);
-    const Descriptor top = topPlace ? openFolder(AT_FDCWD, topPlace->c_str(), LastLink::refuse) : Descriptor();
+    const Descriptor top = topPlace ? openFolder(AT_FDCWD, topPlace->c_str(), LastLink::doNotFollow) : Descriptor();
     if (!top || volumeIdentity(top.get()) != volume) {
         return EXDEV;
     }

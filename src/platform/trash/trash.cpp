@@ -9,7 +9,10 @@
 #include <set>
 #include <string>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
+#include "platform/files/identity.h"
+#include "platform/files/moving.h"
 #include "platform/files/syncing.h"
 #include "platform/text.h"
 #include "platform/trash/freedesktop_trash.h"
@@ -56,12 +59,12 @@ bool isWithinReach(const fs::path& item) {
 }
 
 // Why an item is not the old one that was seen, by one look at it; 0 when it is, or when its age is of no matter.
-int refusalOfNewer(const SeenItem& item, int folder) {
+int failureIfNewer(const SeenItem& item, int folder) {
     if (!item.dates.modified && !item.dates.accessed) {
         return 0;
     }
     ResourceValues values;
-    if (const int failure = lookAt(folder, item.path.filename().c_str(), values)) {
+    if (const int failure = statItem(folder, item.path.filename().c_str(), values)) {
         return failure;
     }
     return isNewer(values, item.dates) ? ESTALE : 0;
@@ -173,27 +176,27 @@ void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldF
 }  // namespace
 
 TrashOutcome moveToTrash(const SeenItem& item) {
-    const auto refused = [](int number) { return TrashOutcome{posixError(number), {}, {}}; };
+    const auto notMoved = [](int number) { return TrashOutcome{posixError(number), {}, {}}; };
     if (!isWithinReach(item.path)) {
-        return refused(EPERM);
+        return notMoved(EPERM);
     }
     if (!isUtf8(item.path.string())) {
-        return refused(EILSEQ);
+        return notMoved(EILSEQ);
     }
     const Descriptor folder = openFolder(AT_FDCWD, item.path.parent_path().c_str(), LastLink::follow);
     if (!folder) {
-        return refused(errno);
+        return notMoved(errno);
     }
     if (!item.folder || folderIdentity(folder.get()) != item.folder) {
-        return refused(ESTALE);
+        return notMoved(ESTALE);
     }
-    if (const int failure = refusalOfNewer(item, folder.get())) {
-        return refused(failure);
+    if (const int failure = failureIfNewer(item, folder.get())) {
+        return notMoved(failure);
     }
     return moveToUsersTrash({item.path, item.path.filename().string(), folder.get()});
 }
 
-std::optional<PlatformError> putBack(const TrashedItem& item) {
+std::optional<PlatformError> restoreItem(const TrashedItem& item) {
     if (!isUsable(item.place) || !isUsable(item.original)) {
         return posixError(EINVAL);
     }
@@ -253,7 +256,7 @@ TrashState stateInTrash(const TrashedItem& item) {
         case EACCES:
         case EPERM:
         case EROFS:
-            return TrashState::refused;
+            return TrashState::denied;
         case ENOENT:
         case ESTALE:
             return item.identity && isBack(item) ? TrashState::back : TrashState::gone;

@@ -18,8 +18,7 @@
 
 #include "platform/date.h"
 #include "platform/error.h"
-#include "platform/files/files.h"
-#include "platform/files/item_identity.h"
+#include "platform/files/identity.h"
 
 namespace vesk {
 
@@ -28,7 +27,7 @@ struct SeenItem {
     /// Its absolute path.
     std::filesystem::path path;
     /// The folder in which it lay; absent when nobody looked.
-    std::optional<FolderIdentity> folder = {};
+    std::optional<ItemIdentity> folder = {};
     /// The item's own dates, where its age is why it goes.
     ItemDates dates = {};
 };
@@ -78,7 +77,7 @@ TrashOutcome moveToTrash(const SeenItem& item);
 ///   each item, the record has to tell the same original place, and a deletion no later than `cleaned`; where the
 ///   system keeps it, the identity decides alone. An identity that was noted has to be the same in either case;
 /// - EEXIST: something else is in its place.
-std::optional<PlatformError> putBack(const TrashedItem& item);
+std::optional<PlatformError> restoreItem(const TrashedItem& item);
 
 /// Removes the Trash's record of an item that is back at its place, by this undo or by an earlier one that ended before
 /// it was through; does nothing for any other. To be called after `syncMoves`: a power loss could take back the move
@@ -96,7 +95,7 @@ enum class TrashState {
     /// In the Trash; something else is in its place.
     placeTaken,
     /// In the Trash, and may not be moved back.
-    refused,
+    denied,
     /// In the Trash; some other failure would keep it there, or keeps it from being looked at.
     failing,
     /// At its place; told only of an item of which an identity was noted.
@@ -105,7 +104,7 @@ enum class TrashState {
     gone,
 };
 
-/// What `putBack` would meet now, as far as it can be told without touching anything.
+/// What `restoreItem` would meet now, as far as it can be told without touching anything.
 TrashState stateInTrash(const TrashedItem& item);
 
 }  // namespace vesk

@@ -9,7 +9,9 @@
 #include <optional>
 #include <utility>
 
-#include "platform/files/item_identity.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/identity.h"
+#include "platform/files/moving.h"
 #include "platform/files/syncing.h"
 #include "platform/trash/trash_info.h"
 
@@ -45,8 +47,8 @@ bool isSamePlace(fs::path first, fs::path second) {
     while (first.has_relative_path() && first.filename() == second.filename()) {
         first = first.parent_path();
         second = second.parent_path();
-        const std::optional<FolderIdentity> folder = folderIdentity(first);
-        const std::optional<FolderIdentity> other = folderIdentity(second);
+        const std::optional<ItemIdentity> folder = folderIdentity(first);
+        const std::optional<ItemIdentity> other = folderIdentity(second);
         if (folder || other) {
             return folder == other;
         }

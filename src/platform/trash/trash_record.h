@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
 #include "platform/trash/trash.h"
 
 namespace vesk {

@@ -22,13 +22,13 @@ Rectangle {
         anchors.margins: 16
         spacing: 4
 
-        Words {
+        Label {
             Layout.fillWidth: true
             text: "A few spots are private to macOS"
             weight: Font.Bold
             wrapMode: Text.Wrap
         }
-        Words {
+        Label {
             objectName: "areasText"
             Layout.fillWidth: true
             text: `Vesk couldn't peek into: ${banner.areas.join(", ")}. Allow Full Disk Access and scan again to include them.`

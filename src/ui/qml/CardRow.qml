@@ -85,9 +85,9 @@ Item {
                 chip: Theme.bucketLabel(row.bucket)
                 tint: row.tint
             }
-            Words {
+            Label {
                 objectName: "sizeText"
-                said: true
+                announcedByParent: true
                 text: row.amount
                 weight: Font.Bold
             }

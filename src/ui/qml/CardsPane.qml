@@ -22,7 +22,7 @@ ColumnLayout {
         Layout.fillWidth: true
         spacing: Theme.wideGap
 
-        Words {
+        Label {
             Layout.fillWidth: true
             text: "Best first"
             font.pixelSize: Theme.headline
@@ -40,7 +40,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.fillHeight: true
 
-        Words {
+        Label {
             objectName: "lookingText"
             anchors.centerIn: parent
             visible: pane.store.cards.count === 0 && pane.store.phase === "scanning"
@@ -54,7 +54,7 @@ ColumnLayout {
             visible: pane.store.cards.count === 0 && pane.store.phase !== "scanning"
             spacing: Theme.gap
 
-            Words {
+            Label {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 text: "Squeaky clean!"
@@ -63,7 +63,7 @@ ColumnLayout {
                 fontSizeMode: Text.HorizontalFit
                 minimumPixelSize: 24
             }
-            Words {
+            Label {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 text: "Nothing worth cleaning right now."

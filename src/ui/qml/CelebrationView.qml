@@ -52,7 +52,7 @@ ModalLayer {
             width: parent.width - 64
             spacing: Theme.gap
 
-            component Line: Words {
+            component Line: Label {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap

@@ -66,7 +66,7 @@ ModalLayer {
                     width: body.width - (body.contentHeight > body.height ? 12 : 0)
                     spacing: 16
 
-                    Words {
+                    Label {
                         objectName: "contentsHeading"
                         Layout.fillWidth: true
                         text: card.snapshotCount === 0
@@ -87,7 +87,7 @@ ModalLayer {
                         Layout.fillWidth: true
                         spacing: 4
 
-                        Words {
+                        Label {
                             objectName: "whyHeading"
                             Layout.fillWidth: true
                             text: card.bucket === "safe" ? "Why it's safe" : "Think about it first"
@@ -95,7 +95,7 @@ ModalLayer {
                             wrapMode: Text.Wrap
                             Accessible.role: Accessible.Heading
                         }
-                        Words {
+                        Label {
                             objectName: "whyText"
                             Layout.fillWidth: true
                             text: card.why
@@ -103,7 +103,7 @@ ModalLayer {
                             wrapMode: Text.Wrap
                         }
                     }
-                    Words {
+                    Label {
                         objectName: "dormancyText"
                         Layout.fillWidth: true
                         text: `Last used about ${card.dormancyDays} day${card.dormancyDays === 1 ? "" : "s"} ago. `
@@ -145,7 +145,7 @@ ModalLayer {
             visible: !card.found
             spacing: Theme.wideGap
 
-            Words {
+            Label {
                 objectName: "goneText"
                 Layout.fillWidth: true
                 Layout.fillHeight: true

@@ -32,7 +32,7 @@ ColumnLayout {
             }
         }
     }
-    Words {
+    Label {
         objectName: "detailSummary"
         Layout.fillWidth: true
         text: detail.summary === "" ? "Looking in the Trash…" : detail.summary
@@ -42,7 +42,7 @@ ColumnLayout {
     Repeater {
         model: detail.lines
 
-        Words {
+        Label {
             required property string modelData
             required property int index
 
@@ -57,7 +57,7 @@ ColumnLayout {
             clip: true  // as in SheetEntries
         }
     }
-    Words {
+    Label {
         objectName: "detailMore"
         Layout.fillWidth: true
         visible: detail.moreCount > 0

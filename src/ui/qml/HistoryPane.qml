@@ -20,7 +20,7 @@ Item {
         visible: pane.store.history.count === 0
         spacing: Theme.gap
 
-        Words {
+        Label {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: "No cleanups yet"
@@ -29,7 +29,7 @@ Item {
             wrapMode: Text.Wrap
             Accessible.role: Accessible.Heading
         }
-        Words {
+        Label {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: "Past cleanups show up here with an Undo."

@@ -65,16 +65,16 @@ Item {
             ColumnLayout {
                 spacing: 2
 
-                Words {
-                    said: true
+                Label {
+                    announcedByParent: true
                     objectName: "amountText"
                     Layout.fillWidth: true
                     text: row.amount
                     weight: Font.Bold
                     wrapMode: Text.Wrap
                 }
-                Words {
-                    said: true
+                Label {
+                    announcedByParent: true
                     objectName: "titlesText"
                     Layout.fillWidth: true
                     text: row.titles
@@ -84,8 +84,8 @@ Item {
                     maximumLineCount: 3
                     clip: true
                 }
-                Words {
-                    said: true
+                Label {
+                    announcedByParent: true
                     objectName: "dateText"
                     Layout.fillWidth: true
                     text: row.dateText
@@ -93,8 +93,8 @@ Item {
                     font.pixelSize: Theme.caption
                     elide: Text.ElideRight
                 }
-                Words {
-                    said: true
+                Label {
+                    announcedByParent: true
                     objectName: "snapshotsText"
                     Layout.fillWidth: true
                     visible: row.snapshots !== ""
@@ -131,8 +131,8 @@ Item {
                     wanted: row.opened
                 }
             }
-            Words {
-                said: true
+            Label {
+                announcedByParent: true
                 objectName: "outcomeText"
                 visible: row.outcome !== ""
                 text: row.outcome

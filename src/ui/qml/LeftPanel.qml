@@ -39,7 +39,7 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     T.ScrollBar.vertical: SlimScrollBar {}
 
-    Words {
+    Label {
         id: title
 
         objectName: "productTitle"

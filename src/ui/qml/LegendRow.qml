@@ -35,10 +35,10 @@ Item {
         title: row.title
         note: row.detail
     }
-    Words {
+    Label {
         id: amount
 
-        said: true
+        announcedByParent: true
         objectName: "sizeText"
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter

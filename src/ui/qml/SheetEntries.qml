@@ -33,7 +33,7 @@ Rectangle {
 
                 spacing: Theme.wideGap
 
-                Words {
+                Label {
                     objectName: "entryName"
                     Layout.fillWidth: true
                     text: entryRow.name
@@ -43,7 +43,7 @@ Rectangle {
                     // A name's combining marks may stand one above the other, far beyond its row.
                     clip: true
                 }
-                Words {
+                Label {
                     objectName: "entrySize"
                     text: entryRow.sizeText
                     color: Theme.softInk
@@ -51,7 +51,7 @@ Rectangle {
                 }
             }
         }
-        Words {
+        Label {
             objectName: "moreText"
             visible: box.detail.moreCount > 0
             text: `and ${box.detail.moreCount} more`

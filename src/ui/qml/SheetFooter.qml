@@ -23,10 +23,10 @@ RowLayout {
         returnPresses: false
         onToggled: footer.toggled(checked)
     }
-    Words {
+    Label {
         Layout.fillWidth: true
         text: "Include in clean"
-        said: true
+        announcedByParent: true
         weight: Font.Bold
         elide: Text.ElideRight
     }

@@ -19,7 +19,7 @@ RowLayout {
     ColumnLayout {
         spacing: 0
 
-        Words {
+        Label {
             objectName: "sheetTitle"
             Layout.fillWidth: true
             text: header.detail.title
@@ -31,7 +31,7 @@ RowLayout {
             wrapMode: Text.Wrap
             Accessible.role: Accessible.Heading
         }
-        Words {
+        Label {
             objectName: "sheetAmount"
             text: header.detail.snapshotCount > 0 ? `${header.detail.snapshotCount} snapshots` : header.detail.sizeText
             color: Theme.softInk

@@ -40,12 +40,12 @@ Item {
         lineWidth: 8
     }
     // A line in the middle of the ring: as large as its room allows.
-    component InnerText: Words {
+    component InnerText: Label {
         /// The size it has where there is room, and its part of the room where there is not.
         required property real fullSize
         required property real share
 
-        said: true
+        announcedByParent: true
         anchors.horizontalCenter: parent.horizontalCenter
         width: parent.width
         horizontalAlignment: Text.AlignHCenter

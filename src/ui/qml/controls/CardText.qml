@@ -17,7 +17,7 @@ Column {
         width: lines.width
         height: Math.max(titleText.height, chipText.height)
 
-        Words {
+        Label {
             id: titleText
 
             anchors.verticalCenter: parent.verticalCenter
@@ -28,13 +28,13 @@ Column {
             elide: Text.ElideRight
             maximumLineCount: 4
             clip: true
-            said: true
+            announcedByParent: true
         }
         Chip {
             id: chipText
 
             objectName: "chip"
-            said: true
+            announcedByParent: true
             anchors.left: titleText.right
             anchors.leftMargin: Theme.gap
             anchors.verticalCenter: parent.verticalCenter
@@ -42,7 +42,7 @@ Column {
             tint: lines.tint
         }
     }
-    Words {
+    Label {
         width: lines.width
         text: lines.summary
         color: Theme.softInk
@@ -51,6 +51,6 @@ Column {
         elide: Text.ElideRight
         // Large text in a small window needs more of them to say as much.
         maximumLineCount: Theme.textScale > 1.25 ? 4 : 2
-        said: true
+        announcedByParent: true
     }
 }

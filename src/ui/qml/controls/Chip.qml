@@ -7,17 +7,17 @@ Rectangle {
 
     required property string text
     required property color tint
-    property bool said: false
+    property bool announcedByParent: false
 
     implicitWidth: Math.ceil(words.implicitWidth) + 16
     implicitHeight: Math.ceil(words.implicitHeight) + 4
     radius: height / 2
     color: Theme.faded(tint, 0.28)
 
-    Words {
+    Label {
         id: words
 
-        said: chip.said
+        announcedByParent: chip.announcedByParent
         anchors.centerIn: parent
         text: chip.text
         font.pixelSize: Theme.chip

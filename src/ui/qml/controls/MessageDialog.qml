@@ -26,7 +26,7 @@ ModalLayer {
             anchors.margins: 28
             spacing: 0
 
-            Words {
+            Label {
                 objectName: "dialogTitle"
                 Layout.fillWidth: true
                 text: dialog.title
@@ -35,7 +35,7 @@ ModalLayer {
                 wrapMode: Text.Wrap
                 Accessible.role: Accessible.Heading
             }
-            Words {
+            Label {
                 objectName: "dialogMessage"
                 Layout.fillWidth: true
                 Layout.topMargin: Theme.gap

@@ -8,15 +8,15 @@ Column {
     required property string title
     required property string note
 
-    Words {
-        said: true
+    Label {
+        announcedByParent: true
         width: lines.width
         text: lines.title
         weight: Font.Bold
         wrapMode: Text.Wrap
     }
-    Words {
-        said: true
+    Label {
+        announcedByParent: true
         width: lines.width
         text: lines.note
         color: Theme.softInk

@@ -1,16 +1,15 @@
-#include "platform/files/item_identity.h"
+#include "platform/files/identity.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "platform/files/files.h"
-#include "platform/files/item_identity_system.h"
+#include "platform/files/identity_system.h"
 
 namespace vesk {
 
 namespace {
 
-std::optional<FolderIdentity> folderOf(int folder, const char* name) {
+std::optional<ItemIdentity> folderOf(int folder, const char* name) {
     return folder == AT_FDCWD ? folderIdentity(std::filesystem::path(name).parent_path()) : folderIdentity(folder);
 }
 
@@ -64,8 +63,8 @@ bool areTwoNamesOfOneFile(int folder, const char* name, int otherFolder, const c
         return false;
     }
     const auto dates = datesOfChange(folder, name);
-    const std::optional<FolderIdentity> firstFolder = folderOf(folder, name);
-    const std::optional<FolderIdentity> secondFolder = folderOf(otherFolder, otherName);
+    const std::optional<ItemIdentity> firstFolder = folderOf(folder, name);
+    const std::optional<ItemIdentity> secondFolder = folderOf(otherFolder, otherName);
     return first.st_nlink > 1 && lookAlike(first, second) && dates && dates == datesOfChange(otherFolder, otherName) &&
            firstFolder && secondFolder && firstFolder != secondFolder &&
            generationOf(folder, name) == generationOf(otherFolder, otherName);

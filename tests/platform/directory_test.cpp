@@ -1,4 +1,4 @@
-#include "platform/files/folder_reader.h"
+#include "platform/files/directory.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/files/descriptor.h"
 #include "support/temporary_home.h"
 
 namespace vesk {
@@ -20,13 +21,13 @@ using testing::makeLink;
 using testing::setDates;
 using testing::testHome;
 
-class FolderReaderTest : public testing::TemporaryHome {
+class DirectoryTest : public testing::TemporaryHome {
 protected:
     std::filesystem::path folder = testHome() / "folder";
 };
 
 // Where a system delivers figures with the names, they must be those that a look at each item gives.
-TEST_F(FolderReaderTest, WhatComesWithAListingIsWhatALookTells) {
+TEST_F(DirectoryTest, ListedValuesEqualStatValues) {
     makeFile(folder / "small", 1);
     makeFile(folder / "large", 1'000'000);
     makeFile(folder / "empty", 0);
@@ -39,7 +40,7 @@ TEST_F(FolderReaderTest, WhatComesWithAListingIsWhatALookTells) {
     ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
     setDates(folder / "small", dateFromUnix(-5, 250'000'000), dateFromUnix(1'000'000'000, 0));
 
-    const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::refuse);
+    const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::doNotFollow);
     ASSERT_TRUE(opened);
     std::vector<std::string> names;
     EXPECT_EQ(readNames(opened.get(),
@@ -48,8 +49,8 @@ TEST_F(FolderReaderTest, WhatComesWithAListingIsWhatALookTells) {
                             names.emplace_back(item.name);
                             ResourceValues listed;
                             ResourceValues looked;
-                            ASSERT_EQ(lookAt(opened.get(), item, listed), 0);
-                            ASSERT_EQ(lookAt(opened.get(), item.name, looked), 0);
+                            ASSERT_EQ(statItem(opened.get(), item, listed), 0);
+                            ASSERT_EQ(statItem(opened.get(), item.name, looked), 0);
                             EXPECT_EQ(listed.isRegularFile, looked.isRegularFile);
                             EXPECT_EQ(listed.isDirectory, looked.isDirectory);
                             EXPECT_EQ(listed.isSymbolicLink, looked.isSymbolicLink);
@@ -64,25 +65,25 @@ TEST_F(FolderReaderTest, WhatComesWithAListingIsWhatALookTells) {
                                                        "second name", "fifo"));
 }
 
-TEST_F(FolderReaderTest, FiguresThatCameWithTheNameSpareTheLook) {
+TEST_F(DirectoryTest, FiguresThatCameWithTheNameSpareTheLook) {
     ResourceValues delivered;
     delivered.isRegularFile = true;
     delivered.totalFileAllocatedSize = 4096;
     ResourceValues values;
     // No folder at all: a look would fail.
-    EXPECT_EQ(lookAt(-1, ListedItem{"name", ItemKind::regularFile, &delivered}, values), 0);
+    EXPECT_EQ(statItem(-1, ListedItem{"name", ItemKind::regularFile, &delivered}, values), 0);
     EXPECT_TRUE(values.isRegularFile);
     EXPECT_EQ(values.totalFileAllocatedSize, 4096);
-    EXPECT_EQ(lookAt(-1, ListedItem{"name", ItemKind::regularFile}, values), EBADF);
+    EXPECT_EQ(statItem(-1, ListedItem{"name", ItemKind::regularFile}, values), EBADF);
 }
 
-TEST_F(FolderReaderTest, AFolderOfManyNamesIsReadWhole) {
+TEST_F(DirectoryTest, AFolderOfManyNamesIsReadWhole) {
     std::vector<std::string> made;
     for (int i = 0; i < 3000; ++i) {
         made.push_back(std::to_string(i) + std::string(static_cast<std::size_t>(i % 200), 'x'));
         makeFile(folder / made.back(), 0);
     }
-    const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::refuse);
+    const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::doNotFollow);
     ASSERT_TRUE(opened);
     std::vector<std::string> names;
     EXPECT_EQ(readNames(opened.get(), [&](ListedItem item) { names.emplace_back(item.name); }), 0);

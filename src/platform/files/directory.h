@@ -5,32 +5,11 @@
 #pragma once
 
 #include <functional>
-#include <utility>
 
+#include "platform/files/descriptor.h"
 #include "platform/files/resource_values.h"
 
 namespace vesk {
-
-/// An open descriptor, closed when it goes out of scope.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept;
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { close(); }
-
-    int get() const { return number_; }
-    explicit operator bool() const { return number_ >= 0; }
-    void close();
-    /// Leaves the closing to somebody else.
-    int release() { return std::exchange(number_, -1); }
-
-private:
-    int number_ = -1;
-};
 
 enum class ItemKind { folder, regularFile, other, unknown };
 
@@ -44,7 +23,7 @@ struct ListedItem {
 };
 
 /// Whether a link at the very end of the path is followed.
-enum class LastLink { follow, refuse };
+enum class LastLink { follow, doNotFollow };
 
 /// Opens the folder at a path relative to `parent` (AT_FDCWD for an absolute one), without changing its access time
 /// where the system allows that. Gives an empty descriptor with errno set on failure; ENOTDIR or ELOOP when it is no
@@ -64,12 +43,12 @@ int readNames(int folder, const std::function<void(ListedItem)>& visit);
 enum class WantedDates { both, lastUse };
 
 /// Looks at one item of an open folder, not following links. Returns 0, or an errno value.
-int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dates = WantedDates::both);
+int statItem(int folder, const char* name, ResourceValues& values, WantedDates dates = WantedDates::both);
 
 /// The same for an item of a listing: what came with it, or else a look.
-inline int lookAt(int folder, const ListedItem& item, ResourceValues& values, WantedDates dates = WantedDates::both) {
+inline int statItem(int folder, const ListedItem& item, ResourceValues& values, WantedDates dates = WantedDates::both) {
     if (item.values == nullptr) {
-        return lookAt(folder, item.name, values, dates);
+        return statItem(folder, item.name, values, dates);
     }
     values = *item.values;
     return 0;

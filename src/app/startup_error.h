@@ -6,29 +6,29 @@
 namespace vesk {
 
 /// Why Vesk does not start: a heading without a full stop, and whole sentences.
-struct Refusal {
+struct StartupError {
     const char* title;
     const char* message;
 };
 
-namespace refusals {
+namespace startupErrors {
 
-inline constexpr Refusal homeUnknown = {
+inline constexpr StartupError homeUnknown = {
     "Vesk can't find your home folder",
     "Your account doesn't say where your home folder is, so there is nothing that Vesk could look through."};
-inline constexpr Refusal homeIsWholeDisk = {
+inline constexpr StartupError homeIsWholeDisk = {
     "Vesk doesn't scan a whole disk",
     "Your home folder is set to \"/\". Vesk looks through a home folder only, never through a whole disk."};
-inline constexpr Refusal homeIsAnothers = {
+inline constexpr StartupError homeIsAnothers = {
     "Vesk cleans your own home folder only",
     "Your home folder is set to one that belongs to another account, which couldn't open what Vesk would make there."};
-inline constexpr Refusal firstIsSilent = {"Vesk is already open",
-                                          "But its window doesn't answer. Quit that Vesk first, then open it again."};
+inline constexpr StartupError firstIsSilent = {
+    "Vesk is already open", "But its window doesn't answer. Quit that Vesk first, then open it again."};
 
-}  // namespace refusals
+}  // namespace startupErrors
 
 /// Loads the window that stands instead of the application's; the engine owns it. Null, with a warning of Qt's, when it
 /// cannot be made. The window shows itself, and quits the application when it is closed.
-QQuickWindow* loadRefusal(QQmlApplicationEngine& engine, const Refusal& refusal);
+QQuickWindow* loadStartupError(QQmlApplicationEngine& engine, const StartupError& error);
 
 }  // namespace vesk

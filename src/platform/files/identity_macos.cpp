@@ -7,7 +7,8 @@
 #include <array>
 #include <string_view>
 
-#include "platform/files/item_identity_system.h"
+#include "platform/files/identity.h"
+#include "platform/files/identity_system.h"
 
 namespace vesk {
 
@@ -23,6 +24,10 @@ FileType typeOf(mode_t mode) {
                            : FileType::other;
 }
 
+Date dateOf(const timespec& time) {
+    return dateFromUnix(time.tv_sec, time.tv_nsec);
+}
+
 ItemIdentity identityIn(const struct stat& found) {
     ItemIdentity identity;
     identity.type = typeOf(found.st_mode);
@@ -32,13 +37,18 @@ ItemIdentity identityIn(const struct stat& found) {
     return identity;
 }
 
+std::optional<ItemIdentity> ifFolder(bool isThere, const struct stat& found) {
+    return isThere && S_ISDIR(found.st_mode) ? std::optional(identityIn(found)) : std::nullopt;
+}
+
+std::optional<VolumeIdentity> volumeIdentityOf(const struct statfs& found) {
+    const auto half = [](int value) { return static_cast<std::uint64_t>(static_cast<std::uint32_t>(value)); };
+    return VolumeIdentity{0, (half(found.f_fsid.val[0]) << 32U) | half(found.f_fsid.val[1])};
+}
+
 bool keepsInodeNumbers(const struct statfs& found) {
     return std::find(keepingInodeNumbers.begin(), keepingInodeNumbers.end(), std::string_view(found.f_fstypename)) !=
            keepingInodeNumbers.end();
-}
-
-Date dateOf(const timespec& time) {
-    return dateFromUnix(time.tv_sec, time.tv_nsec);
 }
 
 }  // namespace
@@ -51,6 +61,26 @@ std::optional<ItemIdentity> itemIdentity(int folder, const char* name) {
 std::optional<ItemIdentity> itemIdentity(int opened) {
     struct stat found {};
     return fstat(opened, &found) == 0 ? std::optional(identityIn(found)) : std::nullopt;
+}
+
+std::optional<ItemIdentity> folderIdentity(const std::filesystem::path& folder) {
+    struct stat found {};
+    return ifFolder(stat(folder.c_str(), &found) == 0, found);
+}
+
+std::optional<ItemIdentity> folderIdentity(int folder) {
+    struct stat found {};
+    return ifFolder(fstat(folder, &found) == 0, found);
+}
+
+std::optional<VolumeIdentity> volumeIdentity(int folder) {
+    struct statfs found {};
+    return fstatfs(folder, &found) == 0 ? volumeIdentityOf(found) : std::nullopt;
+}
+
+std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item) {
+    struct statfs found {};
+    return statfs(item.c_str(), &found) == 0 ? volumeIdentityOf(found) : std::nullopt;
 }
 
 std::optional<Date> contentModificationDate(int opened) {

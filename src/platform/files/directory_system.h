@@ -1,9 +1,10 @@
-// What folder_reader_linux.cpp and folder_reader_macos.cpp do alike.
+// What directory_linux.cpp and directory_macos.cpp do alike.
 #pragma once
 
 #include <functional>
 
-#include "platform/files/folder_reader.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
 
 namespace vesk {
 

@@ -15,7 +15,8 @@
 #include <memory>
 
 #include "platform/files/bulk_attributes.h"
-#include "platform/files/folder_reader_system.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory_system.h"
 
 namespace vesk {
 
@@ -147,7 +148,7 @@ Descriptor openFolder(int parent, const char* path, LastLink lastLink) {
         errno = refused;
         return {};
     }
-    const int flags = openFlags | (lastLink == LastLink::refuse ? O_NOFOLLOW : 0);
+    const int flags = openFlags | (lastLink == LastLink::doNotFollow ? O_NOFOLLOW : 0);
     return Descriptor(openat(parent, path, flags));
 }
 
@@ -171,7 +172,7 @@ int readNames(int folder, const Visit& visit) {
     return readNamesOneByOne(folder, visit);
 }
 
-int lookAt(int folder, const char* name, ResourceValues& values, WantedDates /*dates*/) {
+int statItem(int folder, const char* name, ResourceValues& values, WantedDates /*dates*/) {
     struct stat found {};
     if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
         return errno;

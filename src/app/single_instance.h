@@ -11,7 +11,7 @@
 
 namespace vesk {
 
-class OnlyWindow {
+class SingleInstance {
 public:
     enum class Entry {
         /// This is the first, or nobody can tell: open the window.
@@ -23,9 +23,9 @@ public:
     };
 
     /// Of the world in force.
-    OnlyWindow();
-    OnlyWindow(const OnlyWindow&) = delete;
-    OnlyWindow& operator=(const OnlyWindow&) = delete;
+    SingleInstance();
+    SingleInstance(const SingleInstance&) = delete;
+    SingleInstance& operator=(const SingleInstance&) = delete;
 
     /// Becomes the first, or calls the first one. That one may just be starting or ending, so both are tried again, for
     /// at most `patience`. Needs the application object, not its event loop.

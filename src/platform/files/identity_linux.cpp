@@ -9,7 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/files/item_identity_system.h"
+#include "platform/files/identity.h"
+#include "platform/files/identity_system.h"
 
 namespace vesk {
 
@@ -32,20 +33,36 @@ FileType typeOf(unsigned mode) {
                            : FileType::other;
 }
 
+std::uint64_t deviceOf(const struct statx& found) {
+    return (std::uint64_t{found.stx_dev_major} << 32U) | found.stx_dev_minor;
+}
+
+std::optional<VolumeIdentity> volumeIdentityAt(int folder, const char* path, int flags) {
+    struct statx found {};
+    if (statx(folder, path, flags | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, STATX_MNT_ID, &found) != 0) {
+        return std::nullopt;
+    }
+    // Before Linux 5.8 the device has to do; a folder mounted twice is told apart only by the rename that fails.
+    return VolumeIdentity{(found.stx_mask & STATX_MNT_ID) != 0 ? found.stx_mnt_id : 0, deviceOf(found)};
+}
+
 std::optional<ItemIdentity> identityAt(int folder, const char* name, int flags) {
     struct statx found {};
-    if (statx(folder, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_INO | STATX_BTIME,
-              &found) != 0) {
+    if (statx(folder, name, flags | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_INO | STATX_BTIME, &found) != 0) {
         return std::nullopt;
     }
     ItemIdentity identity;
     identity.type = typeOf(found.stx_mode);
-    identity.device = (std::uint64_t{found.stx_dev_major} << 32U) | found.stx_dev_minor;
+    identity.device = deviceOf(found);
     identity.inode = found.stx_ino;
     if ((found.stx_mask & STATX_BTIME) != 0) {
         identity.made = dateFromUnix(found.stx_btime.tv_sec, found.stx_btime.tv_nsec);
     }
     return identity;
+}
+
+std::optional<ItemIdentity> ifFolder(const std::optional<ItemIdentity>& found) {
+    return found && found->type == FileType::folder ? found : std::nullopt;
 }
 
 bool keepsInodeNumbers(const struct statfs& found) {
@@ -60,11 +77,27 @@ Date dateOf(const timespec& time) {
 }  // namespace
 
 std::optional<ItemIdentity> itemIdentity(int folder, const char* name) {
-    return identityAt(folder, name, 0);
+    return identityAt(folder, name, AT_SYMLINK_NOFOLLOW);
 }
 
 std::optional<ItemIdentity> itemIdentity(int opened) {
     return identityAt(opened, "", AT_EMPTY_PATH);
+}
+
+std::optional<ItemIdentity> folderIdentity(const std::filesystem::path& folder) {
+    return ifFolder(identityAt(AT_FDCWD, folder.c_str(), AT_STATX_DONT_SYNC));
+}
+
+std::optional<ItemIdentity> folderIdentity(int folder) {
+    return ifFolder(identityAt(folder, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC));
+}
+
+std::optional<VolumeIdentity> volumeIdentity(int folder) {
+    return volumeIdentityAt(folder, "", AT_EMPTY_PATH);
+}
+
+std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item) {
+    return volumeIdentityAt(AT_FDCWD, item.c_str(), 0);
 }
 
 std::optional<Date> contentModificationDate(int opened) {

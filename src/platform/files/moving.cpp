@@ -1,4 +1,4 @@
-// The half of files.h that changes the disk, and what it goes by.
+#include "platform/files/moving.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,9 +7,8 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "platform/files/files.h"
 #include "platform/files/files_system.h"
-#include "platform/files/item_identity.h"
+#include "platform/files/identity.h"
 
 namespace vesk {
 
@@ -18,7 +17,7 @@ namespace {
 // What has a name in an open folder; links are not followed.
 enum class Name { taken, free, unknown };
 
-Name lookAtName(int folder, const char* name, struct stat& found) {
+Name nameAt(int folder, const char* name, struct stat& found) {
     if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) == 0) {
         return Name::taken;
     }
@@ -32,7 +31,7 @@ bool hasMovedNevertheless(const ItemIdentity& item, int fromFolder, const char* 
                           int failure) {
     struct stat found {};
     return failure != EEXIST && itemIdentity(toFolder, newName) == item &&
-           lookAtName(fromFolder, name, found) == Name::free;
+           nameAt(fromFolder, name, found) == Name::free;
 }
 
 bool isSameFile(const struct stat& first, const struct stat& second) {
@@ -53,7 +52,7 @@ int removeExtraName(int folder, const char* name, const struct stat& file) {
 
 int renameFolder(int fromFolder, const char* name, int toFolder, const char* newName) {
     struct stat other {};
-    switch (lookAtName(toFolder, newName, other)) {
+    switch (nameAt(toFolder, newName, other)) {
         case Name::taken:
             return EEXIST;
         case Name::free:
@@ -84,7 +83,7 @@ int moveInTwoSteps(int fromFolder, const char* name, int toFolder, const char* n
     }
     const int failure = removeExtraName(fromFolder, name, item);
     struct stat other {};
-    const bool isStillThere = lookAtName(fromFolder, name, other) == Name::taken && isSameFile(item, other);
+    const bool isStillThere = nameAt(fromFolder, name, other) == Name::taken && isSameFile(item, other);
     if (failure == 0 || !isStillThere) {
         return 0;  // what has the first name since is another item, which stays
     }
@@ -93,14 +92,6 @@ int moveInTwoSteps(int fromFolder, const char* name, int toFolder, const char* n
 }
 
 }  // namespace
-
-std::optional<FolderIdentity> folderIdentity(const std::filesystem::path& folder) {
-    return folder.empty() ? std::nullopt : folderIdentityAt(AT_FDCWD, folder.c_str());
-}
-
-std::optional<FolderIdentity> folderIdentity(int folder) {
-    return folderIdentityAt(folder, "");
-}
 
 int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const char* newName) {
     const std::optional<ItemIdentity> item = itemIdentity(fromFolder, name);

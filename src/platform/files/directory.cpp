@@ -1,12 +1,12 @@
-#include "platform/files/folder_reader.h"
+#include "platform/files/directory.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 
-#include "platform/files/folder_reader_system.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory_system.h"
 
 namespace vesk {
 
@@ -33,22 +33,6 @@ bool sameDevice(int first, int second) {
 
 }  // namespace
 
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-    if (this != &other) {
-        close();
-        number_ = std::exchange(other.number_, -1);
-    }
-    return *this;
-}
-
-void Descriptor::close() {
-    if (number_ >= 0) {
-        const int kept = errno;
-        ::close(std::exchange(number_, -1));
-        errno = kept;
-    }
-}
-
 bool isDotOrDotDot(const char* name) {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
@@ -60,7 +44,7 @@ void visitListed(const char* name, unsigned char type, const std::function<void(
 }
 
 Descriptor openComparingDevices(int parent, const char* name) {
-    Descriptor child = openFolder(parent, name, LastLink::refuse);
+    Descriptor child = openFolder(parent, name, LastLink::doNotFollow);
     if (child && !sameDevice(parent, child.get())) {
         child.close();
         errno = EXDEV;

@@ -1,6 +1,6 @@
 // What rules have in common.
 
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 
 #include <gtest/gtest.h>
 

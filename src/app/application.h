@@ -8,9 +8,9 @@
 namespace vesk {
 
 /// Opens the window on the world in force, runs until it is closed (or a signal asks for the end), and sees a clean or
-/// an undo under way to its end in the books. Refuses, in a window and on standard error, a home that must not be
-/// scanned; of two at once the second only brings the first one's window forward. `tidyUp` is called last, however this
-/// ends. Returns the exit status.
+/// an undo under way to its end in the books. Does not start, and says so in a window and on standard error, on a home
+/// that must not be scanned; of two at once the second only brings the first one's window forward. `tidyUp` is called
+/// last, however this ends. Returns the exit status.
 int runProgram(
     int argc, char** argv, Store::Sources sources = Store::Sources(), const std::function<void()>& tidyUp = [] {});
 

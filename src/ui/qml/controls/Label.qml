@@ -4,7 +4,7 @@ import Vesk
 
 Text {
     property int weight: Font.Normal
-    property bool said: false
+    property bool announcedByParent: false
 
     color: Theme.ink
     font.pixelSize: Theme.body
@@ -14,5 +14,5 @@ Text {
     Accessible.role: Accessible.StaticText
     Accessible.name: text
     // Where something around it says the same in one sentence, it is not read out once more.
-    Accessible.ignored: text === "" || !visible || !enabled || said
+    Accessible.ignored: text === "" || !visible || !enabled || announcedByParent
 }

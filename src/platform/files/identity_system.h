@@ -1,4 +1,4 @@
-// What item_identity.cpp needs and each system has in its own way (item_identity_linux.cpp, item_identity_macos.cpp).
+// What identity.cpp needs and each system has in its own way (identity_linux.cpp, identity_macos.cpp).
 #pragma once
 
 #include <filesystem>
@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/files/item_identity.h"
+#include "platform/files/identity.h"
 
 struct stat;
 

@@ -1,4 +1,4 @@
-#include "app/program.h"
+#include "app/application.h"
 
 #include <QDeadlineTimer>
 #include <QGuiApplication>
@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "app/display_needed.h"
-#include "app/only_window.h"
-#include "app/refusal.h"
+#include "app/single_instance.h"
+#include "app/startup_error.h"
 #include "app/vesk_app.h"
 #include "platform/system/preferences.h"
 #include "platform/system/process.h"
@@ -38,10 +38,10 @@ void quitOnSignals(QGuiApplication& application) {
 }
 
 // Says so on standard error, and in a window for whoever started Vesk from a menu.
-int refuse(const Refusal& refusal) {
-    std::fprintf(stderr, "%s. %s\n", refusal.title, refusal.message);
+int showStartupError(const StartupError& error) {
+    std::fprintf(stderr, "%s. %s\n", error.title, error.message);
     QQmlApplicationEngine engine;
-    if (loadRefusal(engine, refusal) != nullptr) {
+    if (loadStartupError(engine, error) != nullptr) {
         AppDelegate().applicationDidFinishLaunching();
         QGuiApplication::exec();
     }
@@ -75,10 +75,10 @@ void endWithoutDisplay() {
     finishAtExit();
 }
 
-int runWindow(OnlyWindow& onlyWindow, Store::Sources sources) {
+int runWindow(SingleInstance& instance, Store::Sources sources) {
     Preferences().removeUnfinished();
     VeskApp vesk(std::move(sources));
-    onlyWindow.onCall([&vesk] { vesk.comeForward(); });
+    instance.onCall([&vesk] { vesk.comeForward(); });
     if (!vesk.show()) {
         return EXIT_FAILURE;
     }
@@ -102,22 +102,22 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
         case World::HomeFault::none:
             break;
         case World::HomeFault::unknown:
-            return refuse(refusals::homeUnknown);
+            return showStartupError(startupErrors::homeUnknown);
         case World::HomeFault::wholeDisk:
-            return refuse(refusals::homeIsWholeDisk);
+            return showStartupError(startupErrors::homeIsWholeDisk);
         case World::HomeFault::anothers:
-            return refuse(refusals::homeIsAnothers);
+            return showStartupError(startupErrors::homeIsAnothers);
     }
-    OnlyWindow onlyWindow;
-    switch (onlyWindow.enter(patienceWithFirst)) {
-        case OnlyWindow::Entry::first:
+    SingleInstance instance;
+    switch (instance.enter(patienceWithFirst)) {
+        case SingleInstance::Entry::first:
             break;
-        case OnlyWindow::Entry::shown:
+        case SingleInstance::Entry::shown:
             return EXIT_SUCCESS;
-        case OnlyWindow::Entry::silent:
-            return refuse(refusals::firstIsSilent);
+        case SingleInstance::Entry::silent:
+            return showStartupError(startupErrors::firstIsSilent);
     }
-    return runWindow(onlyWindow, std::move(sources));
+    return runWindow(instance, std::move(sources));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "rules/gathering.h"
+#include "rules/rule_support.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "app/only_window.h"
+#include "app/single_instance.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>
@@ -42,11 +42,11 @@ QString addressFor(const std::filesystem::path& lockFile) {
 
 }  // namespace
 
-OnlyWindow::OnlyWindow() : address_(addressFor(Preferences().lockFile())) {
+SingleInstance::SingleInstance() : address_(addressFor(Preferences().lockFile())) {
     QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] { answer(); });
 }
 
-OnlyWindow::Entry OnlyWindow::enter(milliseconds patience) {
+SingleInstance::Entry SingleInstance::enter(milliseconds patience) {
     const std::filesystem::path file = Preferences().lockFile();
     const QDeadlineTimer deadline(patience);
     for (;;) {
@@ -70,13 +70,13 @@ OnlyWindow::Entry OnlyWindow::enter(milliseconds patience) {
 }
 
 // Without anybody to hear a call, later ones are told that this one does not answer, which is true.
-void OnlyWindow::listen() {
+void SingleInstance::listen() {
     QLocalServer::removeServer(address_);  // of one that was killed: the lock says that nobody else listens
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     server_.listen(address_);
 }
 
-bool OnlyWindow::callFirst(milliseconds patience) const {
+bool SingleInstance::callFirst(milliseconds patience) const {
     const QDeadlineTimer deadline(patience);
     QLocalSocket socket;
     socket.connectToServer(address_);
@@ -92,7 +92,7 @@ bool OnlyWindow::callFirst(milliseconds patience) const {
     return socket.readLine() == shown;
 }
 
-void OnlyWindow::answer() {
+void SingleInstance::answer() {
     while (QLocalSocket* const caller = server_.nextPendingConnection()) {
         QObject::connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
         const auto read = [this, caller] {

@@ -11,7 +11,8 @@
 #include <cstddef>
 #include <cstring>
 
-#include "platform/files/folder_reader_system.h"
+#include "platform/files/descriptor.h"
+#include "platform/files/directory_system.h"
 
 namespace vesk {
 
@@ -33,7 +34,7 @@ Descriptor openWithoutTrace(Open open) {
 }  // namespace
 
 Descriptor openFolder(int parent, const char* path, LastLink lastLink) {
-    const int flags = openFlags | (lastLink == LastLink::refuse ? O_NOFOLLOW : 0);
+    const int flags = openFlags | (lastLink == LastLink::doNotFollow ? O_NOFOLLOW : 0);
     return openWithoutTrace([&](int extra) { return openat(parent, path, flags | extra); });
 }
 
@@ -77,7 +78,7 @@ int readNames(int folder, const std::function<void(ListedItem)>& visit) {
     }
 }
 
-int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dates) {
+int statItem(int folder, const char* name, ResourceValues& values, WantedDates dates) {
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
     constexpr unsigned always = STATX_TYPE | STATX_BLOCKS | STATX_ATIME;
     // Whoever asks for the modification date makes Linux note in the file that its times were asked for (since 6.13,
@@ -89,7 +90,7 @@ int lookAt(int folder, const char* name, ResourceValues& values, WantedDates dat
         return errno;
     }
     if (dates == WantedDates::lastUse && (found.stx_mask & (STATX_ATIME | STATX_MTIME)) == 0) {
-        return lookAt(folder, name, values, WantedDates::both);
+        return statItem(folder, name, values, WantedDates::both);
     }
     values.isRegularFile = S_ISREG(found.stx_mode);
     values.isDirectory = S_ISDIR(found.stx_mode);

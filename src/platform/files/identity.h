@@ -29,6 +29,12 @@ std::optional<ItemIdentity> itemIdentity(int folder, const char* name);
 /// The same of an open file or folder.
 std::optional<ItemIdentity> itemIdentity(int opened);
 
+/// The identity of the folder that a path leads to, links followed; absent when there is none or it may not be looked
+/// at.
+std::optional<ItemIdentity> folderIdentity(const std::filesystem::path& folder);
+/// The same of an open folder.
+std::optional<ItemIdentity> folderIdentity(int folder);
+
 /// What of an identity still holds after a restart: devices are numbered anew by then, and on some file systems (FAT,
 /// FUSE) files are too.
 struct LastingIdentity {
@@ -44,6 +50,19 @@ std::optional<LastingIdentity> lastingIdentity(int folder, const char* name);
 /// The same of an open file, and of the item at an absolute path.
 std::optional<LastingIdentity> lastingIdentity(int opened);
 std::optional<LastingIdentity> lastingIdentity(const std::filesystem::path& item);
+
+/// What a rename works within: one file system, mounted once. One mount may show several file systems (btrfs's
+/// subvolumes), and one file system may be mounted twice.
+struct VolumeIdentity {
+    std::uint64_t mount = 0;
+    std::uint64_t device = 0;
+    friend bool operator==(const VolumeIdentity&, const VolumeIdentity&) = default;
+};
+
+/// The volume that an open folder, or the item that a path leads to, lies on; absent, with errno set, when it cannot be
+/// told.
+std::optional<VolumeIdentity> volumeIdentity(int folder);
+std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item);
 
 /// When the content of an open file was last changed; absent when that cannot be told.
 std::optional<Date> contentModificationDate(int opened);

@@ -38,7 +38,7 @@ void add(std::vector<Entry>& entries, std::optional<Entry> entry);
 /// The children of a folder in byte order of their names; none when it cannot be listed.
 std::vector<FolderItem> childrenOf(const std::filesystem::path& folder, ListingDetail detail);
 
-/// The same; a refusal for lack of permission also sets the probe's `blocked`.
+/// The same; a denial of permission also sets the probe's `blocked`.
 std::vector<FolderItem> childrenOrBlocked(Probe& probe, const std::filesystem::path& folder, ListingDetail detail);
 
 /// Whether an item was last changed before the cut-off. One without a date may be new.
