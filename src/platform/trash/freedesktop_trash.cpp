@@ -15,6 +15,7 @@
 
 #include "platform/files/descriptor.h"
 #include "platform/files/directory.h"
+#include "platform/files/files.h"
 #include "platform/files/identity.h"
 #include "platform/files/moving.h"
 #include "platform/files/syncing.h"

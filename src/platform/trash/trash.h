@@ -19,6 +19,7 @@
 #include "platform/date.h"
 #include "platform/error.h"
 #include "platform/files/identity.h"
+#include "platform/files/resource_values.h"
 
 namespace vesk {
 
