@@ -6,7 +6,6 @@
 #include <QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
-#include <iterator>
 
 namespace vesk {
 
@@ -109,7 +108,7 @@ std::string decodedUtf8(std::string_view bytes) {
 }
 
 bool isUtf8(std::string_view bytes) {
-    return QByteArrayView(bytes.data(), std::ssize(bytes)).isValidUtf8();
+    return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
 }
 
 std::string lowercased(std::string_view text) {

@@ -36,7 +36,7 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
         return std::nullopt;  // Qt takes other forms as well
     }
     // Qt answers with the identifier of zeroes where the text is none.
-    Uuid uuid = fromQt(QUuid::fromString(QLatin1String(text.data(), std::ssize(text))));
+    Uuid uuid = fromQt(QUuid::fromString(QLatin1String(text.data(), static_cast<qsizetype>(text.size()))));
     if (uuid == Uuid() && text != Uuid().text()) {
         return std::nullopt;
     }
