@@ -22,15 +22,37 @@ struct FixedLocation {
     std::string_view name;
 };
 
+/// All of a card that is fixed: each rule has one of these for each of its cards. See Card for the fields.
+struct CardDescription {
+    std::string_view id;
+    std::string_view title;
+    std::string_view symbol;
+    Bucket bucket;
+    double confidence;
+    double risk;
+    std::string_view summary;
+    std::string_view why;
+};
+
 namespace Scanner {
 
 /// The current user's home folder: the world's, read once and kept for the life of the process.
 const std::filesystem::path& home();
 
-/// Builds a card: drops the entries of size 0 or less, puts the largest first (equal ones keep their order), works out
-/// the days unused, and ticks the card exactly when its bucket is safe. Absent when no entry is left.
-std::optional<Card> makeCard(std::string id, std::string title, std::string symbol, Bucket bucket, double conf,
-                             double risk, std::string summary, std::string why, std::vector<Entry> entries);
+/// A card of this description with nothing in it, ticked exactly when its bucket is safe.
+Card emptyCard(const CardDescription& description);
+
+/// Builds a card: drops the entries of size 0 or less, puts the largest first (equal ones keep their order), and works
+/// out the days unused. Absent when no entry is left.
+std::optional<Card> makeCard(const CardDescription& description, std::vector<Entry> entries);
+
+/// The same with the fields of the description in a row.
+std::optional<Card> makeCard(std::string_view id, std::string_view title, std::string_view symbol, Bucket bucket,
+                             double conf, double risk, std::string_view summary, std::string_view why,
+                             std::vector<Entry> entries);
+
+/// Days since that use, with fraction; at least 1. `whenUnknown` for a use without a date.
+double dormancyDays(const std::optional<Date>& lastUsed, double whenUnknown);
 
 /// Days since the newest `lastUsed` among the entries, with fraction; at least 1, and 30 when none has a date.
 double dormancyDays(const std::vector<Entry>& entries);

@@ -111,6 +111,11 @@ bool isUtf8(std::string_view bytes) {
     return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
 }
 
+std::string_view trimmed(std::string_view text, std::string_view blanks) {
+    const std::size_t start = text.find_first_not_of(blanks);
+    return start == std::string_view::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
+}
+
 std::string lowercased(std::string_view text) {
     return fromUtf8(text).toLower().toStdString();
 }
