@@ -127,7 +127,7 @@ check_group() {
     else
         printf '%-18s %3d sources, %d targets: FAILED\n' "$name" $# ${#group_targets[@]}
         failed=$((failed + failures))
-        find "$place/objects" -name '*.failed' -exec cat {} + -delete >&2
+        find "$place/objects" -name '*.failed' -exec cat {} \; -delete >&2
     fi
 }
 

@@ -11,7 +11,7 @@ namespace vesk {
 
 namespace {
 
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
+constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
 // The bytes that may follow a lead byte first, and how many follow in all (The Unicode Standard, table 3-7).
 struct LeadByte {
@@ -101,7 +101,7 @@ std::string decodedUtf8(std::string_view bytes) {
     text.reserve(bytes.size());
     while (!bytes.empty()) {
         const Sequence sequence = sequenceAt(bytes);
-        text += sequence.wellFormed ? bytes.substr(0, sequence.length) : replacement;
+        text += sequence.wellFormed ? bytes.substr(0, sequence.length) : replacementCharacter;
         bytes.remove_prefix(sequence.length);
     }
     return text;
@@ -177,7 +177,7 @@ std::string replacingUnsafe(std::string_view text, const std::function<std::stri
 }
 
 std::string showable(std::string_view text) {
-    return replacingUnsafe(text, [](std::string_view /*character*/) { return std::string(replacement); });
+    return replacingUnsafe(text, [](std::string_view /*character*/) { return std::string(replacementCharacter); });
 }
 
 std::size_t characterCount(std::string_view text) {
