@@ -26,7 +26,7 @@ HELP
 test [PRESET] [CTEST OPTIONS]
   build and run every test; PRESET is release (default), debug, asan or tsan
 
-  These ctest options: -R, -E, -L and -LE with an expression, -j N, -I LIST, --repeat MODE:N, --timeout SECONDS, -V, -VV,
+  CTEST OPTIONS: -R, -E, -L and -LE with an expression, -j N, -I LIST, --repeat MODE:N, --timeout SECONDS, -V, -VV,
   -Q, --rerun-failed, --stop-on-failure, --schedule-random, --progress
 HELP
       ;;

@@ -22,8 +22,8 @@ inline constexpr StartupError homeIsWholeDisk = {
 inline constexpr StartupError homeIsAnothers = {
     "Vesk cleans your own home folder only",
     "Your home folder is set to one that belongs to another account, which couldn't open what Vesk creates there."};
-inline constexpr StartupError firstIsSilent = {
-    "Vesk is already open", "But it isn't responding. Quit it, then open Vesk again."};
+inline constexpr StartupError firstIsSilent = {"Vesk is already open",
+                                               "But it isn't responding. Quit it, then open Vesk again."};
 
 }  // namespace startupErrors
 
