@@ -48,7 +48,7 @@ std::optional<vesk::World> keptWorld(const fs::path& folder) {
 
 int run(int argc, char** argv, const std::optional<vesk::World>& world, const std::function<void()>& tidyUp) {
     if (!world) {
-        std::fputs("vesk-demo: cannot make its home in the folder\n", stderr);
+        std::fputs("vesk-demo: cannot create the made-up home\n", stderr);
         return EXIT_FAILURE;
     }
     vesk::setWorld(*world);

@@ -15,15 +15,15 @@ namespace startupErrors {
 
 inline constexpr StartupError homeUnknown = {
     "Vesk can't find your home folder",
-    "Your account doesn't say where your home folder is, so there is nothing that Vesk could look through."};
+    "Your account doesn't say where your home folder is, so Vesk has nothing to scan."};
 inline constexpr StartupError homeIsWholeDisk = {
     "Vesk doesn't scan a whole disk",
-    "Your home folder is set to \"/\". Vesk looks through a home folder only, never through a whole disk."};
+    "Your home folder is set to \"/\". Vesk scans only a home folder, never a whole disk."};
 inline constexpr StartupError homeIsAnothers = {
     "Vesk cleans your own home folder only",
-    "Your home folder is set to one that belongs to another account, which couldn't open what Vesk would make there."};
-inline constexpr StartupError firstIsSilent = {
-    "Vesk is already open", "But its window doesn't answer. Quit that Vesk first, then open it again."};
+    "Your home folder is set to one that belongs to another account, which couldn't open what Vesk creates there."};
+inline constexpr StartupError firstIsSilent = {"Vesk is already open",
+                                               "But it isn't responding. Quit it, then open Vesk again."};
 
 }  // namespace startupErrors
 

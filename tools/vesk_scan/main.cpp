@@ -25,8 +25,8 @@ constexpr int badCall = 2;
 constexpr const char* usage =
     "usage: vesk-scan [--root DIR] [--home DIR] [--json]\n"
     "  --root DIR  the folder that stands for \"/\"\n"
-    "  --home DIR  the home folder to look into\n"
-    "  --json      one JSON object instead of a table\n";
+    "  --home DIR  the home folder to scan\n"
+    "  --json      print one JSON object instead of a table\n";
 
 struct Options {
     std::optional<std::filesystem::path> root;
@@ -82,10 +82,10 @@ bool enterWorld(const Options& options) {
         case vesk::World::HomeFault::anothers:  // who only looks may look at another's
             break;
         case vesk::World::HomeFault::unknown:
-            refuse("the home folder cannot be told; name it with --home");
+            refuse("cannot determine the home folder; use --home");
             return false;
         case vesk::World::HomeFault::wholeDisk:
-            refuse("the home folder is \"/\", which is never scanned; name another with --home");
+            refuse("the home folder is \"/\", which is never scanned; use --home");
             return false;
     }
     if (!canBeListed(wanted.root) || !canBeListed(wanted.home)) {
