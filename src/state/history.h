@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "core/uuid.h"
+#include "platform/uuid.h"
 #include "platform/system/preferences.h"
 #include "platform/trash/trash.h"
 #include "state/history_entry.h"

@@ -82,7 +82,7 @@ public:
     Phase phase() const { return phase_; }
     /// The result of the last finished scan, in display order.
     const std::vector<Card>& cards() const { return cardList_.cards(); }
-    /// Labels of the rules that was denied permission in the last finished scan, in order.
+    /// Labels of the rules that were denied permission in the last finished scan, in order.
     const std::vector<std::string>& blockedAreas() const { return blockedAreas_; }
     /// Fraction of the rules finished in the running scan, 0 to 1.
     double progress() const { return progress_; }
