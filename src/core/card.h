@@ -11,6 +11,9 @@
 
 namespace vesk {
 
+/// No card counts as unused for less.
+inline constexpr double leastDormancyDays = 1.0;
+
 struct Card {
     /// Stable identifier chosen by the rule; unique within one scan's result.
     std::string id;

@@ -22,15 +22,37 @@ struct FixedLocation {
     std::string_view name;
 };
 
+/// The constants of a card; each rule has one of these per card. See Card for the fields.
+struct CardDescription {
+    std::string_view id;
+    std::string_view title;
+    std::string_view symbol;
+    Bucket bucket;
+    double confidence;
+    double risk;
+    std::string_view summary;
+    std::string_view why;
+};
+
 namespace Scanner {
 
 /// The world's home folder, read once and kept for the life of the process.
 const std::filesystem::path& home();
 
-/// Builds a card: drops entries of size 0 or less, sorts the largest first (stable), computes the days unused, and
-/// ticks the card if its bucket is safe. Absent if no entry is left.
-std::optional<Card> makeCard(std::string id, std::string title, std::string symbol, Bucket bucket, double conf,
-                             double risk, std::string summary, std::string why, std::vector<Entry> entries);
+/// An empty card with this description, ticked if its bucket is safe.
+Card emptyCard(const CardDescription& description);
+
+/// Builds a card: drops entries of size 0 or less, sorts the largest first (stable) and computes the days unused.
+/// Absent if no entry is left.
+std::optional<Card> makeCard(const CardDescription& description, std::vector<Entry> entries);
+
+/// The same, with the description's fields as separate arguments.
+std::optional<Card> makeCard(std::string_view id, std::string_view title, std::string_view symbol, Bucket bucket,
+                             double conf, double risk, std::string_view summary, std::string_view why,
+                             std::vector<Entry> entries);
+
+/// Days since the last use, with fraction; at least 1. `whenUnknown` if there is no date.
+double dormancyDays(const std::optional<Date>& lastUsed, double whenUnknown);
 
 /// Days since the newest `lastUsed` of the entries, with fraction; at least 1; 30 if none has a date.
 double dormancyDays(const std::vector<Entry>& entries);

@@ -16,6 +16,9 @@ std::string decodedUtf8(std::string_view bytes);
 /// Whether the bytes are valid UTF-8.
 bool isUtf8(std::string_view bytes);
 
+/// The text without these characters at its start and end.
+std::string_view trimmed(std::string_view text, std::string_view blanks = " \t");
+
 /// Lower case, by Unicode's full mappings.
 std::string lowercased(std::string_view text);
 

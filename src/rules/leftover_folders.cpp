@@ -120,20 +120,16 @@ bool isInstalled(const std::string& name, const InstalledApplications& applicati
 std::vector<Card> Scanner::orphanCard(Probe& probe) {
     const Date cutOff = now() - age;
     const InstalledApplications applications;
-    const std::filesystem::path location = home() / support;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
-        if (!isOffered(item.name) || !item.isDirectory || isInstalled(item.name, applications) ||
-            !changedBefore(cutOff, item.contentModificationDate)) {
-            continue;
-        }
-        std::optional<Entry> entry = probe.entry(location / item.name, pretty(label(item.name)));
-        // Something newer inside shows that the folder is in use.
-        if (entry && entry->lastUsed.value_or(Date::min()) < cutOff) {
-            probe.judgedBy[entry->url] = {.modified = item.contentModificationDate, .accessed = {}};
-            entries.push_back(*std::move(entry));
-        }
-    }
+    std::vector<Entry> entries =
+        childrenIn(probe, support, ListingDetail::dates, [&](const FolderItem& item) -> std::optional<Offer> {
+            if (!isOffered(item.name) || !item.isDirectory || isInstalled(item.name, applications) ||
+                !changedBefore(cutOff, item.contentModificationDate)) {
+                return std::nullopt;
+            }
+            return Offer{pretty(label(item.name)), {.modified = item.contentModificationDate, .accessed = {}}};
+        });
+    // Something newer inside shows that the folder is in use.
+    std::erase_if(entries, [&](const Entry& entry) { return entry.lastUsed.value_or(Date::min()) >= cutOff; });
     return cardOf(leftoverCard, std::move(entries));
 }
 

@@ -32,16 +32,15 @@ constexpr CardDescription downloadCard = {
 std::vector<Card> oldDownloads(Probe& probe) {
     const Date cutOff = now() - age;
     const std::filesystem::path location = Scanner::home() / downloads;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
+    const auto old = [&](const FolderItem& item) -> std::optional<Offer> {
         const std::optional<ResourceValues> values = resourceValues(location / item.name);
         // By the item's own two dates, also for a folder.
-        if (values && untouchedSince(cutOff, *values)) {
-            probe.judgedBy[location / item.name] = {values->contentModificationDate, values->contentAccessDate};
-            add(entries, probe.entry(location / item.name, label(item.name)));
+        if (!values || !untouchedSince(cutOff, *values)) {
+            return std::nullopt;
         }
-    }
-    return cardOf(downloadCard, std::move(entries));
+        return Offer{label(item.name), {values->contentModificationDate, values->contentAccessDate}};
+    };
+    return cardOf(downloadCard, childrenIn(probe, downloads, ListingDetail::kinds, old));
 }
 
 }  // namespace vesk::rules

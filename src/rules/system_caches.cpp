@@ -89,42 +89,38 @@ const char* cloneName(std::string_view fileName) {
 
 std::vector<Card> browserClones(Probe& probe) {
     const std::filesystem::path root = world().rooted(clones::root);
+    const auto clone = [](const FolderItem& item) {
+        return item.name.find(clones::mark) == std::string::npos ? std::nullopt
+                                                                 : std::optional(Offer{cloneName(item.name)});
+    };
     std::vector<Entry> entries;
     for (const FolderItem& first : childrenOf(root, ListingDetail::kinds)) {
         for (const FolderItem& second : childrenOf(root / first.name, ListingDetail::kinds)) {
             const std::filesystem::path holder = root / first.name / second.name / clones::holder;
-            for (const FolderItem& item : childrenOf(holder, ListingDetail::kinds)) {
-                if (item.name.find(clones::mark) != std::string::npos) {
-                    add(entries, probe.entry(holder / item.name, cloneName(item.name)));
-                }
-            }
+            addListed(entries, probe, holder, childrenOf(holder, ListingDetail::kinds), clone);
         }
     }
     return cardOf(clones::card, std::move(entries));
 }
 
 std::vector<Card> appCaches(Probe& probe) {
-    const std::filesystem::path location = Scanner::home() / caches::location;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
-        if (isCacheOffered(item.name)) {
-            add(entries, probe.entry(location / item.name, Scanner::pretty(label(item.name))));
-        }
-    }
-    return cardOf(caches::card, std::move(entries));
+    const auto cache = [](const FolderItem& item) {
+        return isCacheOffered(item.name) ? std::optional(Offer{Scanner::pretty(label(item.name))}) : std::nullopt;
+    };
+    return cardOf(caches::card, childrenIn(probe, caches::location, ListingDetail::kinds, cache));
 }
 
 std::vector<Card> oldCrashReports(Probe& probe) {
     const Date cutOff = now() - crashes::age;
-    std::vector<Entry> entries;
-    for (const std::string_view path : crashes::locations) {
-        const std::filesystem::path location = Scanner::home() / path;
-        for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
-            if (!item.isDirectory && changedBefore(cutOff, item.contentModificationDate)) {
-                probe.judgedBy[location / item.name] = {.modified = item.contentModificationDate, .accessed = {}};
-                add(entries, probe.entry(location / item.name, crashes::entryName));
-            }
+    const auto old = [&](const FolderItem& item) -> std::optional<Offer> {
+        if (item.isDirectory || !changedBefore(cutOff, item.contentModificationDate)) {
+            return std::nullopt;
         }
+        return Offer{crashes::entryName, {.modified = item.contentModificationDate, .accessed = {}}};
+    };
+    std::vector<Entry> entries;
+    for (const std::string_view location : crashes::locations) {
+        addChildren(entries, probe, Scanner::home() / location, ListingDetail::dates, old);
     }
     return cardOf(crashes::card, std::move(entries));
 }

@@ -12,6 +12,9 @@ struct stat;
 
 namespace vesk {
 
+/// Whether two stat results are of one item, as far as that can be told without the creation time.
+bool isSameFile(const struct stat& first, const struct stat& second);
+
 /// Whether the file system of an open item, or of the item at a path, keeps inode numbers.
 bool keepsInodeNumbers(int opened);
 bool keepsInodeNumbers(const std::filesystem::path& item);

@@ -1,8 +1,7 @@
-// What changes the disk: moving an item, creating folders, writing. Callable from any thread.
+// Moves items and creates folders. Callable from any thread.
 #pragma once
 
 #include <filesystem>
-#include <string_view>
 
 namespace vesk {
 
@@ -14,8 +13,5 @@ int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const
 /// Creates a folder and its missing parents, with this mode less the umask. Returns 0 if the folder exists afterwards,
 /// or an errno value.
 int makeFolders(const std::filesystem::path& folder, unsigned mode);
-
-/// Writes all bytes to an open file. Returns 0, or an errno value.
-int writeAll(int file, std::string_view bytes);
 
 }  // namespace vesk

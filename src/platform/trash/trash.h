@@ -11,6 +11,7 @@
 // (freedesktop_trash.cpp); the user's own Trash on macOS is reached only by the system's call (trash_macos.cpp).
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <vector>
@@ -30,6 +31,8 @@ struct SeenItem {
     std::optional<ItemIdentity> folder = {};
     /// The item's own dates, if it is offered for its age.
     ItemDates dates = {};
+    /// Bytes, as the scan measured them.
+    std::int64_t size = 0;
 };
 
 /// What distinguishes an item in the Trash, and its record, from whatever may take their names later.
