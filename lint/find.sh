@@ -12,7 +12,7 @@ find_clang_format() {
       return
     fi
   done
-  printf '%s\n' "there is no clang-format $clang_format_version here, which formatting is judged by" >&2
+  printf '%s\n' "there is no clang-format $clang_format_version here; no other version will do" >&2
   printf '%s\n' "Debian 12 has it; elsewhere: pip install clang-format==$clang_format_version.0.6" >&2
   return 1
 }
