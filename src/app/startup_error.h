@@ -1,3 +1,4 @@
+// Why Vesk does not start, and the window that says so. Main thread.
 #pragma once
 
 #include <QQmlApplicationEngine>
@@ -5,7 +6,7 @@
 
 namespace vesk {
 
-/// Why Vesk does not start: a heading without a full stop, and whole sentences.
+/// A heading without a full stop, and whole sentences.
 struct StartupError {
     const char* title;
     const char* message;
@@ -27,8 +28,8 @@ inline constexpr StartupError firstIsSilent = {"Vesk is already open",
 
 }  // namespace startupErrors
 
-/// Loads the window that stands instead of the application's; the engine owns it. Null, with a warning of Qt's, when it
-/// cannot be made. The window shows itself, and quits the application when it is closed.
+/// Loads a window that replaces the application's; the engine owns it. Null, with a warning from Qt, if that fails. The
+/// window shows itself, and quits the application when it is closed.
 QQuickWindow* loadStartupError(QQmlApplicationEngine& engine, const StartupError& error);
 
 }  // namespace vesk

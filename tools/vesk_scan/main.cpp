@@ -34,7 +34,7 @@ struct Options {
     bool json = false;
 };
 
-// Says what is wrong with the call; absent options follow.
+// Prints what is wrong with the arguments; returns absent options.
 std::nullopt_t refuse(const std::string& message) {
     std::fputs(("vesk-scan: " + message + "\n").c_str(), stderr);
     return std::nullopt;
@@ -72,14 +72,14 @@ bool canBeListed(const std::filesystem::path& folder) {
     return true;
 }
 
-// Sets the world the options ask for; false, having said why, when it cannot be looked into.
+// Sets the world given by the options; prints why and returns false if it cannot be scanned.
 bool enterWorld(const Options& options) {
     vesk::World wanted = vesk::World::ofCurrentUser();
     wanted.root = options.root.value_or(wanted.root);
     wanted.home = options.home.value_or(wanted.home);
     switch (wanted.homeFault()) {
         case vesk::World::HomeFault::none:
-        case vesk::World::HomeFault::anothers:  // who only looks may look at another's
+        case vesk::World::HomeFault::anothers:  // reading another user's home is fine
             break;
         case vesk::World::HomeFault::unknown:
             refuse("cannot determine the home folder; use --home");
@@ -95,7 +95,7 @@ bool enterWorld(const Options& options) {
     return true;
 }
 
-// A tool that hangs must not outlive this program, which is otherwise left as it stands.
+// A hanging tool must not outlive this program; everything else ends with the process.
 void endOnSignals(QCoreApplication& application) {
     const int descriptor = vesk::terminationSignalDescriptor();
     if (descriptor < 0) {

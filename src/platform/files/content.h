@@ -1,4 +1,4 @@
-// The bytes of open files and pipes. Callable from any thread.
+// Reads and writes open files and pipes. Callable from any thread.
 #pragma once
 
 #include <cstddef>
@@ -7,11 +7,11 @@
 
 namespace vesk {
 
-/// Appends to `bytes` what an open file or pipe holds, to its end. Returns 0, EFBIG when there is more than `atMost`
-/// bytes (those have been appended), or the errno value of the failure.
+/// Appends the rest of an open file or pipe to `bytes`. Returns 0; EFBIG if there are more than `atMost` bytes, of
+/// which that many have been appended; or another errno value.
 int readAll(int file, std::size_t atMost, std::string& bytes);
 
-/// Writes all the bytes to an open file. Returns 0, or the errno value of the failure.
+/// Writes all bytes to an open file. Returns 0, or an errno value.
 int writeAll(int file, std::string_view bytes);
 
 }  // namespace vesk
