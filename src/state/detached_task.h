@@ -19,18 +19,13 @@ namespace vesk {
 template <typename Result>
 class DetachedTask {
 public:
-    /// What the work is handed to tell of itself while it runs. Callable on the work's thread.
+    /// What the work is handed. Callable on the work's thread.
     class Control {
     public:
         /// Whether the work should end after the step it is at.
         bool stopRequested() const {
             const std::lock_guard guard(lock_);
             return stop_;
-        }
-        /// Keeps what is done so far: it becomes the result if the rest takes longer than anyone waits.
-        void keep(Result soFar) {
-            const std::lock_guard guard(lock_);
-            result_ = std::move(soFar);
         }
 
     private:
@@ -83,8 +78,8 @@ public:
         }).detach();
     }
 
-    /// Asks running work to stop and waits for it, though no longer than `patience`; then calls `done` with what was
-    /// achieved. Does nothing when no work is running. Without any result in that time `done` is not called.
+    /// Asks running work to stop and waits for it, though no longer than `patience`; then calls `done` with its result.
+    /// Does nothing when no work is running. Work that takes longer is left behind, and `done` is not called.
     void finish(std::chrono::milliseconds patience) {
         if (!control_) {
             return;

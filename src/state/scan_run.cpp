@@ -1,8 +1,11 @@
 #include "state/scan_run.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <iterator>
 #include <mutex>
+#include <numeric>
 #include <thread>
 #include <utility>
 
@@ -11,6 +14,14 @@
 #include "state/running_work.h"
 
 namespace vesk {
+
+struct ScanRun::RuleResult {
+    std::string label;
+    std::vector<Card> cards;
+    // Whether its probe was denied permission somewhere.
+    bool blocked = false;
+    SeenItems seen;
+};
 
 // What the rules' threads and the main thread share; the threads may outlive the run.
 struct ScanRun::Inbox {
@@ -22,7 +33,27 @@ struct ScanRun::Inbox {
 
 namespace {
 
-RuleResult runRule(const Spec& rule, std::shared_ptr<Tracker> tracker) {
+std::vector<Card> inPriorityOrder(std::vector<Card> cards) {
+    std::vector<double> priorities;
+    priorities.reserve(cards.size());
+    for (const Card& card : cards) {
+        priorities.push_back(card.priority());
+    }
+    std::vector<std::size_t> order(cards.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return priorities[a] > priorities[b]; });
+    std::vector<Card> sorted;
+    sorted.reserve(cards.size());
+    for (const std::size_t place : order) {
+        sorted.push_back(std::move(cards[place]));
+    }
+    return sorted;
+}
+
+}  // namespace
+
+ScanRun::RuleResult ScanRun::runRule(const Spec& rule, std::shared_ptr<Tracker> tracker) {
     enterBackground();
     Probe probe(std::move(tracker));
     std::vector<Card> cards = rule.run(probe);
@@ -31,10 +62,10 @@ RuleResult runRule(const Spec& rule, std::shared_ptr<Tracker> tracker) {
     return RuleResult{rule.label, std::move(cards), probe.blocked, std::move(seen)};
 }
 
-}  // namespace
-
-ScanRun::ScanRun(std::vector<Spec> rules, std::function<void(RuleResult)> onResult)
+ScanRun::ScanRun(std::vector<Spec> rules, std::function<void(double)> onProgress,
+                 std::function<void(ScanResult)> onResult)
     : rules_(std::move(rules)),
+      onProgress_(std::move(onProgress)),
       onResult_(std::move(onResult)),
       notifier_([this] { takeResults(); }),
       inbox_(std::make_shared<Inbox>()) {
@@ -47,6 +78,10 @@ ScanRun::~ScanRun() {
 }
 
 void ScanRun::start() {
+    if (rules_.empty()) {
+        finish();
+        return;
+    }
     inbox_->running = rules_.size();
     for (const Spec& rule : rules_) {
         // One thread for each rule: a rule that waits (for a tool, for a slow disk) holds up no other. Threads of the
@@ -70,11 +105,34 @@ void ScanRun::takeResults() {
         const std::lock_guard guard(inbox_->lock);
         arrived.swap(inbox_->results);
     }
-    // Kept here, since the last result ends the scan, and whoever hears of that may start the next one.
-    const std::function<void(RuleResult)> onResult = onResult_;
+    const std::weak_ptr<const void> life = life_;
     for (RuleResult& result : arrived) {
-        onResult(std::move(result));
+        take(std::move(result));
+        if (life.expired()) {
+            return;
+        }
     }
+    if (!arrived.empty() && finishedRules_ == rules_.size()) {
+        finish();
+    }
+}
+
+void ScanRun::take(RuleResult result) {
+    std::move(result.cards.begin(), result.cards.end(), std::back_inserter(collected_.cards));
+    collected_.seen.merge(std::move(result.seen));
+    if (result.blocked) {
+        collected_.blockedAreas.push_back(std::move(result.label));
+    }
+    ++finishedRules_;
+    const std::function<void(double)> onProgress = onProgress_;
+    onProgress(static_cast<double>(finishedRules_) / static_cast<double>(rules_.size()));
+}
+
+void ScanRun::finish() {
+    collected_.cards = inPriorityOrder(std::move(collected_.cards));
+    std::sort(collected_.blockedAreas.begin(), collected_.blockedAreas.end());
+    const std::function<void(ScanResult)> onResult = onResult_;
+    onResult(std::move(collected_));
 }
 
 }  // namespace vesk

@@ -27,7 +27,7 @@ SeenItem SeenItems::itemAt(const std::filesystem::path& path) const {
     const auto folder = folders_.find(path.parent_path().native());
     const auto dates = dates_.find(path.native());
     return {path, folder == folders_.end() ? std::nullopt : folder->second,
-            dates == dates_.end() ? ItemDates{} : dates->second};
+            dates == dates_.end() ? ItemDates{} : dates->second, 0};
 }
 
 }  // namespace vesk

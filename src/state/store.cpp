@@ -47,7 +47,6 @@ Store::Store(Sources sources, QObject* parent)
     connect(this, &Store::cleaningChanged, this, &Store::busyChanged);
 
     previewOnly_ = preferences_.boolean(previewKey).value_or(false);
-    loadHistory();
     readVolume();
 }
 

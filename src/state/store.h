@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "core/card.h"
@@ -21,11 +22,9 @@
 #include "platform/system/volume.h"
 #include "state/card_list.h"
 #include "state/celebration.h"
-#include "state/cleaning_worker.h"
+#include "state/cleaning_log.h"
 #include "state/detached_task.h"
-#include "state/history_entry.h"
-#include "state/history_list.h"
-#include "state/receipts.h"
+#include "state/history.h"
 #include "state/seen_items.h"
 
 class QTimer;
@@ -33,7 +32,7 @@ class QTimer;
 namespace vesk {
 
 class ScanRun;
-struct RuleResult;
+struct ScanResult;
 
 class Store : public QObject {
     Q_OBJECT
@@ -103,7 +102,7 @@ public:
     /// A one-line message to the user; absent when there is none.
     const std::optional<std::string>& notice() const { return notice_; }
     /// Past cleanups, newest first.
-    const std::vector<HistoryEntry>& history() const { return historyList_.entries(); }
+    const std::vector<HistoryEntry>& history() const { return history_.entries(); }
     bool previewOnly() const { return previewOnly_; }
 
     void setShowConfirm(bool value);
@@ -147,10 +146,12 @@ public:
     Q_INVOKABLE void undo(const QString& id);
     /// Puts together what is known of the items of an entry. The function that does it reads the disk; callable on any
     /// thread, also when the store is gone.
-    std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const;
-    /// Takes over what somebody else has stored since, drops all but the 50 newest entries and stores the history. A
-    /// failure leaves what was stored before; it is tried again with the next change, and at the end.
-    void saveHistory();
+    std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const {
+        return history_.itemsOf(entry);
+    }
+    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before; it is tried
+    /// again with the next change, and at the end.
+    void saveHistory() { history_.save(); }
 
     /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
     /// and no scan follows. Waits for that little more than a second; of an item that takes longer, nothing is
@@ -203,7 +204,7 @@ private:
     void setNoticeText(const QString& text);
 
     QVariant celebrationFields() const;
-    HistoryList* historyList() { return &historyList_; }
+    HistoryList* historyList() { return &history_.list(); }
 
     void setPhase(Phase phase);
     void setCleaning(bool value);
@@ -212,24 +213,18 @@ private:
     std::int64_t bytesIn(Bucket bucket) const;
 
     void publishCounts();
-    void takeRuleResult(RuleResult result);
-    void finishScan();
+    void finishScan(ScanResult result);
 
-    static std::vector<std::string> titlesOf(const std::vector<Card>& cards);
-    static std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards);
-    std::vector<CleaningItem> workListOf(const std::vector<Card>& cards) const;
-    void finishClean(CleaningLog& log);
+    std::vector<SeenItem> workListOf(const std::vector<Card>& cards) const;
+    void finishClean();
     void finishPreview();
     void recordClean(HistoryEntry entry, std::int64_t failures);
     void rescan();
 
-    bool loadHistory();
-    std::optional<std::size_t> historyRow(const Uuid& id) const;
     void finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted);
 
     Sources sources_;
     Preferences preferences_;
-    const Receipts receipts_{preferences_.receiptsFolder()};
 
     Phase phase_ = Phase::idle;
     CardList cardList_;
@@ -244,30 +239,13 @@ private:
     std::optional<Celebration> celebration_;
     std::optional<std::string> detailID_;
     std::optional<std::string> notice_;
-    HistoryList historyList_;
-    // Of the stored bytes that are in this history, as last read or saved; absent when none were.
-    std::optional<std::size_t> knownHistory_;
-    // Whether this history could not be stored yet, and the entries whose `undone` is not stored as it is here.
-    bool historyUnsaved_ = false;
-    std::vector<Uuid> undoneHere_;
+    History history_{preferences_};
     bool previewOnly_ = false;
 
     // What the scan saw of the entries of `cards`.
     SeenItems seenItems_;
-    // Receipts that could not be stored yet.
-    struct UnsavedReceipt {
-        Uuid run;
-        Receipt items;
-    };
-    std::vector<UnsavedReceipt> unsavedReceipts_;
-
-    // Of the running scan.
     std::unique_ptr<ScanRun> scanRun_;
     QTimer* poller_ = nullptr;
-    std::vector<Card> collectedCards_;
-    std::vector<std::string> collectedBlocked_;
-    SeenItems collectedItems_;
-    std::size_t finishedRules_ = 0;
 
     // Of the running clean, preview or undo.
     Uuid cleaningRun_;
@@ -275,8 +253,10 @@ private:
     std::int64_t previewBytes_ = 0;
     QTimer* previewPause_ = nullptr;
     bool finishing_ = false;
+    // Of the running clean; null when none runs.
+    std::shared_ptr<CleaningLog> cleaningLog_;
     // Last, so that nothing of theirs outlives what it needs.
-    DetachedTask<std::shared_ptr<CleaningLog>> cleaningTask_;
+    DetachedTask<std::monostate> cleaningTask_;
     DetachedTask<std::size_t> restoreTask_;
 };
 

@@ -9,6 +9,7 @@
 
 #include "core/checked_sum.h"
 #include "platform/trash/trash.h"
+#include "state/cleaning_worker.h"
 #include "state/running_work.h"
 #include "state/store.h"
 
@@ -29,28 +30,30 @@ std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
     return freed;
 }
 
-// Before the history tells of the run, so that its items can be told from others as soon as they can be put back.
-void storeReceipt(CleaningLog& log, const Uuid& run, const Receipts& receipts) {
-    if (!log.claimReceipt()) {
-        return;
+std::vector<std::string> titlesOf(const std::vector<Card>& cards) {
+    std::vector<std::string> titles;
+    titles.reserve(cards.size());
+    std::transform(cards.begin(), cards.end(), std::back_inserter(titles), [](const Card& card) { return card.title; });
+    return titles;
+}
+
+std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards) {
+    std::vector<std::string> ids;
+    for (const Card& card : cards) {
+        ids.insert(ids.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
     }
-    CleaningResult result = log.result();
-    keepKnownPlaces(result);
-    if (!result.moves.empty() && receipts.write(run, result.receipt)) {
-        log.setReceiptStored();
-    }
+    return ids;
 }
 
 }  // namespace
 
 void Store::performClean() {
-    using Log = std::shared_ptr<CleaningLog>;
     const std::vector<Card> selected = selectedCards();
     if (selected.empty() || busy()) {
         return;
     }
     cleaningTitles_ = titlesOf(selected);
-    const std::vector<CleaningItem> workList = workListOf(selected);
+    const std::vector<SeenItem> workList = workListOf(selected);
     const std::vector<std::string> snapshotIDs = snapshotIDsOf(selected);
     setCleaning(true);
     if (previewOnly_) {
@@ -59,52 +62,39 @@ void Store::performClean() {
         return;
     }
     cleaningRun_ = Uuid::random();
+    cleaningLog_ = std::make_shared<CleaningLog>();
     cleaningTask_.start(
-        [workList, snapshotIDs, run = cleaningRun_, receipts = receipts_, runTool = sources_.runTool,
-         token = takeWorkToken()](DetachedTask<Log>::Control& control) {
-            Log log = std::make_shared<CleaningLog>();
-            control.keep(log);
+        [workList, snapshotIDs, log = cleaningLog_, run = cleaningRun_, receipts = history_.receipts(),
+         runTool = sources_.runTool, token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;
             tools.settle = syncMoves;
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };
-            tools.stepDone = [&](const CleaningResult& soFar) { log->update(soFar); };
-            runCleaning(workList, snapshotIDs, tools);
-            storeReceipt(*log, run, receipts);
-            return log;
+            runCleaning(workList, snapshotIDs, tools, *log);
+            // Before the history tells of the run, so that its items can be told from others as soon as they can be put
+            // back.
+            log->storeReceipt(run, receipts);
+            return std::monostate();
         },
-        [this](const Log& log) { finishClean(*log); });
+        [this](std::monostate) { finishClean(); });
 }
 
-std::vector<std::string> Store::titlesOf(const std::vector<Card>& cards) {
-    std::vector<std::string> titles;
-    titles.reserve(cards.size());
-    std::transform(cards.begin(), cards.end(), std::back_inserter(titles), [](const Card& card) { return card.title; });
-    return titles;
-}
-
-std::vector<CleaningItem> Store::workListOf(const std::vector<Card>& cards) const {
-    std::vector<CleaningItem> workList;
+std::vector<SeenItem> Store::workListOf(const std::vector<Card>& cards) const {
+    std::vector<SeenItem> workList;
     for (const Card& card : cards) {
         for (const Entry& entry : card.entries) {
-            workList.push_back({seenItems_.itemAt(entry.url), entry.size});
+            workList.push_back(seenItems_.itemAt(entry.url));
+            workList.back().size = entry.size;
         }
     }
     return workList;
 }
 
-std::vector<std::string> Store::snapshotIDsOf(const std::vector<Card>& cards) {
-    std::vector<std::string> ids;
-    for (const Card& card : cards) {
-        ids.insert(ids.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
-    }
-    return ids;
-}
-
-void Store::finishClean(CleaningLog& log) {
-    storeReceipt(log, cleaningRun_, receipts_);
-    CleaningResult result = log.result();
+void Store::finishClean() {
+    const std::shared_ptr<CleaningLog> log = std::exchange(cleaningLog_, nullptr);
+    log->storeReceipt(cleaningRun_, history_.receipts());
+    CleaningResult result = log->result();
     HistoryEntry entry;
     entry.id = cleaningRun_;
     entry.date = historyDate(now());
@@ -113,8 +103,8 @@ void Store::finishClean(CleaningLog& log) {
     keepKnownPlaces(result);
     entry.moves = std::move(result.moves);
     entry.snapshotsRemoved = result.snapshotsRemoved;
-    if (!entry.moves.empty() && !log.isReceiptStored()) {
-        unsavedReceipts_.push_back({entry.id, std::move(result.receipt)});
+    if (!entry.moves.empty() && !log->isReceiptStored()) {
+        history_.keepReceipt(entry.id, std::move(result.receipt));
     }
     recordClean(std::move(entry), result.failures);
     rescan();
@@ -136,7 +126,7 @@ void Store::recordClean(HistoryEntry entry, std::int64_t failures) {
     celebration.snapshots = entry.snapshotsRemoved;
     celebration.failures = failures;
 
-    historyList_.prepend(std::move(entry));
+    history_.add(std::move(entry));
     saveHistory();
     setCleaning(false);
     setCelebration(celebration);
@@ -150,7 +140,7 @@ void Store::rescan() {
 
 void Store::stopTelling() {
     for (QObject* const teller :
-         {static_cast<QObject*>(this), static_cast<QObject*>(&cardList_), static_cast<QObject*>(&historyList_)}) {
+         {static_cast<QObject*>(this), static_cast<QObject*>(&cardList_), static_cast<QObject*>(historyList())}) {
         teller->blockSignals(true);
     }
 }
@@ -162,8 +152,11 @@ void Store::finish() {
         finishPreview();
     }
     cleaningTask_.finish(quitPatience);
+    if (cleaningLog_) {
+        finishClean();  // the worker hangs in a step; those before it are in its log
+    }
     restoreTask_.finish(quitPatience);
-    if (historyUnsaved_ || !unsavedReceipts_.empty()) {
+    if (!history_.isSaved()) {
         saveHistory();
     }
 }

@@ -12,6 +12,7 @@
 // (freedesktop_trash.cpp); the user's own on macOS is reached by the system's call alone (trash_macos.cpp).
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <vector>
@@ -31,6 +32,8 @@ struct SeenItem {
     std::optional<ItemIdentity> folder = {};
     /// The item's own dates, where its age is why it goes.
     ItemDates dates = {};
+    /// Bytes, as the scan measured them.
+    std::int64_t size = 0;
 };
 
 /// What tells an item in the Trash, and its record, from whatever may have their names later.
