@@ -30,17 +30,6 @@ find_llvm_tool() {
   return 1
 }
 
-find_qmllint() {
-  local candidate
-  for candidate in /usr/lib/qt6/bin/qmllint /opt/homebrew/opt/qt/bin/qmllint /usr/local/opt/qt/bin/qmllint qmllint; do
-    if command -v "$candidate"; then
-      return
-    fi
-  done
-  printf 'qmllint was not found\n' >&2
-  return 1
-}
-
 # Paths of files in the folders of sources, each ended by a zero byte; takes find's conditions.
 sources() {
   local folder folders=()
@@ -50,7 +39,7 @@ sources() {
   find "${folders[@]}" -type f \( "$@" \) -print0
 }
 
-cpp_sources() { sources -name '*.cpp' -o -name '*.h' -o -name '*.mm'; }
+cpp_sources() { sources -name '*.cpp' -o -name '*.h'; }
 qml_sources() { sources -name '*.qml'; }
 
 # Shell scripts by their name or their first line.

@@ -155,7 +155,7 @@ mapfile -t warnings < <(warning_flags)
 # Nobody runs what comes out: no debugging information, no checks built in.
 flags=(-std=c++20 -g0 -fno-sanitize=all "${warnings[@]}" -Isrc -Itests -Itools -isystem lint/macos/stubs -isystem "$place/include"
     -isystem "$place/include/qt6")
-for module in QtConcurrent QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQuick QtTest; do
+for module in QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQuick QtTest; do
     flags+=(-isystem "$place/include/qt6/$module")
 done
 

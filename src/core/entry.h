@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "core/uuid.h"
 #include "platform/date.h"
+#include "platform/uuid.h"
 
 namespace vesk {
 

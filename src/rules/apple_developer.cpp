@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "core/scanner.h"
-#include "core/uuid.h"
+#include "platform/uuid.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "core/uuid.h"
 #include "platform/date.h"
+#include "platform/uuid.h"
 
 namespace vesk {
 

@@ -12,6 +12,9 @@ struct stat;
 
 namespace vesk {
 
+/// Whether two looks have met one item, as far as a look without the date of its making can tell.
+bool isSameFile(const struct stat& first, const struct stat& second);
+
 /// Whether the file system that something open, or what a path leads to, lies on keeps the inode numbers of files.
 bool keepsInodeNumbers(int opened);
 bool keepsInodeNumbers(const std::filesystem::path& item);

@@ -1,8 +1,7 @@
-// What changes the disk: moving an item, making folders, writing. Callable from any thread.
+// Moving an item, and making the folders it needs. Callable from any thread.
 #pragma once
 
 #include <filesystem>
-#include <string_view>
 
 namespace vesk {
 
@@ -14,8 +13,5 @@ int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const
 /// Makes a folder and those above it that are missing, each with this mode less the user's mask. Returns 0 when the
 /// folder stands, or the errno value of the failure.
 int makeFolders(const std::filesystem::path& folder, unsigned mode);
-
-/// Writes all the bytes to an open file. Returns 0, or the errno value of the failure.
-int writeAll(int file, std::string_view bytes);
 
 }  // namespace vesk

@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <cstdint>
 
+#include "platform/files/content.h"
 #include "platform/files/descriptor.h"
 #include "platform/system/old_property_list.h"
 
@@ -44,16 +45,9 @@ std::optional<std::string> bytesOf(const std::filesystem::path& path) {
     if (!file || fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode) || found.st_size > largestRead) {
         return std::nullopt;
     }
-    std::string bytes(static_cast<std::size_t>(found.st_size), '\0');
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-        const ssize_t got = read(file.get(), bytes.data() + length, bytes.size() - length);
-        if (got == 0 || (got < 0 && errno != EINTR)) {
-            return std::nullopt;
-        }
-        length += got > 0 ? static_cast<std::size_t>(got) : 0;
-    }
-    return bytes;
+    std::string bytes;
+    return readAll(file.get(), static_cast<std::size_t>(largestRead), bytes) == 0 ? std::optional(std::move(bytes))
+                                                                                  : std::nullopt;
 }
 
 // Reads on to the top element. A property list declares no entities; with some, a few bytes could stand for thousands,
