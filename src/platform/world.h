@@ -4,11 +4,18 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <string>
 #include <string_view>
 
 namespace vesk {
 
+/// Which kind of system a world shows: where programs keep their things in it.
+enum class Layout { macos, linuxDesktop };
+
 struct World {
+    /// Decides in which places the rules look. A made-up world shows a Mac unless it says otherwise, on any machine.
+    Layout layout = Layout::macos;
     /// The folder that stands for "/".
     std::filesystem::path root = "/";
     /// The signed-in user's home folder; empty when it cannot be told.
@@ -17,16 +24,24 @@ struct World {
     std::filesystem::path configHome;
     /// Where the home Trash lies on Linux (the same document, $XDG_DATA_HOME).
     std::filesystem::path dataHome;
+    /// Where Linux programs keep what they can make again (the same document, $XDG_CACHE_HOME).
+    std::filesystem::path cacheHome;
     /// Where what lasts no longer than a session is kept (the same document, $XDG_RUNTIME_DIR); empty when there is no
     /// such place.
     std::filesystem::path runtimeHome;
 
+    /// The folders that variables of the environment name, by variable (platform/system/folder_variables.h); none in a
+    /// made-up world and on a Mac.
+    std::multimap<std::string, std::filesystem::path> variableFolders;
+
     /// The world of whoever runs this process: "/", $HOME (the user database when it is unset, empty or relative),
-    /// and the XDG folders (relative values are ignored, as their specification says).
+    /// and the XDG folders. Relative values of theirs are ignored, as their specification says. So are those inside
+    /// a snap's or Flatpak's own folder: the terminal of a sandboxed program hands them to what is started from it, and
+    /// a Trash there would grow unseen.
     static World ofCurrentUser();
 
     /// A made-up world: below `root` and `home` alone, with preferences and Trash inside `home`.
-    static World below(std::filesystem::path root, std::filesystem::path home);
+    static World below(std::filesystem::path root, std::filesystem::path home, Layout layout = Layout::macos);
 
     /// Why nothing may be looked for in `home`: it cannot be told, or it is the computer's whole disk, by whatever
     /// path. Or why nothing may be changed there: it belongs to another user than the one this process runs as, who

@@ -7,9 +7,9 @@
 #include <optional>
 #include <vector>
 
-#include "core/uuid.h"
 #include "platform/system/preferences.h"
 #include "platform/trash/trash.h"
+#include "platform/uuid.h"
 #include "state/history_entry.h"
 #include "state/history_list.h"
 #include "state/receipts.h"

@@ -26,6 +26,8 @@ struct ItemIdentity {
 
 /// The identity of an item; absent, with errno set, when there is none or it may not be looked at.
 std::optional<ItemIdentity> itemIdentity(int folder, const char* name);
+/// The same of the item at an absolute path.
+std::optional<ItemIdentity> itemIdentity(const std::filesystem::path& item);
 /// The same of an open file or folder.
 std::optional<ItemIdentity> itemIdentity(int opened);
 

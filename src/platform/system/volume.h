@@ -14,6 +14,13 @@ struct VolumeFigures {
     std::optional<std::int64_t> availableCapacity;
 };
 
+/// Of which items the file system that holds `path` keeps the dates of last use up to date.
+struct UseDatesKept {
+    bool ofFiles = true;
+    bool ofFolders = true;
+};
+UseDatesKept useDatesKept(const std::filesystem::path& path);
+
 /// Reads the figures of the volume that holds `path`. Callable from any thread; does not read the disk.
 VolumeFigures readVolumeFigures(const std::filesystem::path& path);
 
