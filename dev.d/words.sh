@@ -7,18 +7,20 @@ commands=(run demo test build soak lint lint-macos format bench package shots fu
 help_of() {
   case $1 in
     run) cat <<'HELP'
-run [--json] [--home DIR] [--root DIR]
+run [--json] [--home DIR] [--root DIR] [--layout KIND]
   open Vesk; without a display, or with an option: print a scan report of your home folder
 
   --json      print one JSON object
   --home DIR  the home folder to scan
   --root DIR  the folder that stands for "/"
+  --layout macos|linux  look where programs of that system keep their things
 HELP
       ;;
     demo) cat <<'HELP'
-demo [--folder DIR]
+demo [--layout KIND] [--folder DIR]
   open Vesk on a made-up home that is deleted afterwards
 
+  --layout macos|linux  which system the home is one of; macos unless linux is asked for
   --folder DIR  keep the made-up home there
 HELP
       ;;
@@ -161,8 +163,8 @@ check_words() {
     fi
   done
   case $command in
-    run) takes run --json "--home --root" 0 "$@" ;;
-    demo) takes demo "" --folder 0 "$@" ;;
+    run) takes run --json "--home --root --layout" 0 "$@" ;;
+    demo) takes demo "" "--folder --layout" 0 "$@" ;;
     lint-macos) takes lint-macos --without-tests "" 0 "$@" ;;
     bench) takes bench "--quick --ahead --no-cold" "--pairs --only" 0 "$@" ;;
     shots) takes shots "" "" 1 "$@" ;;

@@ -5,11 +5,18 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <string>
 #include <string_view>
 
 namespace vesk {
 
+/// Which kind of system a world shows: where programs keep their things in it.
+enum class Layout { macos, linuxDesktop };
+
 struct World {
+    /// Decides in which places the rules look. A made-up world shows a Mac unless it says otherwise, on any machine.
+    Layout layout = Layout::macos;
     /// The folder that stands for "/".
     std::filesystem::path root = "/";
     /// The current user's home folder; empty if it cannot be determined.
@@ -18,15 +25,22 @@ struct World {
     std::filesystem::path configHome;
     /// Where the home Trash is on Linux (the same document, $XDG_DATA_HOME).
     std::filesystem::path dataHome;
+    /// Where Linux programs store what they can recreate (the same document, $XDG_CACHE_HOME).
+    std::filesystem::path cacheHome;
     /// Where files for the session go (the same document, $XDG_RUNTIME_DIR); empty if there is no such place.
     std::filesystem::path runtimeHome;
 
-    /// The current user's world: "/", $HOME (the user database if it is unset, empty or relative), and the XDG folders
-    /// (relative values are ignored, as their specification says).
+    /// The folders that environment variables name, by variable (platform/system/folder_variables.h); none in a made-up
+    /// world and on a Mac.
+    std::multimap<std::string, std::filesystem::path> variableFolders;
+
+    /// The current user's world: "/", $HOME (the user database if it is unset, empty or relative), and the XDG folders.
+    /// Relative values are ignored, as their specification says. So are values inside a snap's or Flatpak's own folder:
+    /// the terminal of a sandboxed program passes them on, and a Trash there would grow unseen.
     static World ofCurrentUser();
 
     /// A made-up world: only `root` and `home`, with preferences and Trash inside `home`.
-    static World below(std::filesystem::path root, std::filesystem::path home);
+    static World below(std::filesystem::path root, std::filesystem::path home, Layout layout = Layout::macos);
 
     /// Why `home` must not be scanned: it is unknown, or it is the whole disk, by whatever path. Or why it must not be
     /// changed: it belongs to a user other than this process's, who could not open what is created there. vesk and

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <string>
 #include <string_view>
 
@@ -13,14 +12,13 @@
 #include "platform/world.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
+#include "rules/sandboxed_leftovers.h"
 
 namespace vesk {
 
 namespace {
 
 using namespace rules;
-
-constexpr std::chrono::seconds age{5'184'000};
 
 constexpr std::array<std::string_view, 4> applicationFolders = {
     "/Applications", "/Applications/Utilities", "/System/Applications", "/System/Applications/Utilities"};
@@ -118,7 +116,8 @@ bool isInstalled(const std::string& name, const InstalledApplications& applicati
 }  // namespace
 
 std::vector<Card> Scanner::orphanCard(Probe& probe) {
-    const Date cutOff = now() - age;
+    const Date start = now();
+    const Date cutOff = start - leftoverAge;
     const InstalledApplications applications;
     std::vector<Entry> entries =
         childrenIn(probe, support, ListingDetail::dates, [&](const FolderItem& item) -> std::optional<Offer> {
@@ -128,6 +127,10 @@ std::vector<Card> Scanner::orphanCard(Probe& probe) {
             }
             return Offer{pretty(label(item.name)), {.modified = item.contentModificationDate, .accessed = {}}};
         });
+    // Of other programs on Linux nothing tells surely whether they are still there.
+    if (isOnLinux()) {
+        SandboxedLeftovers(start).addTo(entries, probe);
+    }
     // Something newer inside shows that the folder is in use.
     std::erase_if(entries, [&](const Entry& entry) { return entry.lastUsed.value_or(Date::min()) >= cutOff; });
     return cardOf(leftoverCard, std::move(entries));

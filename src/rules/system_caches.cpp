@@ -3,13 +3,16 @@
 
 #include <array>
 #include <chrono>
+#include <memory>
 #include <string_view>
 
 #include "core/scanner.h"
 #include "platform/text.h"
 #include "platform/world.h"
+#include "rules/place_search.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
+#include "rules/sandboxed_leftovers.h"
 
 namespace vesk::rules {
 
@@ -85,6 +88,17 @@ const char* cloneName(std::string_view fileName) {
     return lowercased(fileName).find(clones::braveMark) != std::string::npos ? clones::braveName : clones::chromeName;
 }
 
+// What lies in the folder of a removed application goes with it.
+PlaceFilter butOfRemovedApps(PlaceFilter filter) {
+    if (!isOnLinux()) {
+        return filter;
+    }
+    const auto leftovers = std::make_shared<const SandboxedLeftovers>(now());
+    return [leftovers, filter = std::move(filter)](const PlacedItem& item) {
+        return leftovers->hold(item.path) ? std::nullopt : filter(item);
+    };
+}
+
 }  // namespace
 
 std::vector<Card> browserClones(Probe& probe) {
@@ -107,7 +121,9 @@ std::vector<Card> appCaches(Probe& probe) {
     const auto cache = [](const FolderItem& item) {
         return isCacheOffered(item.name) ? std::optional(Offer{Scanner::pretty(label(item.name))}) : std::nullopt;
     };
-    return cardOf(caches::card, childrenIn(probe, caches::location, ListingDetail::kinds, cache));
+    std::vector<Entry> entries = childrenIn(probe, caches::location, ListingDetail::kinds, cache);
+    addItemsAt(entries, probe, linuxCaches, butOfRemovedApps([](const PlacedItem&) { return ItemDates{}; }));
+    return cardOf(caches::card, std::move(entries));
 }
 
 std::vector<Card> oldCrashReports(Probe& probe) {
@@ -122,6 +138,7 @@ std::vector<Card> oldCrashReports(Probe& probe) {
     for (const std::string_view location : crashes::locations) {
         addChildren(entries, probe, Scanner::home() / location, ListingDetail::dates, old);
     }
+    addItemsAt(entries, probe, linuxCrashReports, butOfRemovedApps(lastChangedBefore(cutOff)));
     return cardOf(crashes::card, std::move(entries));
 }
 

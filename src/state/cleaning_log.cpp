@@ -1,6 +1,8 @@
 #include "state/cleaning_log.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 namespace vesk {
@@ -26,6 +28,20 @@ void CleaningLog::addItem(const SeenItem& item, const TrashOutcome& outcome) {
     }
     result_.moves.push_back({item.path.string(), outcome.place.string(), item.size});
     result_.receipt.push_back(outcome.identity);
+}
+
+void CleaningLog::takeBack(const std::filesystem::path& trashed) {
+    const std::lock_guard guard(lock_);
+    // Among the last, since items are put back soon.
+    const auto found = std::find_if(result_.moves.rbegin(), result_.moves.rend(),
+                                    [&](const HistoryEntry::Move& move) { return move.trashed == trashed.string(); });
+    if (found == result_.moves.rend()) {
+        return;
+    }
+    const auto index = std::distance(result_.moves.begin(), found.base()) - 1;
+    result_.moves.erase(result_.moves.begin() + index);
+    result_.receipt.erase(result_.receipt.begin() + index);
+    ++result_.failures;
 }
 
 void CleaningLog::addSnapshot(bool isRemoved) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <mutex>
 #include <vector>
 
@@ -29,6 +30,8 @@ void keepKnownPlaces(CleaningResult& result);
 class CleaningLog {
 public:
     void addItem(const SeenItem& item, const TrashOutcome& outcome);
+    /// Notes that the item which lay at this place in the Trash is back where it was, and counts as not moved.
+    void takeBack(const std::filesystem::path& trashed);
     void addSnapshot(bool isRemoved);
     CleaningResult result() const;
 

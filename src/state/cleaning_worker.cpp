@@ -1,7 +1,10 @@
 #include "state/cleaning_worker.h"
 
+#include <cerrno>
+
 #include "platform/world.h"
 #include "rules/backup_tool.h"
+#include "state/use_guard.h"
 
 namespace vesk {
 
@@ -9,20 +12,22 @@ namespace {
 
 // Returns false when it was stopped before the last item.
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
-    std::vector<std::filesystem::path> trashed;
+    UseGuard guard(tools, log);
     bool stopped = false;
     for (const SeenItem& item : workList) {
         stopped = tools.stopRequested();
         if (stopped) {
             break;
         }
-        const TrashOutcome outcome = tools.moveToTrash(item);
+        const TrashOutcome outcome =
+            guard.isInUse(item.path) ? TrashOutcome{posixError(EBUSY), {}, {}} : tools.moveToTrash(item);
         log.addItem(item, outcome);
         if (!outcome.error) {
-            trashed.push_back(outcome.place);
+            guard.watch(item, outcome);
         }
     }
-    tools.settle(trashed);
+    guard.finish();
+    tools.settle(guard.trashed());
     return !stopped;
 }
 

@@ -3,9 +3,11 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/system/open_files.h"
 #include "platform/trash/trash.h"
 #include "state/cleaning_log.h"
 
@@ -14,6 +16,10 @@ namespace vesk {
 /// What the worker acts with.
 struct CleaningTools {
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
+    /// Looks at what programs have in use at the moment. By default nothing is.
+    std::function<OpenFiles()> lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };
+    /// Moves an item back from the Trash to its place. Returns why it is not there; absent when it is.
+    std::function<std::optional<PlatformError>(const TrashedItem&)> putBack;
     /// Told, once no more items come, where all those lie that were moved: they have to be on the disk before anything
     /// is stored that tells of them.
     std::function<void(const std::vector<std::filesystem::path>& trashed)> settle =
@@ -24,8 +30,8 @@ struct CleaningTools {
     std::function<bool()> stopRequested = [] { return false; };
 };
 
-/// Moves the items to the Trash one by one, then deletes the snapshots one by one. Nothing is tried twice. Each step is
-/// in the log before the next begins, which may hang.
+/// Moves the items to the Trash one by one, but for those that a program has in use, then deletes the snapshots one by
+/// one. Nothing is tried twice. Each step is in the log before the next begins, which may hang.
 void runCleaning(const std::vector<SeenItem>& workList, const std::vector<std::string>& snapshotIDs,
                  const CleaningTools& tools, CleaningLog& log);
 

@@ -29,7 +29,8 @@ Store::Sources::Sources()
       volume([] { return readVolumeFigures(world().root); }),
       runTool([](const std::string& path, const std::vector<std::string>& arguments) {
           return vesk::runTool(path, arguments).status;
-      }) {
+      }),
+      lookAtUse([] { return OpenFiles(); }) {
 }
 
 Store::Store(Sources sources, QObject* parent)

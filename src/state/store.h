@@ -18,6 +18,7 @@
 #include "core/card.h"
 #include "core/spec.h"
 #include "core/tracker.h"
+#include "platform/system/open_files.h"
 #include "platform/system/preferences.h"
 #include "platform/system/volume.h"
 #include "state/card_list.h"
@@ -71,6 +72,8 @@ public:
         std::function<VolumeFigures()> volume;
         /// Runs the backup tool and returns its exit status. Called on another thread.
         std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
+        /// Looks at what programs have in use at the moment, before items are moved. Called on another thread.
+        std::function<OpenFiles()> lookAtUse;
         Sources();
     };
 

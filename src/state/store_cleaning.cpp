@@ -45,6 +45,15 @@ std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards) {
     return ids;
 }
 
+// An item that somebody opened while it was moved.
+std::optional<PlatformError> putBackOpened(const TrashedItem& item) {
+    std::optional<PlatformError> failure = restoreItem(item);
+    if (!failure && syncMoves({item.place})) {
+        forgetReturned(item);
+    }
+    return failure;
+}
+
 }  // namespace
 
 void Store::performClean() {
@@ -65,9 +74,12 @@ void Store::performClean() {
     cleaningLog_ = std::make_shared<CleaningLog>();
     cleaningTask_.start(
         [workList, snapshotIDs, log = cleaningLog_, run = cleaningRun_, receipts = history_.receipts(),
-         runTool = sources_.runTool, token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
+         runTool = sources_.runTool, lookAtUse = sources_.lookAtUse,
+         token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
             CleaningTools tools;
             tools.moveToTrash = moveToTrash;
+            tools.lookAtUse = lookAtUse;
+            tools.putBack = putBackOpened;
             tools.settle = syncMoves;
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };

@@ -17,6 +17,9 @@ bool privateMountsAreAllowed();
 /// Returns false on failure.
 bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::string& options = "");
 
+/// The same with one that keeps no dates of last use, of folders or of files either.
+bool mountWithoutUseDates(const std::filesystem::path& folder, bool ofFilesEither);
+
 /// Shows the folder `shown` at the existing folder `at` as well (a bind mount).
 bool mountFolderAgain(const std::filesystem::path& shown, const std::filesystem::path& at);
 

@@ -33,6 +33,10 @@ bool isSameFile(const struct stat& first, const struct stat& second) {
     return first.st_dev == second.st_dev && first.st_ino == second.st_ino && first.st_mode == second.st_mode;
 }
 
+std::optional<ItemIdentity> itemIdentity(const std::filesystem::path& item) {
+    return itemIdentity(AT_FDCWD, item.c_str());
+}
+
 std::optional<LastingIdentity> lastingIdentity(int folder, const char* name) {
     const std::optional<ItemIdentity> found = itemIdentity(folder, name);
     if (!found) {

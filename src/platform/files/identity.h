@@ -26,6 +26,8 @@ struct ItemIdentity {
 
 /// The identity of an item; absent, with errno set, if it does not exist or cannot be statted.
 std::optional<ItemIdentity> itemIdentity(int folder, const char* name);
+/// The same for the item at an absolute path.
+std::optional<ItemIdentity> itemIdentity(const std::filesystem::path& item);
 /// The same for an open file or folder.
 std::optional<ItemIdentity> itemIdentity(int opened);
 

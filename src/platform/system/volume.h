@@ -14,6 +14,13 @@ struct VolumeFigures {
     std::optional<std::int64_t> availableCapacity;
 };
 
+/// For which items the file system that holds `path` keeps access dates up to date.
+struct UseDatesKept {
+    bool ofFiles = true;
+    bool ofFolders = true;
+};
+UseDatesKept useDatesKept(const std::filesystem::path& path);
+
 /// Reads the figures of the volume that holds `path`. Callable from any thread.
 VolumeFigures readVolumeFigures(const std::filesystem::path& path);
 
