@@ -196,6 +196,16 @@ int Store::selectedCount() const {
         std::count_if(cards().begin(), cards().end(), [](const Card& card) { return card.selected; }));
 }
 
+QStringList Store::selectedTitleNames() const {
+    QStringList titles;
+    for (const Card& card : cards()) {
+        if (card.selected) {
+            titles.append(QString::fromStdString(card.title));
+        }
+    }
+    return titles;
+}
+
 bool Store::busy() const {
     return phase_ == Phase::scanning || cleaning_;
 }

@@ -58,6 +58,7 @@ class Store : public QObject {
     Q_PROPERTY(qint64 selectedBytes READ selectedBytes NOTIFY totalsChanged)
     Q_PROPERTY(int selectedSnapshots READ selectedSnapshots NOTIFY totalsChanged)
     Q_PROPERTY(int selectedCount READ selectedCount NOTIFY totalsChanged)
+    Q_PROPERTY(QStringList selectedTitles READ selectedTitleNames NOTIFY totalsChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
 public:
@@ -199,6 +200,8 @@ private:
     }
 
     QString phaseName() const;
+    /// Titles of the ticked cards in display order.
+    QStringList selectedTitleNames() const;
     CardList* cardList() { return &cardList_; }
     QStringList blockedAreaNames() const;
     QString detailIDText() const;

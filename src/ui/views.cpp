@@ -2,7 +2,10 @@
 
 #include <QFont>
 #include <QGuiApplication>
+#include <algorithm>
 
+#include "platform/system/desktop.h"
+#include "ui/button_interface.h"
 #include "ui/window_images.h"
 
 namespace vesk {
@@ -15,8 +18,19 @@ void prepareViews(QQmlEngine& engine) {
     font.setFamilies({QStringLiteral("Quicksand"), QStringLiteral("sans-serif")});
 #endif
     QGuiApplication::setFont(font);
+    tellOfButtons();
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("vesk"), new WindowImages);  // the engine owns it
+}
+
+double textScale() {
+    constexpr double most = 2;
+    double scale = desktopTextScale();
+    // On X11 the desktop tells Qt the same dots per inch, and Qt enlarges the whole window by them.
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        scale /= qGuiApp->devicePixelRatio();
+    }
+    return std::clamp(scale, 1.0, most);
 }
 
 }  // namespace vesk

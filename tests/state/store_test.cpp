@@ -69,6 +69,26 @@ TEST_F(StoreTest, StartsIdleWithTheVolumesFigures) {
     EXPECT_FALSE(store->busy());
 }
 
+TEST_F(StoreTest, TellsTheTickedCardsByTitleAndTheFirstOfThem) {
+    std::vector<Card> cards = {cardOf("one", Bucket::smart, 3, false), cardOf("two", Bucket::safe, 2, true),
+                               cardOf("three", Bucket::safe, 1, true)};
+    for (Card& card : cards) {
+        card.title = "Title of " + card.id;
+    }
+    const auto store = scannedStore(cards);
+    const auto* list = store->property("cards").value<CardList*>();
+    const QSignalSpy totals(store.get(), &Store::totalsChanged);
+    EXPECT_EQ(store->property("selectedTitles").toStringList(),
+              QStringList({QStringLiteral("Title of two"), QStringLiteral("Title of three")}));
+    EXPECT_EQ(list->firstSelected(), 1);
+    store->setSelected(QStringLiteral("two"), false);
+    EXPECT_EQ(totals.count(), 1);
+    EXPECT_EQ(list->firstSelected(), 2);
+    store->setSelected(QStringLiteral("three"), false);
+    EXPECT_TRUE(store->property("selectedTitles").toStringList().isEmpty());
+    EXPECT_EQ(list->firstSelected(), -1);
+}
+
 TEST_F(StoreTest, ReadsTheRealVolumeByDefault) {
     const Store store;
     const VolumeFigures figures = readVolumeFigures(testing::testRoot());

@@ -46,7 +46,8 @@ Item {
         color: Theme.card
         Accessible.role: Accessible.ListItem
         Accessible.ignored: !enabled
-        Accessible.name: `${row.amount}. ${row.titles}. ${row.dateText}. ${row.snapshots} ${row.outcome}`.trim()
+        Accessible.name: [row.amount, row.titles, row.dateText, row.snapshots, row.outcome]
+            .filter(part => part !== "").join(". ")
 
         SoftShadow {
             cornerRadius: 20
@@ -80,9 +81,7 @@ Item {
                     text: row.titles
                     font.pixelSize: Theme.callout
                     wrapMode: Text.Wrap
-                    elide: Text.ElideRight
-                    maximumLineCount: 3
-                    clip: true
+                    clip: true  // as in SheetEntries
                 }
                 Label {
                     announcedByParent: true
@@ -99,7 +98,7 @@ Item {
                     Layout.fillWidth: true
                     visible: row.snapshots !== ""
                     text: row.snapshots
-                    color: Theme.accent
+                    color: Theme.words(Theme.accent)
                     font.pixelSize: Theme.caption
                     weight: Font.Bold
                     wrapMode: Text.Wrap
@@ -111,7 +110,7 @@ Item {
                     visible: row.hasDetails
                     text: row.opened ? "Hide details" : "Details"
                     textSize: Theme.caption
-                    color: Theme.softInk
+                    color: Theme.ink
                     quiet: true
                     verticalPadding: 4
                     onClicked: row.toggleDetails()
@@ -136,7 +135,7 @@ Item {
                 objectName: "outcomeText"
                 visible: row.outcome !== ""
                 text: row.outcome
-                color: row.preview ? Theme.softInk : Theme.green
+                color: row.preview ? Theme.softInk : Theme.words(Theme.green)
                 font.pixelSize: Theme.callout
                 weight: Font.Bold
             }
