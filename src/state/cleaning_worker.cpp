@@ -1,5 +1,7 @@
 #include "state/cleaning_worker.h"
 
+#include <algorithm>
+
 #include "platform/world.h"
 #include "rules/backup_tool.h"
 
@@ -11,10 +13,15 @@ namespace {
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
     std::vector<std::filesystem::path> trashed;
     bool stopped = false;
-    for (const SeenItem& item : workList) {
+    for (std::size_t i = 0; i < workList.size(); ++i) {
+        const SeenItem& item = workList[i];
         stopped = tools.stopRequested();
         if (stopped) {
             break;
+        }
+        if (i % TrashBatch::size == 0) {
+            const std::size_t end = std::min(workList.size(), i + TrashBatch::size);
+            tools.prepare(workList.data() + i, workList.data() + end);
         }
         const TrashOutcome outcome = tools.moveToTrash(item);
         log.addItem(item, outcome);

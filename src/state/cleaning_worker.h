@@ -13,6 +13,8 @@ namespace vesk {
 
 /// What the worker acts with.
 struct CleaningTools {
+    /// Told of a part of the work list before its items are moved: those from the first to before the last.
+    std::function<void(const SeenItem* first, const SeenItem* last)> prepare = [](const SeenItem*, const SeenItem*) {};
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
     /// Told, once no more items come, where all those lie that were moved: they have to be on the disk before anything
     /// is stored that tells of them.

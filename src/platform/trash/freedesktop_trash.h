@@ -2,21 +2,10 @@
 // a Trash at the top of every other volume. Used by trash*.cpp alone; callable from any thread.
 #pragma once
 
-#include <filesystem>
-#include <string>
-
+#include "platform/trash/held_item.h"
 #include "platform/trash/trash.h"
 
 namespace vesk {
-
-/// An item whose folder is open and known to be the one that was seen.
-struct HeldItem {
-    std::filesystem::path path;
-    /// The last part of `path`.
-    std::string name;
-    /// The folder's descriptor.
-    int folder = -1;
-};
 
 /// Moves an item to the Trash of its volume.
 TrashOutcome moveToFreedesktopTrash(const HeldItem& item);

@@ -12,8 +12,10 @@
 // (freedesktop_trash.cpp); the user's own on macOS is reached by the system's call alone (trash_macos.cpp).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -23,6 +25,8 @@
 #include "platform/files/resource_values.h"
 
 namespace vesk {
+
+class NameOrder;
 
 /// An item as a scan saw it.
 struct SeenItem {
@@ -73,6 +77,36 @@ struct TrashedItem {
 /// - the Trash cannot take it (another place is never used instead).
 TrashOutcome moveToTrash(const SeenItem& item);
 
+/// Moves many items to the Trash, one at a time as `moveToTrash` does. Waiting for the disk is what each costs most;
+/// here the records of many items are waited for together, before the first of them moves. Used on one thread.
+class TrashBatch {
+public:
+    /// How many items are best put on record at once: each keeps a descriptor until its turn comes.
+    static constexpr std::size_t size = 256;
+
+    /// `notes`: a file in which it is noted which records are being made. Those that a clean left there without their
+    /// items when it was killed are taken back now. Without it nothing is noted.
+    explicit TrashBatch(std::filesystem::path notes = {});
+    /// Takes back the records of items that were not moved, as the next `record` does.
+    ~TrashBatch();
+    TrashBatch(const TrashBatch&) = delete;
+    TrashBatch& operator=(const TrashBatch&) = delete;
+
+    /// Puts on record, on the disk when this returns, the items of a list that are going to be moved next, from the
+    /// first to before the last; the list stays where it is until then. What stands in the way of one is told when it
+    /// is moved.
+    void record(const SeenItem* first, const SeenItem* last);
+
+    /// Moves an item; those on record in the order of their list, and each other one by itself.
+    TrashOutcome move(const SeenItem& item);
+
+private:
+    class Records;
+
+    std::filesystem::path notes_;
+    std::unique_ptr<Records> records_;
+};
+
 /// Moves an item from the Trash back to its place, making the folders above it that are missing. The Trash keeps its
 /// record of it until `forgetReturned`. Returns why the item is not back where it was; absent when it is. Among the
 /// errno values:
@@ -82,6 +116,8 @@ TrashOutcome moveToTrash(const SeenItem& item);
 ///   system keeps it, the identity decides alone. An identity that was noted has to be the same in either case;
 /// - EEXIST: something else is in its place.
 std::optional<PlatformError> restoreItem(const TrashedItem& item);
+/// The same for many items of one run, which are mostly on one file system: what is known of it is asked for once.
+std::optional<PlatformError> restoreItem(const TrashedItem& item, NameOrder& order);
 
 /// Removes the Trash's record of an item that is back at its place, by this undo or by an earlier one that ended before
 /// it was through; does nothing for any other. To be called after `syncMoves`: a power loss could take back the move

@@ -19,9 +19,12 @@ inline constexpr const char* trashInfoName = "info";
 /// The name of the record of an item that has this name in the Trash.
 std::string recordName(std::string_view item);
 
-/// Writes a record, and sees to it that its content is on disk, and leaves it open. Returns 0 or an errno value; EEXIST
-/// when the name is taken.
+/// Writes a record and leaves it open. Returns 0 or an errno value; EEXIST when the name is taken.
 int writeRecord(int infoFolder, const std::string& name, std::string_view text, Descriptor& record);
+
+/// Waits until a record is on the disk. Its name needs no waiting where the file system keeps the order of changes to
+/// names: the item's later rename never outlives a power loss that the name does not. Returns 0 or an errno value.
+int syncRecord(int infoFolder, bool keepsOrder, const Descriptor& record);
 
 /// What has a name in an open folder, compared with an open file that was given it.
 enum class Holder { thatFile, nothing, another, unknown };
