@@ -282,7 +282,7 @@ TEST_P(HandlersTest, MayDoAnythingInsideEachNotification) {
                 if (store_) {
                     store_->disconnect();
                 }
-                if (!wasTold || nth == 3 || HasFailure()) {
+                if (!wasTold || nth == 2 || HasFailure()) {
                     break;
                 }
             }
