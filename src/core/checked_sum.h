@@ -8,14 +8,27 @@
 
 namespace vesk {
 
+[[noreturn]] inline void endAtOverflow() {
+    std::fputs("vesk: a sum of sizes does not fit 64 bits\n", stderr);
+    std::abort();
+}
+
 /// a + b, in bytes or counts; ends the program with a message if the sum does not fit 64 bits.
 inline std::int64_t checkedSum(std::int64_t a, std::int64_t b) {
     std::int64_t sum = 0;
     if (__builtin_add_overflow(a, b, &sum)) {
-        std::fputs("vesk: a sum of sizes does not fit 64 bits\n", stderr);
-        std::abort();
+        endAtOverflow();
     }
     return sum;
+}
+
+/// a - b in the same way.
+inline std::int64_t checkedDifference(std::int64_t a, std::int64_t b) {
+    std::int64_t difference = 0;
+    if (__builtin_sub_overflow(a, b, &difference)) {
+        endAtOverflow();
+    }
+    return difference;
 }
 
 /// Adds `amount` to `total` in the same way.

@@ -54,6 +54,11 @@ CleaningResult CleaningLog::result() const {
     return result_;
 }
 
+CleaningResult CleaningLog::takeResult() {
+    const std::lock_guard guard(lock_);
+    return std::exchange(result_, {});
+}
+
 void CleaningLog::storeReceipt(const Uuid& run, const Receipts& receipts) {
     CleaningResult soFar;
     {

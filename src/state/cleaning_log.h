@@ -34,6 +34,8 @@ public:
     void takeBack(const std::filesystem::path& trashed);
     void addSnapshot(bool isRemoved);
     CleaningResult result() const;
+    /// The same for the one that ends the run: nothing is left here then.
+    CleaningResult takeResult();
 
     /// Stores the receipt of the run: by the first that asks, the worker or whoever did not wait for it.
     void storeReceipt(const Uuid& run, const Receipts& receipts);

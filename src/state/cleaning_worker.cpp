@@ -1,5 +1,6 @@
 #include "state/cleaning_worker.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include "platform/world.h"
@@ -14,10 +15,15 @@ namespace {
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
     UseGuard guard(tools, log);
     bool stopped = false;
-    for (const SeenItem& item : workList) {
+    for (std::size_t i = 0; i < workList.size(); ++i) {
+        const SeenItem& item = workList[i];
         stopped = tools.stopRequested();
         if (stopped) {
             break;
+        }
+        if (i % TrashBatch::size == 0) {
+            const std::size_t end = std::min(workList.size(), i + TrashBatch::size);
+            tools.prepare(workList.data() + i, workList.data() + end);
         }
         const TrashOutcome outcome =
             guard.isInUse(item.path) ? TrashOutcome{posixError(EBUSY), {}, {}} : tools.moveToTrash(item);

@@ -15,6 +15,8 @@ namespace vesk {
 
 /// What the worker acts with.
 struct CleaningTools {
+    /// Told of a part of the work list before its items are moved: those from the first to before the last.
+    std::function<void(const SeenItem* first, const SeenItem* last)> prepare = [](const SeenItem*, const SeenItem*) {};
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
     /// Looks at what programs have in use at the moment. By default nothing is.
     std::function<OpenFiles()> lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };

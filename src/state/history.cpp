@@ -1,10 +1,13 @@
 #include "state/history.h"
 
 #include <algorithm>
+#include <chrono>
+#include <memory>
 #include <string>
 #include <utility>
 
 #include "state/history_codec.h"
+#include "state/running_work.h"
 
 namespace vesk {
 
@@ -13,10 +16,19 @@ namespace {
 constexpr std::string_view historyKey = "vesk.history";
 constexpr std::size_t keptEntries = 50;
 
+std::size_t fingerprintOf(const std::string& bytes) {
+    return std::hash<std::string>()(bytes);
+}
+
 }  // namespace
 
 History::History(Preferences& preferences) : preferences_(preferences) {
-    load();
+    // What cannot be decoded stays stored until the next save.
+    StoredBytes stored = preferences_.read(historyKey);
+    if (stored.bytes) {
+        fingerprint_ = fingerprintOf(*stored.bytes);
+        list_.append(decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>()));
+    }
 }
 
 std::optional<std::size_t> History::rowOf(const Uuid& id) const {
@@ -35,52 +47,126 @@ std::function<std::vector<TrashedItem>()> History::itemsOf(const HistoryEntry& e
     };
 }
 
-void History::setUndone(const Uuid& id, bool undone) {
+void History::noteUndone(const Uuid& id, bool undone) {
     if (const std::optional<std::size_t> row = rowOf(id)) {
-        list_.setUndone(*row, undone);
+        list_.noteUndone(*row, undone);
         undoneHere_.push_back(id);
     }
 }
 
-// Returns false when something is stored that could not be read.
-bool History::load() {
-    StoredBytes stored = preferences_.read(historyKey);
-    if (!stored.bytes) {
-        return !stored.unreadable;
+void History::tellUndone(const Uuid& id) {
+    if (const std::optional<std::size_t> row = rowOf(id)) {
+        list_.tellUndone(*row);
     }
-    const std::size_t fingerprint = std::hash<std::string>()(*stored.bytes);
-    if (fingerprint == fingerprint_) {
-        return true;
-    }
-    // What cannot be decoded stays stored until the next save.
-    std::vector<HistoryEntry> read = decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>());
-    if (entries().empty()) {
-        list_.append(std::move(read));
-    } else {
-        list_.merge(std::move(read), undoneHere_, keptEntries);
-    }
-    fingerprint_ = fingerprint;
-    return true;
 }
 
-void History::save() {
+struct History::Task {
+    std::shared_ptr<const std::vector<HistoryEntry>> entries;
+    Preferences preferences;
+    Receipts receipts;
+    // Of the stored bytes that are in the entries.
+    std::optional<std::size_t> known;
+};
+
+History::Outcome History::store(const Task& task) {
     // Something else may be stored by now than was read: by another Vesk, whose lock somebody removed, by a save that
     // said it had failed, or because the disk did not yield it at the start. As long as nobody could read it, nothing
     // replaces it.
-    const bool replaceable = load() || fingerprint_;
+    Preferences preferences = task.preferences;
+    StoredBytes stored = preferences.read(historyKey);
+    if (stored.bytes) {
+        const std::size_t found = fingerprintOf(*stored.bytes);
+        if (found != task.known) {
+            return {.fingerprint = found,
+                    .others = decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>())};
+        }
+        stored.bytes.reset();
+    } else if (stored.unreadable && !task.known) {
+        return {};
+    }
+    const std::string text = encodeHistory(*task.entries);
+    if (text.size() > Preferences::largestValue && task.entries->size() > 1) {
+        return {.isTooLong = true};
+    }
+    if (!preferences.setData(historyKey, text)) {
+        return {};
+    }
+    task.receipts.removeAllBut(*task.entries);
+    return {.isStored = true, .fingerprint = fingerprintOf(text)};
+}
+
+History::Task History::task() const {
+    return {list_.snapshot(), preferences_, receipts_, fingerprint_};
+}
+
+void History::prepareToSave() {
+    isSaved_ = false;
     list_.trim(keptEntries);
     std::erase_if(unsavedReceipts_,
                   [&](const UnsavedReceipt& receipt) { return receipts_.write(receipt.run, receipt.items); });
-    std::string text = encodeHistory(entries());
-    while (text.size() > Preferences::largestValue && entries().size() > 1) {
-        list_.trim(entries().size() - 1);
-        text = encodeHistory(entries());
+}
+
+bool History::take(Outcome outcome) {
+    if (outcome.fingerprint) {
+        fingerprint_ = outcome.fingerprint;
     }
-    isSaved_ = replaceable && preferences_.setData(historyKey, text);
+    if (outcome.others) {
+        if (entries().empty()) {
+            list_.append(*std::move(outcome.others));
+        } else {
+            list_.merge(*std::move(outcome.others), undoneHere_, keptEntries);
+        }
+        list_.trim(keptEntries);
+        return true;
+    }
+    if (outcome.isTooLong) {
+        list_.trim(entries().size() - 1);
+        return true;
+    }
+    isSaved_ = outcome.isStored;
     if (isSaved_) {
-        fingerprint_ = std::hash<std::string>()(text);
         undoneHere_.clear();
-        receipts_.removeAllBut(entries());
+    }
+    return false;
+}
+
+void History::save() {
+    finishSaving();
+    prepareToSave();
+    while (take(store(task()))) {
+    }
+}
+
+void History::saveThen(std::function<void()> done) {
+    finishSaving();
+    prepareToSave();
+    tryInBackground(std::move(done));
+}
+
+void History::tryInBackground(std::function<void()> done) {
+    const bool isStarted = saving_.start(
+        // The entries are let go before the outcome is told, so that whoever changes them next need not copy them.
+        [task = std::make_shared<Task>(task()), token = takeWorkToken()](DetachedTask<Outcome>::Control&) {
+            const Task taken = std::move(*task);
+            return store(taken);
+        },
+        [this, done](Outcome outcome) {
+            if (take(std::move(outcome))) {
+                tryInBackground(done);
+            } else {
+                done();
+            }
+        });
+    if (!isStarted) {
+        save();
+        done();
+    }
+}
+
+void History::finishSaving() {
+    constexpr std::chrono::hours patience{24};
+    while (saving_.isRunning()) {
+        saving_.finish(patience);
     }
 }
 

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <deque>
 #include <iterator>
 #include <mutex>
 #include <numeric>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -27,6 +29,8 @@ struct ScanRun::RuleResult {
 struct ScanRun::Inbox {
     std::mutex lock;
     std::condition_variable oneEnded;
+    // Rules that no thread has taken yet.
+    std::deque<Spec> waiting;
     std::size_t running = 0;
     std::vector<RuleResult> results;
 };
@@ -69,11 +73,16 @@ ScanRun::ScanRun(std::vector<Spec> rules, std::function<void(double)> onProgress
       onResult_(std::move(onResult)),
       notifier_([this] { takeResults(); }),
       inbox_(std::make_shared<Inbox>()) {
+    constexpr std::chrono::milliseconds pause{100};
+    nextTry_.setSingleShot(true);
+    nextTry_.setInterval(pause);
+    QObject::connect(&nextTry_, &QTimer::timeout, [this] { startThreads(); });
 }
 
 ScanRun::~ScanRun() {
     constexpr auto patience = std::chrono::milliseconds(500);
     std::unique_lock guard(inbox_->lock);
+    inbox_->waiting.clear();
     inbox_->oneEnded.wait_for(guard, patience, [this] { return inbox_->running == 0; });
 }
 
@@ -82,20 +91,43 @@ void ScanRun::start() {
         finish();
         return;
     }
-    inbox_->running = rules_.size();
-    for (const Spec& rule : rules_) {
-        // One thread for each rule: a rule that waits (for a tool, for a slow disk) holds up no other. Threads of the
-        // scan's own, since one that has entered the background stays there.
-        std::thread([rule, tracker = tracker_, inbox = inbox_, notifier = notifier_.handle(), token = takeWorkToken()] {
-            RuleResult result = runRule(rule, tracker);
-            {
-                const std::lock_guard guard(inbox->lock);
-                inbox->results.push_back(std::move(result));
-                --inbox->running;
-            }
-            inbox->oneEnded.notify_all();
-            notifier.notify();
-        }).detach();
+    inbox_->waiting.assign(rules_.begin(), rules_.end());
+    startThreads();
+}
+
+void ScanRun::startThreads() {
+    std::size_t wanted = 0;
+    {
+        const std::lock_guard guard(inbox_->lock);
+        wanted = inbox_->waiting.size();
+    }
+    // One thread for each rule: a rule that waits (for a tool, for a slow disk) holds up no other. Threads of the
+    // scan's own, since one that has entered the background stays there.
+    try {
+        for (; wanted > 0; --wanted) {
+            std::thread([tracker = tracker_, inbox = inbox_, notifier = notifier_.handle(), token = takeWorkToken()] {
+                runWaitingRules(*inbox, tracker, notifier);
+            }).detach();
+        }
+    } catch (const std::system_error&) {
+        nextTry_.start();
+    }
+}
+
+void ScanRun::runWaitingRules(Inbox& inbox, const std::shared_ptr<Tracker>& tracker,
+                              const MainThreadNotifier::Handle& notifier) {
+    std::unique_lock guard(inbox.lock);
+    while (!inbox.waiting.empty()) {
+        const Spec rule = std::move(inbox.waiting.front());
+        inbox.waiting.pop_front();
+        ++inbox.running;
+        guard.unlock();
+        RuleResult result = runRule(rule, tracker);
+        guard.lock();
+        inbox.results.push_back(std::move(result));
+        --inbox.running;
+        inbox.oneEnded.notify_all();
+        notifier.notify();
     }
 }
 

@@ -2,6 +2,7 @@
 // Made, asked and destroyed on the main thread; what it tells arrives there too.
 #pragma once
 
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -35,7 +36,8 @@ public:
     ScanRun(const ScanRun&) = delete;
     ScanRun& operator=(const ScanRun&) = delete;
 
-    /// Starts every rule. Without rules the result is told at once.
+    /// Starts every rule. Without rules the result is told at once. Where the system allows no more threads, the rules
+    /// that are left run on the threads of those that have ended, or as soon as it allows more.
     void start();
 
     Tracker::Counts counts() const { return tracker_->counts(); }
@@ -46,6 +48,9 @@ private:
     struct Inbox;
 
     static RuleResult runRule(const Spec& rule, std::shared_ptr<Tracker> tracker);
+    static void runWaitingRules(Inbox& inbox, const std::shared_ptr<Tracker>& tracker,
+                                const MainThreadNotifier::Handle& notifier);
+    void startThreads();
     void takeResults();
     void take(RuleResult result);
     void finish();
@@ -56,6 +61,7 @@ private:
     std::shared_ptr<Tracker> tracker_ = std::make_shared<Tracker>();
     MainThreadNotifier notifier_;
     std::shared_ptr<Inbox> inbox_;
+    QTimer nextTry_;
     // What the rules that have finished came to, in the order of finishing.
     ScanResult collected_;
     std::size_t finishedRules_ = 0;

@@ -24,9 +24,9 @@ public:
     /// Takes over what another object saw. Of what both saw, the first look stays.
     void merge(SeenItems other);
 
-    /// The item at this path as it was seen, without a size. Without a folder when that was not looked at or could not
-    /// be.
-    SeenItem itemAt(const std::filesystem::path& path) const;
+    /// Tells of the item at its path what was seen there: nothing of its folder when that was not looked at or could
+    /// not be.
+    void tell(SeenItem& item) const;
 
 private:
     std::map<std::filesystem::path::string_type, std::optional<ItemIdentity>> folders_;

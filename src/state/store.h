@@ -3,9 +3,11 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -75,6 +77,8 @@ public:
         std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
         /// Looks at what programs have in use at the moment, before items are moved. Called on another thread.
         std::function<OpenFiles()> lookAtUse;
+        /// How long a preview takes: one that ended at once would not look as if anything had been worked out.
+        std::chrono::milliseconds previewPause{900};
         Sources();
     };
 
@@ -138,13 +142,14 @@ public:
 
     /// Moves every entry of the ticked cards to the Trash, deletes their snapshots, records the run in the history,
     /// publishes a celebration and scans again. With `previewOnly` nothing is touched and no scan follows. Does nothing
-    /// while `busy` or without a ticked card.
+    /// while `busy` or without a ticked card. Where no thread can be had for it, everything stays as it is, and
+    /// `notice` says so.
     Q_INVOKABLE void performClean();
     /// Ends the celebration.
     Q_INVOKABLE void dismissCelebration();
 
     /// Moves the items of the entry with this id back from the Trash, tells the outcome in `notice` and scans again.
-    /// Does nothing while `busy`, nor for an unknown id.
+    /// Does nothing while `busy`, nor for an unknown id. Where no thread can be had for it, `notice` says so.
     void undo(const Uuid& id);
     /// The same for an id in its textual form.
     Q_INVOKABLE void undo(const QString& id);
@@ -199,6 +204,13 @@ private:
         Q_EMIT(this->*changed)();
     }
 
+    /// Takes steps in turn. Whoever hears of a change may destroy the store: what is left is dropped then.
+    template <typename... Steps>
+    void inTurn(const Steps&... steps) {
+        const QPointer<const Store> self(this);
+        static_cast<void>(((steps(), !self.isNull()) && ...));
+    }
+
     QString phaseName() const;
     /// Titles of the ticked cards in display order.
     QStringList selectedTitleNames() const;
@@ -221,7 +233,8 @@ private:
     void publishCounts();
     void finishScan(ScanResult result);
 
-    std::vector<SeenItem> workListOf(const std::vector<Card>& cards) const;
+    void startClean(std::vector<SeenItem> workList, std::vector<std::string> snapshotIDs);
+    void failToStart(const char* what);
     void finishClean();
     void finishPreview();
     void recordClean(HistoryEntry entry, std::int64_t failures);
@@ -249,7 +262,7 @@ private:
     bool previewOnly_ = false;
 
     // What the scan saw of the entries of `cards`.
-    SeenItems seenItems_;
+    std::shared_ptr<const SeenItems> seenItems_ = std::make_shared<SeenItems>();
     std::unique_ptr<ScanRun> scanRun_;
     QTimer* poller_ = nullptr;
 

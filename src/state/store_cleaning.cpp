@@ -1,10 +1,9 @@
 // The clean of Store, step by step.
 
 #include <QTimer>
-#include <algorithm>
 #include <chrono>
-#include <iterator>
 #include <memory>
+#include <numeric>
 #include <utility>
 
 #include "core/checked_sum.h"
@@ -17,8 +16,6 @@ namespace vesk {
 
 namespace {
 
-// A preview that ended at once would not look as if anything had been worked out.
-constexpr std::chrono::milliseconds previewPause{900};
 // How long a quitting program waits for the step under way, of the two seconds that it may take in all.
 constexpr std::chrono::milliseconds quitPatience{1200};
 
@@ -28,21 +25,6 @@ std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
         checkedAdd(freed, move.size);
     }
     return freed;
-}
-
-std::vector<std::string> titlesOf(const std::vector<Card>& cards) {
-    std::vector<std::string> titles;
-    titles.reserve(cards.size());
-    std::transform(cards.begin(), cards.end(), std::back_inserter(titles), [](const Card& card) { return card.title; });
-    return titles;
-}
-
-std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards) {
-    std::vector<std::string> ids;
-    for (const Card& card : cards) {
-        ids.insert(ids.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
-    }
-    return ids;
 }
 
 // An item that somebody opened while it was moved.
@@ -57,56 +39,89 @@ std::optional<PlatformError> putBackOpened(const TrashedItem& item) {
 }  // namespace
 
 void Store::performClean() {
-    const std::vector<Card> selected = selectedCards();
-    if (selected.empty() || busy()) {
+    if (busy()) {
         return;
     }
-    cleaningTitles_ = titlesOf(selected);
-    const std::vector<SeenItem> workList = workListOf(selected);
-    const std::vector<std::string> snapshotIDs = snapshotIDsOf(selected);
-    setCleaning(true);
-    if (previewOnly_) {
-        previewBytes_ = selectedBytes();
-        previewPause_->start(previewPause);
+    // Whoever hears of the run may change the cards and the switch: this run is what they say now.
+    std::vector<SeenItem> workList;
+    std::vector<std::string> snapshotIDs;
+    std::vector<std::string> titles;
+    for (const Card& card : cards()) {
+        if (!card.selected) {
+            continue;
+        }
+        titles.push_back(card.title);
+        snapshotIDs.insert(snapshotIDs.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
+        for (const Entry& entry : card.entries) {
+            workList.push_back({entry.url, {}, {}, entry.size});
+        }
+    }
+    if (titles.empty()) {
         return;
     }
+    const bool isPreview = previewOnly_;
+    cleaningTitles_ = std::move(titles);
+    inTurn([&] { setCleaning(true); },
+           [&] {
+               // In a real run, too: a total that does not fit ends the program before anything moves.
+               const std::int64_t total =
+                   std::accumulate(workList.begin(), workList.end(), std::int64_t{0},
+                                   [](std::int64_t sum, const SeenItem& item) { return checkedSum(sum, item.size); });
+               if (isPreview) {
+                   previewBytes_ = total;
+                   previewPause_->start(sources_.previewPause);
+               } else {
+                   startClean(std::move(workList), std::move(snapshotIDs));
+               }
+           });
+}
+
+void Store::startClean(std::vector<SeenItem> items, std::vector<std::string> snapshotIDs) {
+    const auto workList = std::make_shared<std::vector<SeenItem>>(std::move(items));
     cleaningRun_ = Uuid::random();
     cleaningLog_ = std::make_shared<CleaningLog>();
-    cleaningTask_.start(
-        [workList, snapshotIDs, log = cleaningLog_, run = cleaningRun_, receipts = history_.receipts(),
-         runTool = sources_.runTool, lookAtUse = sources_.lookAtUse,
-         token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
+    const bool isStarted = cleaningTask_.start(
+        [workList, seen = seenItems_, snapshotIDs = std::move(snapshotIDs), log = cleaningLog_, run = cleaningRun_,
+         receipts = history_.receipts(), notes = preferences_.recordNotes(), runTool = sources_.runTool,
+         lookAtUse = sources_.lookAtUse, token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
+            for (SeenItem& item : *workList) {
+                seen->tell(item);
+            }
+            std::optional<TrashBatch> batch(notes);
             CleaningTools tools;
-            tools.moveToTrash = moveToTrash;
+            tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch->record(first, last); };
+            tools.moveToTrash = [&](const SeenItem& item) { return batch->move(item); };
             tools.lookAtUse = lookAtUse;
             tools.putBack = putBackOpened;
-            tools.settle = syncMoves;
+            tools.settle = [&](const std::vector<std::filesystem::path>& trashed) {
+                batch.reset();
+                syncMoves(trashed);
+            };
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };
-            runCleaning(workList, snapshotIDs, tools, *log);
+            runCleaning(*workList, snapshotIDs, tools, *log);
             // Before the history tells of the run, so that its items can be told from others as soon as they can be put
             // back.
             log->storeReceipt(run, receipts);
             return std::monostate();
         },
         [this](std::monostate) { finishClean(); });
+    if (!isStarted) {
+        cleaningLog_.reset();
+        failToStart("The cleanup");
+    }
 }
 
-std::vector<SeenItem> Store::workListOf(const std::vector<Card>& cards) const {
-    std::vector<SeenItem> workList;
-    for (const Card& card : cards) {
-        for (const Entry& entry : card.entries) {
-            workList.push_back(seenItems_.itemAt(entry.url));
-            workList.back().size = entry.size;
-        }
-    }
-    return workList;
+void Store::failToStart(const char* what) {
+    const std::string notice =
+        std::string(what) + " could not be started: the system is too busy. Nothing was changed.";
+    inTurn([&] { setCleaning(false); }, [&] { setNotice(notice); });
 }
 
 void Store::finishClean() {
     const std::shared_ptr<CleaningLog> log = std::exchange(cleaningLog_, nullptr);
     log->storeReceipt(cleaningRun_, history_.receipts());
-    CleaningResult result = log->result();
+    CleaningResult result = log->takeResult();
     HistoryEntry entry;
     entry.id = cleaningRun_;
     entry.date = historyDate(now());
@@ -119,7 +134,6 @@ void Store::finishClean() {
         history_.keepReceipt(entry.id, std::move(result.receipt));
     }
     recordClean(std::move(entry), result.failures);
-    rescan();
 }
 
 void Store::finishPreview() {
@@ -138,10 +152,17 @@ void Store::recordClean(HistoryEntry entry, std::int64_t failures) {
     celebration.snapshots = entry.snapshotsRemoved;
     celebration.failures = failures;
 
-    history_.add(std::move(entry));
-    saveHistory();
-    setCleaning(false);
-    setCelebration(celebration);
+    inTurn([&] { history_.add(std::move(entry)); },
+           [&] {
+               history_.saveThen([this, celebration] {
+                   inTurn([&] { setCleaning(false); }, [&] { setCelebration(celebration); },
+                          [&] {
+                              if (!celebration.preview) {
+                                  rescan();
+                              }
+                          });
+               });
+           });
 }
 
 void Store::rescan() {
@@ -168,6 +189,7 @@ void Store::finish() {
         finishClean();  // the worker hangs in a step; those before it are in its log
     }
     restoreTask_.finish(quitPatience);
+    history_.finishSaving();
     if (!history_.isSaved()) {
         saveHistory();
     }

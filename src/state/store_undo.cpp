@@ -33,21 +33,28 @@ void Store::undo(const Uuid& id) {
         return;
     }
     // Whether the entry was undone before is not asked: a second undo finds nothing left to put back.
-    const HistoryEntry& entry = history()[*row];
-    setCleaning(true);
-    restoreTask_.start(
-        [items = itemsOf(entry), token = takeWorkToken()](DetachedTask<std::size_t>::Control& control) {
-            return restoreItems(items(), [&] { return control.stopRequested(); });
-        },
-        [this, id, wanted = entry.moves.size()](std::size_t restored) { finishUndo(id, restored, wanted); });
+    const std::size_t wanted = history()[*row].moves.size();
+    auto items = itemsOf(history()[*row]);
+    inTurn([&] { setCleaning(true); },
+           [&] {
+               const bool isStarted = restoreTask_.start(
+                   [items = std::move(items), token = takeWorkToken()](DetachedTask<std::size_t>::Control& control) {
+                       return restoreItems(items(), [&] { return control.stopRequested(); });
+                   },
+                   [this, id, wanted](std::size_t restored) { finishUndo(id, restored, wanted); });
+               if (!isStarted) {
+                   failToStart("The undo");
+               }
+           });
 }
 
 void Store::finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted) {
-    setCleaning(false);
-    history_.setUndone(id, restored == wanted);
-    saveHistory();
-    setNotice(undoNotice(restored, wanted));
-    rescan();
+    // Stored while the store is still busy, then told.
+    history_.noteUndone(id, restored == wanted);
+    history_.saveThen([this, id, notice = undoNotice(restored, wanted)] {
+        inTurn([&] { setCleaning(false); }, [&] { history_.tellUndone(id); }, [&] { setNotice(notice); },
+               [&] { rescan(); });
+    });
 }
 
 }  // namespace vesk

@@ -167,6 +167,7 @@ TEST_F(CleaningKilledTest, ACleanKilledAnywhereLosesNothing) {
             << call;
         EXPECT_TRUE(namesIn(junk()).empty()) << "at call " << call;
         expectNothingLost(call);
+        EXPECT_EQ(namesIn(info).size(), namesIn(files).size()) << "a record without its item, at call " << call;
         return run.killed;
     });
 }

@@ -38,6 +38,9 @@ public:
     /// The folder of the history's receipts; it need not exist.
     std::filesystem::path receiptsFolder() const { return lockFile().parent_path() / "receipts"; }
 
+    /// The file in which a clean notes the records it is creating in the Trash; exists only while one runs.
+    std::filesystem::path recordNotes() const { return lockFile().parent_path() / "records-under-way"; }
+
     /// A stored boolean; absent if nothing, or something else, is stored under the key.
     std::optional<bool> boolean(std::string_view key) const;
     /// Returns false when the value could not be stored; the old one then stays.

@@ -2,21 +2,10 @@
 // a Trash at the top of every other volume. Used only by trash*.cpp; callable from any thread.
 #pragma once
 
-#include <filesystem>
-#include <string>
-
+#include "platform/trash/held_item.h"
 #include "platform/trash/trash.h"
 
 namespace vesk {
-
-/// An item whose folder is open and verified to be the one that was scanned.
-struct HeldItem {
-    std::filesystem::path path;
-    /// The last component of `path`.
-    std::string name;
-    /// The folder's descriptor.
-    int folder = -1;
-};
 
 /// Moves an item to the Trash of its volume.
 TrashOutcome moveToFreedesktopTrash(const HeldItem& item);

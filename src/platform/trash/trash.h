@@ -11,8 +11,10 @@
 // (freedesktop_trash.cpp); the user's own Trash on macOS is reached only by the system's call (trash_macos.cpp).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -22,6 +24,8 @@
 #include "platform/files/resource_values.h"
 
 namespace vesk {
+
+class NameOrder;
 
 /// An item as a scan saw it.
 struct SeenItem {
@@ -72,6 +76,36 @@ struct TrashedItem {
 /// - the Trash cannot take it (no other place is used instead).
 TrashOutcome moveToTrash(const SeenItem& item);
 
+/// Moves many items to the Trash, one at a time as `moveToTrash` does. Waiting for the disk is what each costs most;
+/// here the records of many items are waited for together, before the first of them moves. Used on one thread.
+class TrashBatch {
+public:
+    /// How many items are best put on record at once: each keeps a descriptor until its turn comes.
+    static constexpr std::size_t size = 256;
+
+    /// `notes`: a file in which it is noted which records are being made. Those that a clean left there without their
+    /// items when it was killed are taken back now. Without it nothing is noted.
+    explicit TrashBatch(std::filesystem::path notes = {});
+    /// Takes back the records of items that were not moved, as the next `record` does.
+    ~TrashBatch();
+    TrashBatch(const TrashBatch&) = delete;
+    TrashBatch& operator=(const TrashBatch&) = delete;
+
+    /// Puts on record, on the disk when this returns, the items of a list that are going to be moved next, from the
+    /// first to before the last; the list stays where it is until then. What stands in the way of one is told when it
+    /// is moved.
+    void record(const SeenItem* first, const SeenItem* last);
+
+    /// Moves an item; those on record in the order of their list, and each other one by itself.
+    TrashOutcome move(const SeenItem& item);
+
+private:
+    class Records;
+
+    std::filesystem::path notes_;
+    std::unique_ptr<Records> records_;
+};
+
 /// Moves an item from the Trash back to its place, creating missing parent folders. The Trash keeps its record until
 /// `forgetReturned`. Returns why the item is not back; absent if it is. Among the errno values:
 /// - ENOENT: nothing in the Trash has its name any more;
@@ -80,6 +114,8 @@ TrashOutcome moveToTrash(const SeenItem& item);
 ///   A recorded identity must match in either case;
 /// - EEXIST: something else is in its place.
 std::optional<PlatformError> restoreItem(const TrashedItem& item);
+/// The same for many items of one run, which are mostly on one file system: what is known of it is asked for once.
+std::optional<PlatformError> restoreItem(const TrashedItem& item, NameOrder& order);
 
 /// Removes the Trash's record of an item that is back at its place, thanks to this undo or an interrupted earlier one;
 /// does nothing for any other item. Call it after `syncMoves`: otherwise a power loss could revert the move but not the

@@ -91,18 +91,17 @@ int writeRecord(int infoFolder, const std::string& name, std::string_view text, 
     if (!file) {
         return errno;
     }
-    // Its name needs no forcing to disk where the file system keeps the order of changes to names: the item's later
-    // rename never outlives a power loss that the name does not.
-    int failure = writeAll(file.get(), text);
-    if (failure == 0 && (fsync(file.get()) != 0 || (!keepsOrderOfNames(infoFolder) && fsync(infoFolder) != 0))) {
-        failure = errno;
-    }
+    const int failure = writeAll(file.get(), text);
     if (failure != 0) {
         removeRecord(infoFolder, name, file);
         return failure;
     }
     record = std::move(file);
     return 0;
+}
+
+int syncRecord(int infoFolder, bool keepsOrder, const Descriptor& record) {
+    return fsync(record.get()) != 0 || (!keepsOrder && fsync(infoFolder) != 0) ? errno : 0;
 }
 
 Holder holderOf(int folder, const std::string& name, const Descriptor& file) {

@@ -19,8 +19,12 @@ inline constexpr const char* trashInfoName = "info";
 /// The name of the record of an item with this name in the Trash.
 std::string recordName(std::string_view item);
 
-/// Writes a record, syncs it, and leaves it open. Returns 0 or an errno value; EEXIST if the name is taken.
+/// Writes a record and leaves it open. Returns 0 or an errno value; EEXIST if the name is taken.
 int writeRecord(int infoFolder, const std::string& name, std::string_view text, Descriptor& record);
+
+/// Waits until a record is on the disk. Its name needs no waiting if the file system preserves the order of changes to
+/// names: the item's later rename cannot survive a power loss that the name does not. Returns 0 or an errno value.
+int syncRecord(int infoFolder, bool keepsOrder, const Descriptor& record);
 
 /// What a name in an open folder belongs to, compared with the open file that was created under it.
 enum class Holder { thatFile, nothing, another, unknown };
