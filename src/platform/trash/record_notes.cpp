@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/files/content.h"
 #include "platform/files/moving.h"
 #include "platform/trash/trash_info.h"
 #include "platform/trash/trash_record.h"
