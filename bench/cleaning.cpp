@@ -7,9 +7,12 @@
 //
 // vesk-cleaning --make ITEMS FOLDER: makes the files alone, in FOLDER/home/Library/Caches, for other programs.
 
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -48,6 +51,7 @@ void makeItems(const fs::path& folder, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         std::ofstream(itemPlace(folder, i)) << i;
     }
+    sync();  // or the first wait for the disk would be for these
 }
 
 double secondsSince(std::chrono::steady_clock::time_point start) {
