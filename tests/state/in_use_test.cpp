@@ -21,7 +21,7 @@ class InUseTest : public TemporaryHome {
 protected:
     InUseTest() {
         tools_.moveToTrash = moveToTrash;
-        tools_.putBack = restoreItem;
+        tools_.putBack = [](const TrashedItem& item) { return restoreItem(item); };
         tools_.settle = [this](const std::vector<std::filesystem::path>& trashed) { settled_ = trashed; };
         tools_.lookAtUse = [this] {
             ++looks_;
