@@ -64,6 +64,7 @@ TEST(UserFolders, AreReadAsTheirToolReadsThem) {
         "XDG_DOCUMENTS_DIR=\"$HOME/First\"\n"
         "XDG_DOCUMENTS_DIR=\"$HOME/\\\"Last\\\"\\\\\"\n"
         "XDG_PICTURES_DIR=\"$HOME/\"\n"
+        "XDG_MUSIC_DIR=\"$HOME/x/..\"\n"
         "XDG_VIDEOS_DIR=\"$HOMEwork\"\n"
         "XDG_TEMPLATES_DIR=\"relative\"\n"
         "XDG_PUBLICSHARE_DIR=$HOME/Unquoted\n"

@@ -85,11 +85,12 @@ std::string expanded(std::string_view value, const char* const* environment) {
 
 std::filesystem::path folderOfSetting(std::string_view value, const std::filesystem::path& home) {
     std::filesystem::path folder = value.starts_with("~/") ? home / value.substr(2) : std::filesystem::path(value);
-    if (!folder.is_absolute()) {
-        return {};
-    }
-    folder = folder.lexically_normal();
-    return folder.has_filename() || !folder.has_relative_path() ? folder : folder.parent_path();
+    return folder.is_absolute() ? plainFolder(folder) : std::filesystem::path();
+}
+
+std::filesystem::path plainFolder(const std::filesystem::path& folder) {
+    std::filesystem::path plain = folder.lexically_normal();
+    return plain.has_filename() || !plain.has_relative_path() ? plain : plain.parent_path();
 }
 
 std::multimap<std::string, std::filesystem::path> variableFolders(const char* const* environment,

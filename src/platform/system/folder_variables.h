@@ -18,4 +18,7 @@ std::multimap<std::string, std::filesystem::path> variableFolders(const char* co
 /// A folder that a program's setting names: absolute, or below `home` after a leading "~/"; empty for any other text.
 std::filesystem::path folderOfSetting(std::string_view value, const std::filesystem::path& home);
 
+/// An absolute path without ".", ".." and a slash at its end.
+std::filesystem::path plainFolder(const std::filesystem::path& folder);
+
 }  // namespace vesk

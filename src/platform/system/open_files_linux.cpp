@@ -13,6 +13,8 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
+#include <iterator>
 #include <string_view>
 #include <unordered_set>
 
@@ -21,6 +23,7 @@
 #include "platform/system/open_files.h"
 #include "platform/system/open_files_system.h"
 #include "platform/text.h"
+#include "platform/threads/work_sharing.h"
 
 namespace vesk {
 
@@ -80,34 +83,13 @@ bool readDevice(std::string_view text, std::uint64_t& device) {
     return true;
 }
 
-// Gathers what processes use, each file once for each path.
-class ProcessTable {
+// Gathers what processes use, each file once for each path. Each thread of a look has one.
+class ProcessReader {
 public:
-    explicit ProcessTable(std::vector<UsedFile>& used) : used_(used) {}
+    std::vector<UsedFile> used;
+    /// The numbers of those that may be looked at.
+    std::unordered_set<std::string> lookable;
 
-    bool look() {
-        const Descriptor processes(open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        DIR* const listing = processes ? fdopendir(dup(processes.get())) : nullptr;
-        if (listing == nullptr) {
-            return false;
-        }
-        const std::string own = std::to_string(getpid());
-        bool metItself = false;
-        while (const dirent* const item = readdir(listing)) {  // NOLINT(concurrency-mt-unsafe)
-            const std::string_view name = static_cast<const char*>(item->d_name);
-            if (name == own) {
-                metItself = true;
-            } else if (name.front() >= '0' && name.front() <= '9') {
-                lookAt(processes.get(), item->d_name);
-            }
-        }
-        closedir(listing);
-        addSockets(textOf(processes.get(), "net/unix"));
-        addLocks(textOf(processes.get(), "locks"), own);
-        return metItself;
-    }
-
-private:
     void lookAt(int processes, const char* number) {
         const Descriptor process(openat(processes, number, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!process) {
@@ -127,14 +109,21 @@ private:
             }
         }
         closedir(listing);
-        lookable_.insert(number);
+        lookable.insert(number);
         addMappings(textOf(process.get(), "maps"));
     }
 
+private:
     void addLink(int folder, const char* link) {
         struct statx found {};
         if (statx(folder, link, AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, wantedOfUsed, &found) != 0 ||
             S_ISSOCK(found.stx_mode) || S_ISCHR(found.stx_mode)) {
+            return;
+        }
+        // Of a file with one name there is nothing new to tell.
+        const bool hasOneName = S_ISDIR(found.stx_mode) || found.stx_nlink == 1;
+        const auto isNew = linked_.insert({usedDevice(found), found.stx_ino, found.stx_mnt_id}).second;
+        if (hasOneName && !isNew) {
             return;
         }
         std::array<char, PATH_MAX> text;
@@ -146,27 +135,103 @@ private:
         }
     }
 
-    // ADDRESSES PERMISSIONS OFFSET DEVICE INODE PATH
+    // ADDRESSES PERMISSIONS OFFSET DEVICE INODE PATH. Programs share most of what they map, so a line that was met
+    // before, but for its addresses, is passed over as fast as can be.
     void addMappings(std::string_view text) {
         forEachLine(text, [&](std::string_view line) {
+            const std::size_t slash = line.find('/');
+            if (slash == std::string_view::npos) {
+                return;
+            }
+            // A memory file and shared memory have a path that is none, on a device of the kernel's own.
+            const std::string_view path = line.substr(slash);
+            if (path.starts_with("/memfd:") || path.starts_with("/SYSV") || path.starts_with("/dev/zero")) {
+                return;
+            }
             nextPart(line);
             nextPart(line);
             nextPart(line);
+            line.remove_prefix(1);
+            if (!mappings_.insert(std::string(line)).second) {
+                return;
+            }
             UsedFile file;
             const bool hasDevice = readDevice(nextPart(line), file.device);
             if (hasDevice && readNumber(nextPart(line), file.inode, 10) && file.inode != 0) {
-                line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-                // A memory file and shared memory have a path that is none, on a device of the kernel's own.
-                if (line.starts_with('/') && !line.starts_with("/memfd:") && !line.starts_with("/SYSV") &&
-                    !line.starts_with("/dev/zero")) {
-                    file.path = line;
-                    // Which of its names is gone, and whether it has others, is not told.
-                    file.inode = line.ends_with(" (deleted)") ? 0 : file.inode;
-                    file.deviceIsCertain = false;
-                    add(std::move(file));
-                }
+                file.path = path;
+                // Which of its names is gone, and whether it has others, is not told.
+                file.inode = path.ends_with(" (deleted)") ? 0 : file.inode;
+                file.deviceIsCertain = false;
+                add(std::move(file));
             }
         });
+    }
+
+    void add(UsedFile file) {
+        if (known_.insert(std::to_string(file.device) + ":" + std::to_string(file.inode) + ":" + file.path).second) {
+            used.push_back(std::move(file));
+        }
+    }
+
+    std::unordered_set<std::string> known_;
+    std::unordered_set<std::string> mappings_;
+    // Device, inode and mount of what links have led to.
+    std::set<std::array<std::uint64_t, 3>> linked_;
+};
+
+class ProcessTable {
+public:
+    explicit ProcessTable(std::vector<UsedFile>& used) : used_(used) {}
+
+    bool look() {
+        const Descriptor processes(open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        DIR* const listing = processes ? fdopendir(dup(processes.get())) : nullptr;
+        if (listing == nullptr) {
+            return false;
+        }
+        const std::string own = std::to_string(getpid());
+        bool metItself = false;
+        std::vector<std::string> numbers;
+        while (const dirent* const item = readdir(listing)) {  // NOLINT(concurrency-mt-unsafe)
+            const std::string_view name = static_cast<const char*>(item->d_name);
+            if (name == own) {
+                metItself = true;
+            } else if (name.front() >= '0' && name.front() <= '9') {
+                numbers.emplace_back(name);
+            }
+        }
+        closedir(listing);
+        lookAtAll(processes.get(), numbers);
+        addSockets(textOf(processes.get(), "net/unix"));
+        addLocks(textOf(processes.get(), "locks"), own);
+        return metItself;
+    }
+
+private:
+    // The kernel writes out the mappings of each process anew, which takes most of the time; so all cores take part.
+    void lookAtAll(int processes, const std::vector<std::string>& numbers) {
+        constexpr std::size_t batch = 8;
+        std::deque<ProcessReader> readers;  // a deque: threads keep pointers into it while it grows
+        WorkSharing<std::size_t, ProcessReader*> work([&] { return &readers.emplace_back(); },
+                                                      [&](const std::size_t& first, auto& worker) {
+                                                          if (first == numbers.size()) {
+                                                              for (std::size_t i = 0; i < numbers.size(); i += batch) {
+                                                                  worker.add(i);
+                                                              }
+                                                              worker.startSharing();
+                                                              return;
+                                                          }
+                                                          for (std::size_t i = first;
+                                                               i < std::min(first + batch, numbers.size()); ++i) {
+                                                              worker.state->lookAt(processes, numbers[i].c_str());
+                                                          }
+                                                          worker.offerItems();
+                                                      });
+        work.run(numbers.size());
+        for (ProcessReader& reader : readers) {
+            std::move(reader.used.begin(), reader.used.end(), std::back_inserter(used_));
+            lookable_.merge(reader.lookable);
+        }
     }
 
     // Num RefCount Protocol Flags Type St Inode Path; the inode is the socket's, not the file's.
@@ -179,7 +244,7 @@ private:
             FilePlace place;
             const std::string path(line);
             if (line.starts_with('/') && findPlace(path.c_str(), place)) {
-                add({place.device, place.inode, path});
+                used_.push_back({place.device, place.inode, path});
             }
         });
     }
@@ -200,19 +265,12 @@ private:
             if (holder != own && !lookable_.contains(holder) && colon < place.size() &&
                 readDevice(place.substr(0, colon), file.device) &&
                 readNumber(place.substr(colon + 1), file.inode, 10)) {
-                add(std::move(file));
+                used_.push_back(std::move(file));
             }
         });
     }
 
-    void add(UsedFile file) {
-        if (known_.insert(std::to_string(file.device) + ":" + std::to_string(file.inode) + ":" + file.path).second) {
-            used_.push_back(std::move(file));
-        }
-    }
-
     std::vector<UsedFile>& used_;
-    std::unordered_set<std::string> known_;
     std::unordered_set<std::string> lookable_;
 };
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/files/reading.h"
+#include "platform/system/folder_variables.h"
 #include "platform/text.h"
 #include "platform/world.h"
 
@@ -49,10 +50,7 @@ std::optional<std::filesystem::path> folderIn(std::string_view value, const std:
     if (folder == homeVariable || folder.starts_with("$HOME/")) {
         folder.replace(0, homeVariable.size(), home.string());
     }
-    while (folder.size() > 1 && folder.ends_with('/')) {
-        folder.pop_back();
-    }
-    return folder.starts_with('/') ? std::optional(std::filesystem::path(folder).lexically_normal()) : std::nullopt;
+    return folder.starts_with('/') ? std::optional(plainFolder(folder)) : std::nullopt;
 }
 
 }  // namespace
@@ -71,7 +69,7 @@ std::map<std::string, std::filesystem::path> userFoldersIn(std::string_view sett
             folders[std::string(name)] = *folder;
         }
     }
-    std::erase_if(folders, [&](const auto& folder) { return folder.second == home.lexically_normal(); });
+    std::erase_if(folders, [&](const auto& folder) { return folder.second == plainFolder(home); });
     return folders;
 }
 
