@@ -196,6 +196,20 @@ ViewTest {
                                         === list.itemAtIndex(index - 1).y + list.itemAtIndex(index - 1).height + list.spacing));
     }
 
+    // The scan after a clean ends beneath the celebration, where everything is disabled.
+    function test_rows_that_come_beneath_a_layer_are_there_afterwards() {
+        const view = open(3);
+        const list = named(view, "cardList");
+        Motion.reduced = false;
+        view.store.notice = "News";
+        Stage.find(["card0", "card1", "card2", "new"].map(id => card(id, "safe", [mb])));
+        view.store.scan();
+        tryCompare(list, "count", 4);
+        view.store.notice = "";
+        tryVerify(() => [0, 1, 2, 3].every(index => list.itemAtIndex(index)?.presence === 1), 5000);
+        compare([0, 1, 2, 3].map(index => list.itemAtIndex(index).opacity), [1, 1, 1, 1]);
+    }
+
     function test_rows_go_within_the_spring() {
         const view = open(3);
         const list = named(view, "cardList");

@@ -27,6 +27,8 @@ Item {
     property real sideRoom: 0
     /// How much of it is there: 0 nothing, 1 all; a little more where it swings beyond its place.
     property real presence: 1
+    /// Whether it is being seen off.
+    property bool going: false
 
     /// It has been seen off.
     signal gone
@@ -42,6 +44,7 @@ Item {
 
     /// Springs away, and is gone as soon as there is nothing of it.
     function go() {
+        going = true;
         enabled = false;
         if (Motion.reduced) {
             gone();
@@ -55,7 +58,7 @@ Item {
     implicitHeight: button.implicitHeight
     opacity: Math.max(0, Math.min(presence, 1))
     onPresenceChanged: {
-        if (!enabled && presence <= 0) {
+        if (going && presence <= 0) {
             motion.stop();
             gone();
         }

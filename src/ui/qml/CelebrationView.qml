@@ -26,8 +26,7 @@ ModalLayer {
     Keys.onSpacePressed: close()
     Component.onCompleted: pop = true
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: [title.text, amount + ".", reassurance, snapshotsText.text, failuresText.text]
-        .filter(part => part !== "").join(" ")
+    Accessible.name: Words.joined([title.text, amount + ".", reassurance, snapshotsText.text, failuresText.text], " ")
     Accessible.focusable: true
     Accessible.onPressAction: close()
 

@@ -46,8 +46,7 @@ Item {
         color: Theme.card
         Accessible.role: Accessible.ListItem
         Accessible.ignored: !enabled
-        Accessible.name: [row.amount, row.titles, row.dateText, row.snapshots, row.outcome]
-            .filter(part => part !== "").join(". ")
+        Accessible.name: Words.joined([row.amount, row.titles, row.dateText, row.snapshots, row.outcome], ". ")
 
         SoftShadow {
             cornerRadius: 20

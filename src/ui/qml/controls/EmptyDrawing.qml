@@ -1,4 +1,6 @@
 // What stands where there is nothing to list: the wheel, content and clean, or as a clock.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Vesk
 

@@ -9,7 +9,7 @@ ModalLayer {
     required property string title
     required property string message
     /// What the message is about, one below the other.
-    property list<string> items
+    property var items: []
     required property string acceptText
     /// Empty where there is nothing to choose.
     property string rejectText: ""
@@ -20,7 +20,7 @@ ModalLayer {
         height: Math.min(inside.implicitHeight + 56, parent.height - 2 * Theme.margin)
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title
-        Accessible.description: [dialog.message, dialog.items.join(", ")].filter(part => part !== "").join(" ")
+        Accessible.description: Words.joined([dialog.message, dialog.items.join(", ")], " ")
 
         ColumnLayout {
             id: inside
