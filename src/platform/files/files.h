@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,6 +51,9 @@ bool itemExists(const std::filesystem::path& item);
 /// Where a link leads, with every further link resolved; absent when it leads nowhere. The links keep their access
 /// dates, where the system has a way to follow one without setting it (docs/decisions/following-links.md).
 std::optional<std::filesystem::path> followLink(const std::filesystem::path& link);
+
+/// As long as what it returns lives, following one link after another costs little: what it takes is kept.
+std::shared_ptr<const void> readyToFollowLinks();
 
 /// The path with every link in it resolved; absent when it leads nowhere. Sets the access dates of these links, and so
 /// is not for scans.
