@@ -16,6 +16,7 @@
 #include "core/entry.h"
 #include "core/tracker.h"
 #include "platform/error.h"
+#include "platform/files/files.h"
 #include "platform/files/resource_values.h"
 
 namespace vesk {
@@ -66,6 +67,9 @@ private:
     std::optional<Measurement> measureExisting(const std::filesystem::path& url);
     Measurement measureFile(const ResourceValues& values);
     Measurement measureFolder(const std::filesystem::path& folder);
+
+    // A rule follows all its links at the price of the first.
+    std::shared_ptr<const void> followsLinks_ = readyToFollowLinks();
 };
 
 }  // namespace vesk

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,6 +48,9 @@ bool itemExists(const std::filesystem::path& item);
 /// Where a link leads, all links resolved; absent if it leads nowhere. Leaves the links' access dates unchanged if the
 /// system has a way to do that (docs/decisions/following-links.md).
 std::optional<std::filesystem::path> followLink(const std::filesystem::path& link);
+
+/// As long as what it returns lives, following one link after another costs little: what it takes is kept.
+std::shared_ptr<const void> readyToFollowLinks();
 
 /// The path with all links resolved; absent if it leads nowhere. Changes the links' access dates, so it is not for
 /// scans.

@@ -10,6 +10,10 @@
 
 namespace vesk {
 
+std::shared_ptr<const void> readyToFollowLinks() {
+    return nullptr;
+}
+
 // The thread of a scan has asked to leave access dates alone, whatever it does (directory_macos.cpp).
 bool followWithoutTrace(const std::filesystem::path& /*link*/, std::optional<std::filesystem::path>& /*target*/) {
     return false;

@@ -3,9 +3,9 @@
 
 namespace vesk {
 
-/// Gives the calling thread background priority for the rest of its life: nice 15 for this thread alone on Linux, the
-/// utility QoS class on macOS. Calling it again does nothing. Failure is ignored: the work then only runs at normal
-/// priority.
+/// Gives the calling thread, for the rest of its life, the priority of background work: on Linux nice 15 and the
+/// lowest best-effort priority at the disk, for this thread alone; on macOS the utility class, which covers both.
+/// Calling it again does nothing. A refusal is ignored: the work is then only less polite.
 void enterBackground();
 
 /// Whether the calling thread has entered the background.
