@@ -90,6 +90,7 @@ TEST(ThreadPoolTest, NoMoreThanTheCoresWorkWhenNobodyWaitsAnyLonger) {
 }
 
 TEST(ThreadPoolTest, FewDescriptorsAreForFewThreads) {
+    CountedWork().mostAtOnce(3'000, waitAMoment);
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     const rlimit few{16, before.rlim_max};

@@ -16,9 +16,10 @@ namespace vesk {
 
 namespace {
 
-// So many that, with three descriptors for each, all of them have enough beside the folders that a walk holds open.
+// So many that, with three descriptors for each, all of them and the walks' callers have enough beside the folders that
+// walks hold open, which are half of what there is.
 int threadsForDescriptors() {
-    constexpr rlim_t descriptorsForEach = 8;
+    constexpr rlim_t descriptorsForEach = 16;
     rlimit allowed{};
     if (getrlimit(RLIMIT_NOFILE, &allowed) != 0) {
         return 0;
@@ -53,6 +54,15 @@ public:
         // Only when all are lent: what nobody had work for says nothing of what is worth it.
         if (now <= lent_.load(std::memory_order_relaxed) && now < threadsForDescriptors()) {
             worthwhile_.compare_exchange_strong(now, now + 1, std::memory_order_relaxed);
+        }
+    }
+
+    // What was worth it earlier may be more than the process may open files for now.
+    void keepWithinDescriptors() {
+        int now = worthwhile_.load(std::memory_order_relaxed);
+        const int most = std::max(besideCaller_, threadsForDescriptors());
+        if (now > most) {
+            worthwhile_.compare_exchange_strong(now, most, std::memory_order_relaxed);
         }
     }
 
@@ -147,6 +157,7 @@ bool tooManyThreadsAtWork() {
 }
 
 void DiskWatch::restart() {
+    threadPool().keepWithinDescriptors();
     since_ = std::chrono::steady_clock::now();
     const ThreadUse use = useOfThisThread();
     waits_ = use.waits;
