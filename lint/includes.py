@@ -15,7 +15,7 @@ from pathlib import Path
 
 LAYERS = ["platform", "core", "rules", "state", "ui", "app"]
 QT_LAYERS = {"state", "ui", "app"}
-SOURCES = {".h", ".cpp", ".mm"}
+SOURCES = {".h", ".cpp"}
 # Shared by macOS's own sources, and included by nothing else.
 MACOS_HEADERS = {"platform/system/core_foundation.h", "platform/system/objective_c.h"}
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]')

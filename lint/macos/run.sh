@@ -127,7 +127,7 @@ check_group() {
     else
         printf '%-18s %3d sources, %d targets: FAILED\n' "$name" $# ${#group_targets[@]}
         failed=$((failed + failures))
-        find "$place/objects" -name '*.failed' -exec cat {} + -delete >&2
+        find "$place/objects" -name '*.failed' -exec cat {} \; -delete >&2
     fi
 }
 
@@ -155,7 +155,7 @@ mapfile -t warnings < <(warning_flags)
 # Nobody runs what comes out: no debugging information, no checks built in.
 flags=(-std=c++20 -g0 -fno-sanitize=all "${warnings[@]}" -Isrc -Itests -Itools -isystem lint/macos/stubs -isystem "$place/include"
     -isystem "$place/include/qt6")
-for module in QtConcurrent QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQuick QtTest; do
+for module in QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQuick QtTest; do
     flags+=(-isystem "$place/include/qt6/$module")
 done
 

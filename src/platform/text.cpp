@@ -1,18 +1,17 @@
 #include "platform/text.h"
 
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 #include <QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <cstring>
 
 namespace vesk {
 
 namespace {
 
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
+constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
 // The bytes that may follow a lead byte first, and how many follow in all (The Unicode Standard, table 3-7).
 struct LeadByte {
@@ -62,23 +61,6 @@ Sequence sequenceAt(std::string_view bytes) {
     return {wanted, true};
 }
 
-// How many bytes at the start are ASCII, eight at a time where it can: most text is nothing else.
-std::size_t lengthOfPlainStart(std::string_view bytes) {
-    constexpr std::uint64_t highBits = 0x8080808080808080;
-    std::uint64_t eight = 0;
-    std::size_t length = 0;
-    for (; length + sizeof eight <= bytes.size(); length += sizeof eight) {
-        std::memcpy(&eight, bytes.data() + length, sizeof eight);
-        if ((eight & highBits) != 0) {
-            break;
-        }
-    }
-    while (length < bytes.size() && static_cast<unsigned char>(bytes[length]) < 0x80) {
-        ++length;
-    }
-    return length;
-}
-
 QString fromUtf8(std::string_view bytes) {
     return QString::fromStdString(decodedUtf8(bytes));
 }
@@ -119,25 +101,19 @@ std::string decodedUtf8(std::string_view bytes) {
     text.reserve(bytes.size());
     while (!bytes.empty()) {
         const Sequence sequence = sequenceAt(bytes);
-        text += sequence.wellFormed ? bytes.substr(0, sequence.length) : replacement;
+        text += sequence.wellFormed ? bytes.substr(0, sequence.length) : replacementCharacter;
         bytes.remove_prefix(sequence.length);
     }
     return text;
 }
 
 bool isUtf8(std::string_view bytes) {
-    while (!bytes.empty()) {
-        bytes.remove_prefix(lengthOfPlainStart(bytes));
-        if (bytes.empty()) {
-            return true;
-        }
-        const Sequence sequence = sequenceAt(bytes);
-        if (!sequence.wellFormed) {
-            return false;
-        }
-        bytes.remove_prefix(sequence.length);
-    }
-    return true;
+    return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks) {
+    const std::size_t start = text.find_first_not_of(blanks);
+    return start == std::string_view::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
 }
 
 std::string lowercased(std::string_view text) {
@@ -201,7 +177,7 @@ std::string replacingUnsafe(std::string_view text, const std::function<std::stri
 }
 
 std::string showable(std::string_view text) {
-    return replacingUnsafe(text, [](std::string_view /*character*/) { return std::string(replacement); });
+    return replacingUnsafe(text, [](std::string_view /*character*/) { return std::string(replacementCharacter); });
 }
 
 std::size_t characterCount(std::string_view text) {

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QSignalSpy>
+#include <limits>
 
 #include "state/plain_cards.h"
 #include "support/temporary_home.h"
@@ -212,6 +213,14 @@ TEST_F(StoreTest, PreviewOnlyIsWrittenEvenWhenUnchanged) {
     store->setPreviewOnly(true);
     EXPECT_EQ(Preferences().boolean("vesk.preview"), true);
     EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(StoreTest, PersonalBytesAreTakenOffOneAfterAnother) {
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    // The sum of the two buckets would not fit, and nobody needs it.
+    const auto store =
+        scannedStore({cardOf("safe", Bucket::safe, most, false), cardOf("smart", Bucket::smart, 1, false)}, {most, 0});
+    EXPECT_EQ(store->personalBytes(), 0);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <cstring>
 #include <string>
 
+#include "platform/files/content.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 #include "platform/files/files_system.h"
@@ -60,20 +61,17 @@ bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::fi
         followAmongReadOnlyMounts(link.c_str(), writing.get());
     }
     writing.close();
-    std::array<char, PATH_MAX> path;
-    ssize_t length = 0;
-    do {
-        length = read(reading.get(), path.data(), path.size());
-    } while (length < 0 && errno == EINTR);
+    std::string path;
+    const int unread = readAll(reading.get(), PATH_MAX, path);
     int status = 1;
     while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
         continue;
     }
-    if (child < 0 || length < 0 || status != 0) {
+    if (child < 0 || unread != 0 || status != 0) {
         return false;
     }
-    if (length > 0) {
-        target = std::string(path.data(), static_cast<std::size_t>(length));
+    if (!path.empty()) {
+        target = path;
     }
     return true;
 }

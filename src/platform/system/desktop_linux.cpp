@@ -11,20 +11,14 @@
 #include <system_error>
 
 #include "platform/system/desktop.h"
+#include "platform/text.h"
 #include "platform/world.h"
 
 namespace vesk {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+constexpr std::string_view iniBlanks = " \t\r";
 
 // The value of a key in a section of an .ini file; absent when the file, the section or the key is missing.
 std::optional<std::string> iniValue(const std::filesystem::path& path, std::string_view section, std::string_view key) {
@@ -35,14 +29,14 @@ std::optional<std::string> iniValue(const std::filesystem::path& path, std::stri
     std::ifstream file(path);
     bool inSection = false;
     for (std::string line; std::getline(file, line);) {
-        const std::string_view text = trimmed(line);
+        const std::string_view text = trimmed(line, iniBlanks);
         if (text.starts_with('[')) {
             inSection = text.substr(1).starts_with(section) && text.ends_with(']') && text.size() == section.size() + 2;
             continue;
         }
         const std::size_t equals = text.find('=');
-        if (inSection && equals != std::string_view::npos && trimmed(text.substr(0, equals)) == key) {
-            return std::string(trimmed(text.substr(equals + 1)));
+        if (inSection && equals != std::string_view::npos && trimmed(text.substr(0, equals), iniBlanks) == key) {
+            return std::string(trimmed(text.substr(equals + 1), iniBlanks));
         }
     }
     return std::nullopt;

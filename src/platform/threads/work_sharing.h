@@ -1,6 +1,6 @@
-// Work sharing: work that comes in items, where one item may lead to more (a walk over folders, say), done by the
-// calling thread and by idle threads of the pool. Each thread works through its own items, newest first, so that few
-// are queued; a lock is taken only when one thread hands items to another.
+// Work sharing: the calling thread and idle threads of the pool process items, each of which may add more (a walk over
+// folders, say). Each thread works through its own items, newest first, so that few are queued; it takes a lock only to
+// join in, to hand items over or when it runs out of them.
 #pragma once
 
 #include <atomic>
@@ -16,18 +16,18 @@
 
 namespace vesk {
 
-/// `State` is what each participating thread has to itself.
+/// `State` is private to each participating thread.
 template <typename Item, typename State>
 class WorkSharing {
 public:
-    /// One thread's part in the work.
+    /// One thread's share of the work.
     class Worker {
     public:
         Worker(WorkSharing& work, State& own) : state(own), work_(work) {}
 
         State& state;
 
-        /// Adds an item, to be done by this thread or another.
+        /// Adds an item, for this thread or another.
         void add(Item item) {
             items_.push_back(std::move(item));
             // A single item stays on this thread: a chain of items would otherwise bounce between two.
@@ -36,19 +36,19 @@ public:
             }
         }
 
-        /// Hands items of this thread to an idle one. A long item calls it now and then; it costs next to nothing when
-        /// all threads are busy.
+        /// Hands some of this thread's items to an idle thread, if there is one. Call it now and then during a long
+        /// item; it costs next to nothing while all threads are busy.
         void offerItems() {
             if (!items_.empty() && work_.sharing_ && work_.someoneIsIdle()) {
                 work_.handOver(items_);
             }
         }
 
-        /// Whether items go to other threads. At first they do not: a little work is done before another thread has
-        /// woken.
+        /// Whether items are shared with other threads. At first they are not: a small job is done before another
+        /// thread has woken.
         bool isSharing() const { return work_.sharing_; }
 
-        /// From here on they do. Does nothing when called again.
+        /// Starts sharing. Calling it again does nothing.
         void startSharing() {
             // Until the first call there is only the calling thread, so this needs no lock.
             if (!work_.sharing_) {
@@ -73,13 +73,13 @@ public:
         std::deque<Item> items_;
     };
 
-    /// `makeState` is called once for each participating thread, one call at a time; `doItem` on all of them at once.
+    /// `makeState` is called once per participating thread, one call at a time; `doItem` on all threads concurrently.
     WorkSharing(std::function<State()> makeState, std::function<void(const Item&, Worker&)> doItem)
         : makeState_(std::move(makeState)), doItem_(std::move(doItem)) {}
     WorkSharing(const WorkSharing&) = delete;
     WorkSharing& operator=(const WorkSharing&) = delete;
 
-    /// Does this item and all that it leads to; returns when the last is done. Call it once.
+    /// Processes this item and all that it leads to; returns when the last one is done. Call it once.
     void run(Item first) {
         Worker worker(*this, stateOfThisThread());
         worker.items_.push_back(std::move(first));
