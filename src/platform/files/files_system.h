@@ -1,4 +1,4 @@
-// What differs between systems for files.cpp and moving.cpp (files_linux.cpp, files_macos.cpp).
+// What differs between systems for files.cpp and moving.cpp.
 #pragma once
 
 #include <filesystem>
