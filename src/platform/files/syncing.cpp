@@ -9,7 +9,7 @@ bool NameOrder::isKept(int folder) {
     if (fstat(folder, &found) != 0) {
         return false;
     }
-    const auto [known, isNew] = known_.try_emplace(found.st_dev);
+    const auto [known, isNew] = known_.try_emplace(static_cast<std::uint64_t>(found.st_dev));
     if (isNew) {
         known->second = keepsOrderOfNames(folder);
     }
