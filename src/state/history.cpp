@@ -137,13 +137,13 @@ void History::save() {
     }
 }
 
-void History::saveThen(std::function<void()> done) {
+void History::saveThen(const std::function<void()>& done) {
     finishSaving();
     prepareToSave();
-    tryInBackground(std::move(done));
+    tryInBackground(done);
 }
 
-void History::tryInBackground(std::function<void()> done) {
+void History::tryInBackground(const std::function<void()>& done) {
     const bool isStarted = saving_.start(
         // The entries are let go before the outcome is told, so that whoever changes them next need not copy them.
         [task = std::make_shared<Task>(task()), token = takeWorkToken()](DetachedTask<Outcome>::Control&) {

@@ -48,7 +48,7 @@ public:
     void save();
     /// The same on a thread of its own, since a large history takes seconds to store; where none can be had, at once.
     /// Then `done` is called on this thread. A save that is still under way is waited for first.
-    void saveThen(std::function<void()> done);
+    void saveThen(const std::function<void()>& done);
     /// Waits for a save under way; what it has to be followed by is done when this returns.
     void finishSaving();
     /// Whether nothing is left to store of what was to be saved.
@@ -78,7 +78,7 @@ private:
     void prepareToSave();
     // Returns whether to try again.
     bool take(Outcome outcome);
-    void tryInBackground(std::function<void()> done);
+    void tryInBackground(const std::function<void()>& done);
 
     Preferences& preferences_;
     const Receipts receipts_{preferences_.receiptsFolder()};

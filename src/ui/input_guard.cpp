@@ -144,7 +144,7 @@ bool InputGuard::refusesPress(const QPointerEvent& event) {
     const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
     const bool follows = haveClicked_ && event.timestamp() - lastPress_ <= static_cast<quint64>(interval) &&
                          QLineF(place, lastPlace_).length() <= samePlace;
-    if (!follows || sinceChange_.elapsed() > mostIntervals * interval) {
+    if (!follows || sinceChange_.elapsed() > qint64{mostIntervals} * interval) {
         begunBefore_ = false;
     }
     haveClicked_ = true;
