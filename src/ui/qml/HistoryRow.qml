@@ -89,7 +89,7 @@ Item {
                     text: row.dateText
                     color: Theme.softInk
                     font.pixelSize: Theme.caption
-                    elide: Text.ElideRight
+                    wrapMode: Text.Wrap
                 }
                 Label {
                     announcedByParent: true
