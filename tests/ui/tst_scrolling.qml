@@ -1,5 +1,6 @@
 // How lists and what is too large for its room are moved: by keys, wheel and touch, not by dragging with a mouse.
 import QtQuick
+import QtQuick.Templates as T
 import QtTest
 import Vesk
 import VeskStage
@@ -86,6 +87,17 @@ ViewTest {
         compare(view.store.detailID, "", "nor presses anything");
         mouseWheel(list, 200, 300, 0, -240);
         tryVerify(() => list.contentY > top);
+    }
+
+    function test_the_panels_scroll_bar_covers_nothing() {
+        Theme.textScale = 2;
+        const view = open(3);
+        const panel = named(view, "leftPanel");
+        verify(panel.overflows);
+        const bar = panel.T.ScrollBar.vertical;
+        verify(bar.visible);
+        verify(bar.mapToItem(panel, 0, 0).x >= panel.width);
+        verify(bar.mapToItem(view, bar.width, 0).x < named(view, "cardList").mapToItem(view, 0, 0).x);
     }
 
     function test_a_finger_that_drags_moves_the_list() {
