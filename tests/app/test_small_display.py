@@ -9,7 +9,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).parent))
 
 import pyatspi  # noqa: E402
-from window import Window, act, role_of, wait_for  # noqa: E402
+from window import Window, act, wait_for  # noqa: E402
 
 DISPLAY = tuple(int(number) for number in os.environ["VESK_SCREEN"].split("x"))
 
@@ -33,7 +33,7 @@ class SmallDisplayTest(unittest.TestCase):
 
     def test_cards_stand_one_below_the_other(self):
         def gaps():
-            rows = [item for item in self.window.find("list", "Cards") if role_of(item) == "push button"][:5]
+            rows = self.window.cards()[:5]
             places = [row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS) for row in rows]
             return [below.y - above.y - above.height for above, below in zip(places, places[1:])]
 
@@ -50,11 +50,7 @@ class SmallDisplayTest(unittest.TestCase):
                            ("check box", "Preview only")):
             item = self.window.tab_to(role, name)
             wait_for(f"{name} in view", lambda item=item: self.in_view(item))
-        row = next(
-            item
-            for item in self.window.find("list", "Cards")
-            if role_of(item) == "push button" and item.getState().contains(pyatspi.STATE_VISIBLE)
-        )
+        row = next(row for row in self.window.cards() if row.getState().contains(pyatspi.STATE_VISIBLE))
         act(row, "Press")
         wait_for("Done in view", lambda: self.in_view(self.window.wait("push button", "Done")))
         self.window.click(self.window.wait("push button", "Done"))

@@ -39,20 +39,17 @@ class WindowTest(unittest.TestCase):
         if self.window.process.poll() is None:
             self.window.close()
 
-    def card_rows(self):
-        return [item for item in self.window.find("list", "Cards") if role_of(item) == "push button"]
-
     def tick_only(self, title):
         """Leaves that card as the one that is ticked."""
-        for row in self.card_rows():
+        for row in self.window.cards():
             switch = next(item for item in row if role_of(item) == "check box")
             if is_checked(switch) != (row.name == title):
                 act(switch, "Toggle")
         wait_for("one ticked card", lambda: self.window.find("push button", lambda name: name == "Clean 36.2 MB"))
 
     def test_every_card_can_be_read(self):
-        wait_for("all cards", lambda: len(self.card_rows()) == CARDS)
-        for row in self.card_rows():
+        wait_for("all cards", lambda: len(self.window.cards()) == CARDS)
+        for row in self.window.cards():
             switch = next(item for item in row if role_of(item) == "check box")
             self.assertEqual(switch.name, row.name)
             self.assertEqual(is_checked(switch), row.description.startswith("Safe."), row.description)
@@ -198,7 +195,7 @@ class WindowTest(unittest.TestCase):
         self.window.press("push button", "Pick safe junk only")
         main = self.window.wait("push button", lambda name: name.startswith("Clean "))
         self.assertTrue(is_enabled(main))
-        for row in self.card_rows():
+        for row in self.window.cards():
             switch = next(item for item in row if role_of(item) == "check box")
             if is_checked(switch):
                 act(switch, "Toggle")

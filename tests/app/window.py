@@ -125,6 +125,18 @@ class Window:
                 return item
         return None
 
+    def cards(self):
+        """The cards' rows, in order. Newer Qt tells of one more item around each that was ever in view."""
+
+        def rows(item):
+            for child in item:
+                if child is not None and role_of(child) == "push button":
+                    yield child
+                elif child is not None:
+                    yield from rows(child)
+
+        return list(rows(self.find("list", "Cards")))
+
     def wait(self, role, name):
         return wait_for(f"{role} {name}", lambda: self.find(role, name))
 

@@ -29,9 +29,26 @@ std::set<std::string> matchesIn(const std::string& text, const char* pattern) {
     return found;
 }
 
+const std::filesystem::path docsFolder = VESK_DOCS;
+
+std::string rulesSources() {
+    std::string all;
+    std::error_code failure;
+    for (const auto& file : std::filesystem::directory_iterator(docsFolder.parent_path() / "src/rules", failure)) {
+        if (file.path().filename() != "linux_places.h") {
+            all += textOf(file.path()) + "\n";
+        }
+    }
+    return all;
+}
+
+// Read before main() is: a test that root has started goes on as a user who may not reach the sources.
+const std::string pageText = textOf(docsFolder / "where-vesk-looks.md");
+const std::string rulesCode = rulesSources();
+
 // The texts between backquotes.
 std::set<std::string> placesOnThePage() {
-    return matchesIn(textOf(std::filesystem::path(VESK_DOCS) / "where-vesk-looks.md"), "`([^`]+)`");
+    return matchesIn(pageText, "`([^`]+)`");
 }
 
 std::set<std::string> placesOfLinux() {
@@ -54,14 +71,8 @@ std::set<std::string> placesOfLinux() {
 
 // The paths that stand in the rules' sources: texts with a slash in them.
 std::set<std::string> pathsInSources() {
-    std::set<std::string> paths;
-    for (const auto& file :
-         std::filesystem::directory_iterator(std::filesystem::path(VESK_DOCS).parent_path() / "src/rules")) {
-        const std::string text = std::regex_replace(textOf(file.path()), std::regex("(#include|//)[^\n]*"), "");
-        if (file.path().filename() != "linux_places.h") {
-            paths.merge(matchesIn(text, "\"([^\"\n]*)\""));
-        }
-    }
+    const std::string code = std::regex_replace(rulesCode, std::regex("(#include|//)[^\n]*"), "");
+    std::set<std::string> paths = matchesIn(code, "\"([^\"\n]*)\"");
     std::erase_if(paths, [](const std::string& literal) { return literal.find('/') == std::string::npos; });
     // Parts of paths, where desktop files lie, and what stands for XDG folders that no variable names.
     for (const char* other :
