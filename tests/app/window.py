@@ -4,9 +4,12 @@ Needs a display and a session bus of its own: `tests/app/with_display ...`. The 
 window over a made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
 
 import contextlib
+import json
 import os
+import queue
 import shutil
 import subprocess
+import sys
 import tempfile
 import threading
 import time
@@ -158,32 +161,23 @@ class Window:
         """What assistive technology is told of from the moment that `act_apart` is called until it has returned and
         nothing has been told for a second: kind of event, role and name of its item, and the item's value where it has
         one. What had gone when its news was read has neither name nor value."""
-        told = []
-        loop = GLib.MainLoop()
-        last = time.monotonic()
-
-        def note(event):
-            nonlocal last
-            last = time.monotonic()
-            kind, role, name, value = event.type.split(":")[2], "", "", None
-            try:
-                role, name = role_of(event.source), event.source.name
-                value = event.source.queryValue().currentValue if kind == "accessible-value" else None
-            except (GLib.GError, NotImplementedError):
-                pass
-            told.append((kind, role, name, value))
-
-        pyatspi.Registry.registerEventListener(note, *kinds)
+        listener = subprocess.Popen(
+            [sys.executable, Path(__file__).parent / "listen.py", *kinds], stdout=subprocess.PIPE, text=True)
+        told = queue.Queue()
+        hearing = threading.Thread(target=lambda: [told.put(json.loads(line)) for line in listener.stdout])
+        hearing.start()
+        told.get(timeout=PATIENCE)  # that it listens
         begin = time.monotonic()
-        # Apart, so that events are heard when they come rather than afterwards.
-        acting = threading.Thread(target=act_apart)
-        acting.start()
-        GLib.timeout_add(
-            100, lambda: acting.is_alive() or time.monotonic() < max(last + 1, begin + 2) or loop.quit()
-        )
-        loop.run()
-        pyatspi.Registry.deregisterEventListener(note, *kinds)
-        return told
+        act_apart()
+        heard = []
+        with contextlib.suppress(queue.Empty):
+            while True:
+                heard.append(tuple(told.get(timeout=max(1, begin + 2 - time.monotonic()))))
+        listener.terminate()
+        hearing.join()
+        listener.stdout.close()
+        listener.wait(PATIENCE)
+        return heard
 
     # As a user
 
