@@ -32,7 +32,7 @@ void CleaningLog::addItem(const SeenItem& item, const TrashOutcome& outcome) {
 
 void CleaningLog::takeBack(const std::filesystem::path& trashed) {
     const std::lock_guard guard(lock_);
-    // Among the last, since items are put back soon.
+    // Searches from the end, since items are put back soon after their move.
     const auto found = std::find_if(result_.moves.rbegin(), result_.moves.rend(),
                                     [&](const HistoryEntry::Move& move) { return move.trashed == trashed.string(); });
     if (found == result_.moves.rend()) {

@@ -9,7 +9,7 @@ namespace vesk {
 
 namespace {
 
-// A look may take a twentieth of the time of a clean, but is never older than a second nor renewed for every item.
+// The pause after a look at all processes is twenty times the look's length, within these limits.
 constexpr int shareOfTime = 20;
 constexpr std::chrono::milliseconds shortestPause{10};
 constexpr std::chrono::milliseconds longestPause{1000};
