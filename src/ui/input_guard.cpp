@@ -14,9 +14,9 @@ namespace vesk {
 
 namespace {
 
-// A hand that clicks twice moves a little. Farther away it is another click, however soon it comes.
+// The pointer moves a little during a double click. A click farther away is a new one, however soon it comes.
 constexpr double samePlace = 16;  // points
-// Clicks that never stop are meant after all.
+// In double-click intervals: a user who keeps clicking for longer means it.
 constexpr int mostIntervals = 3;
 
 bool presses(int key) {
@@ -72,7 +72,7 @@ bool InputGuard::eventFilter(QObject* watched, QEvent* event) {
             break;
         case QEvent::FocusOut:
         case QEvent::WindowDeactivate:
-            keysDown_.clear();  // their release is told elsewhere
+            keysDown_.clear();  // another window receives their release
             break;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
@@ -102,7 +102,7 @@ void InputGuard::noteMouse(const QEvent& event) {
         return;
     }
     const auto& mouse = static_cast<const QMouseEvent&>(event);
-    // A touch that nothing takes as such comes as a mouse, too.
+    // A touch that no item accepts also arrives as a mouse event.
     const bool isTouch = mouse.pointingDevice()->type() == QInputDevice::DeviceType::TouchScreen;
     PointerState::instance().setMouseDown(!isTouch && mouse.buttons() != Qt::NoButton);
 }
@@ -123,17 +123,17 @@ bool InputGuard::refusesKey(const QKeyEvent& event) {
         return true;
     }
     keysDown_.insert(event.key());
-    // Escape leads out of anything, also of what has not yet come to rest.
+    // Escape always works, even while the layer is still appearing.
     return event.key() != Qt::Key_Escape && isSettling();
 }
 
-// Not every system says so of a press.
+// Not every system marks repeated presses as such.
 bool InputGuard::isRepetition(const QKeyEvent& press) const {
     if (keysDown_.contains(press.key())) {
         return true;
     }
-    // X tells of each repetition as a release and a press at the same time, and Qt takes them for the user's own where
-    // the second has not yet come when it looks at the first.
+    // X sends each repetition as a release and a press with the same timestamp. Qt takes them for the user's own if the
+    // press has not arrived yet when it handles the release.
     const auto released = released_.constFind(press.key());
     return released != released_.constEnd() && *released == press.timestamp() &&
            QGuiApplication::platformName() == QLatin1String("xcb");

@@ -1,4 +1,4 @@
-// What a clean came to, with confetti. A tap anywhere, Return, Space or Escape closes it.
+// The result of a clean, with confetti. A tap anywhere, Return, Space or Escape closes it.
 import QtQuick
 import Vesk
 

@@ -1,4 +1,4 @@
-// Scrolls where there is more in it than fits, and shows whatever in it gets the focus.
+// Scrolls if its content does not fit, and scrolls to whatever in it receives the focus.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk
@@ -33,7 +33,7 @@ Flickable {
         return around !== null;
     }
 
-    // The offset nearest to `offset` that shows all from `start` to `end`, or its beginning where that is too long.
+    // The offset nearest to `offset` that shows everything from `start` to `end`, or its beginning if that does not fit.
     function nearest(offset: real, room: real, all: real, start: real, end: real): real {
         const shown = Math.min(Math.max(offset, end - room), start);
         return Math.max(0, Math.min(shown, all - room));
