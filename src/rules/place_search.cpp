@@ -190,7 +190,7 @@ private:
                 break;
         }
         const TreeContent content = values.isDirectory ? contentOfTree(item) : TreeContent::special;
-        probe_.blocked = probe_.blocked || content == TreeContent::refused;
+        probe_.blocked = probe_.blocked || content == TreeContent::denied;
         return content == TreeContent::plain;
     }
 

@@ -24,14 +24,14 @@ struct CleaningResult {
     std::int64_t snapshotsRemoved = 0;
 };
 
-/// Removes the items whose place in the Trash is unknown: they were freed, but cannot be put back.
+/// Removes the items whose place in the Trash is unknown: they were freed, but cannot be restored.
 void keepKnownPlaces(CleaningResult& result);
 
 class CleaningLog {
 public:
     void addItem(const SeenItem& item, const TrashOutcome& outcome);
-    /// Records that the item at this place in the Trash was put back; it now counts as a failure.
-    void takeBack(const std::filesystem::path& trashed);
+    /// Records that the item at this place in the Trash was restored; it now counts as a failure.
+    void noteRestored(const std::filesystem::path& trashed);
     void addSnapshot(bool isRemoved);
     CleaningResult result() const;
     /// The same, and empties the log. For whoever finishes the run.

@@ -20,8 +20,8 @@ struct CleaningTools {
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
     /// Returns the files that programs have in use now; by default, none.
     std::function<OpenFiles()> lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };
-    /// Puts an item back from the Trash. Returns the reason if that failed, else absent.
-    std::function<std::optional<PlatformError>(const TrashedItem&)> putBack;
+    /// Restores an item from the Trash. Returns the reason if that failed, else absent.
+    std::function<std::optional<PlatformError>(const TrashedItem&)> restore;
     /// Called after the last move with the places of all moved items. Makes sure that the moves are on the disk before
     /// anything that mentions them is stored.
     std::function<void(const std::vector<std::filesystem::path>& trashed)> settle =

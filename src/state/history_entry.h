@@ -36,7 +36,7 @@ struct HistoryEntry {
     /// The items that reached the Trash at a known place, in the order they were moved.
     std::vector<Move> moves;
     std::int64_t snapshotsRemoved = 0;
-    /// True if the last undo put back every item of `moves`.
+    /// True if the last undo restored every item of `moves`.
     bool undone = false;
 
     friend bool operator==(const HistoryEntry&, const HistoryEntry&) = default;

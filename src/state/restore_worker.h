@@ -9,7 +9,7 @@
 
 namespace vesk {
 
-/// Puts the items back one by one, in order, and returns how many are back. Skips an item that is no longer in the
+/// Restores the items one by one, in order, and returns how many are back. Skips an item that is no longer in the
 /// Trash, whose original place is taken, or that cannot be moved. Calls `stopRequested` before each.
 std::size_t restoreItems(
     const std::vector<TrashedItem>& items, const std::function<bool()>& stopRequested = [] { return false; });

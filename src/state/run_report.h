@@ -16,7 +16,7 @@ struct RunReport {
     std::size_t inTrash = 0;
     std::size_t back = 0;
     std::size_t gone = 0;
-    /// "NAME: why" for each of the first items that are not back and cannot be put back; those in the Trash first.
+    /// "NAME: why" for each of the first items that are not restored and cannot be; those in the Trash first.
     std::vector<std::string> lines{};
     /// How many such items are not in `lines`.
     std::size_t more = 0;

@@ -148,7 +148,7 @@ public:
     /// Ends the celebration.
     Q_INVOKABLE void dismissCelebration();
 
-    /// Puts the items of the entry with this id back from the Trash, says in `notice` how many are back, and scans
+    /// Restores the items of the entry with this id from the Trash, says in `notice` how many are back, and scans
     /// again. Does nothing while `busy` or for an unknown id. If no thread can be started, `notice` says so.
     void undo(const Uuid& id);
     /// The same for an id given as text.

@@ -27,8 +27,8 @@ std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
     return freed;
 }
 
-// Puts back an item that a program opened while it was moved.
-std::optional<PlatformError> putBackOpened(const TrashedItem& item) {
+// Restores an item that a program opened while it was moved.
+std::optional<PlatformError> restoreOpened(const TrashedItem& item) {
     std::optional<PlatformError> failure = restoreItem(item);
     if (!failure && syncMoves({item.place})) {
         forgetReturned(item);
@@ -92,7 +92,7 @@ void Store::startClean(std::vector<SeenItem> items, std::vector<std::string> sna
             tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch->record(first, last); };
             tools.moveToTrash = [&](const SeenItem& item) { return batch->move(item); };
             tools.lookAtUse = lookAtUse;
-            tools.putBack = putBackOpened;
+            tools.restore = restoreOpened;
             tools.settle = [&](const std::vector<std::filesystem::path>& trashed) {
                 batch.reset();
                 syncMoves(trashed);

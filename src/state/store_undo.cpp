@@ -32,7 +32,7 @@ void Store::undo(const Uuid& id) {
     if (!row || busy()) {
         return;
     }
-    // No check whether the entry is already undone: a second undo finds nothing to put back.
+    // No check whether the entry is already undone: a second undo finds nothing to restore.
     const std::size_t wanted = history()[*row].moves.size();
     auto items = itemsOf(history()[*row]);
     inTurn([&] { setCleaning(true); },

@@ -41,15 +41,15 @@ void UseGuard::lookAgain() {
     open_.emplace(tools_.lookAtUse());
     const Clock::time_point end = Clock::now();
     next_ = end + std::clamp<Clock::duration>((end - start) * shareOfTime, shortestPause, longestPause);
-    putBackWhatIsInUse();
+    restoreWhatIsInUse();
 }
 
-void UseGuard::putBackWhatIsInUse() {
+void UseGuard::restoreWhatIsInUse() {
     for (TrashedItem& item : std::exchange(watched_, {})) {
         item.cleaned = now();
-        if (open_->use(item.place) && !tools_.putBack(item)) {
+        if (open_->use(item.place) && !tools_.restore(item)) {
             std::erase(trashed_, item.place);
-            log_.takeBack(item.place);
+            log_.noteRestored(item.place);
         }
     }
 }

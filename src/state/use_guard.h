@@ -34,8 +34,8 @@ private:
     using Clock = std::chrono::steady_clock;
 
     void lookAgain();
-    // Puts back each item that a program opened between the last look and the move; it counts as not moved.
-    void putBackWhatIsInUse();
+    // Restores each item that a program opened between the last look and the move; it counts as not moved.
+    void restoreWhatIsInUse();
 
     const CleaningTools& tools_;
     CleaningLog& log_;

@@ -65,7 +65,7 @@ bool InputGuard::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
-            if (refusesKey(*static_cast<QKeyEvent*>(event))) {
+            if (blocksKey(*static_cast<QKeyEvent*>(event))) {
                 event->accept();
                 return true;
             }
@@ -78,15 +78,15 @@ bool InputGuard::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::MouseButtonDblClick:
         case QEvent::TouchBegin:
         case QEvent::TabletPress:
-            refusing_ = refusesPress(*static_cast<QPointerEvent*>(event));
-            event->setAccepted(refusing_ || event->isAccepted());
-            return refusing_;
+            isBlocking_ = blocksPress(*static_cast<QPointerEvent*>(event));
+            event->setAccepted(isBlocking_ || event->isAccepted());
+            return isBlocking_;
         case QEvent::MouseButtonRelease:
         case QEvent::TouchUpdate:
         case QEvent::TouchEnd:
         case QEvent::TabletRelease:
-            if (refusing_) {
-                refusing_ = event->type() == QEvent::TouchUpdate;
+            if (isBlocking_) {
+                isBlocking_ = event->type() == QEvent::TouchUpdate;
                 event->accept();
                 return true;
             }
@@ -107,7 +107,7 @@ void InputGuard::noteMouse(const QEvent& event) {
     PointerState::instance().setMouseDown(!isTouch && mouse.buttons() != Qt::NoButton);
 }
 
-bool InputGuard::refusesKey(const QKeyEvent& event) {
+bool InputGuard::blocksKey(const QKeyEvent& event) {
     if (!presses(event.key())) {
         return false;
     }
@@ -139,7 +139,7 @@ bool InputGuard::isRepetition(const QKeyEvent& press) const {
            QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
-bool InputGuard::refusesPress(const QPointerEvent& event) {
+bool InputGuard::blocksPress(const QPointerEvent& event) {
     const QPointF place = event.points().isEmpty() ? QPointF() : event.points().constFirst().position();
     const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
     const bool follows = haveClicked_ && event.timestamp() - lastPress_ <= static_cast<quint64>(interval) &&

@@ -44,9 +44,9 @@ protected:
 
 private:
     static void noteMouse(const QEvent& event);
-    bool refusesKey(const QKeyEvent& event);
+    bool blocksKey(const QKeyEvent& event);
     bool isRepetition(const QKeyEvent& press) const;
-    bool refusesPress(const QPointerEvent& event);
+    bool blocksPress(const QPointerEvent& event);
     bool isSettling() const { return sinceChange_.isValid() && sinceChange_.elapsed() < settling_; }
 
     QPointer<QQuickWindow> watched_;
@@ -63,7 +63,7 @@ private:
     QPointF lastPlace_;
     bool begunBefore_ = false;
     // Whether the current press was blocked, so that its release is blocked too.
-    bool refusing_ = false;
+    bool isBlocking_ = false;
 };
 
 }  // namespace vesk

@@ -14,17 +14,17 @@ class ProgressFigure : public QQuickItem {
     /// Whole percents, 0 to 100.
     Q_PROPERTY(int value MEMBER value NOTIFY valueChanged)
     /// The accessible name, spoken besides the value.
-    Q_PROPERTY(QString said MEMBER said NOTIFY saidChanged)
+    Q_PROPERTY(QString accessibleName MEMBER accessibleName NOTIFY accessibleNameChanged)
 
 public:
     explicit ProgressFigure(QQuickItem* parent = nullptr);
 
     int value = 0;
-    QString said;
+    QString accessibleName;
 
 signals:
     void valueChanged();
-    void saidChanged();
+    void accessibleNameChanged();
 };
 
 }  // namespace vesk

@@ -25,7 +25,7 @@ class RunDetail : public QObject {
     Q_PROPERTY(bool wanted READ wanted WRITE setWanted NOTIFY wantedChanged)
     /// Empty until the report is complete, and while none is wanted.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
-    /// "NAME: why" for the first items that cannot be put back.
+    /// "NAME: why" for the first items that cannot be restored.
     Q_PROPERTY(QStringList lines READ lines NOTIFY changed)
     /// How many such items are not in `lines`.
     Q_PROPERTY(int moreCount READ moreCount NOTIFY changed)

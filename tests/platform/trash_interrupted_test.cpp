@@ -1,4 +1,4 @@
-// What a program that ended in the middle, or a disk that fails, leaves to the next undo.
+// What an interrupted program, or a failing disk, leaves to the next undo.
 
 #include "support/trash_home.h"
 

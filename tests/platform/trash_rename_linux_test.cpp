@@ -1,4 +1,4 @@
-// The Trash where no rename refuses to replace, as on NFS: a filter takes that system call from a process.
+// The Trash without a rename that refuses to replace, as on NFS: a seccomp filter makes that system call fail.
 
 #include <gtest/gtest.h>
 #include <linux/audit.h>
@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing;
 
-// From here on this process sees a file system that has no rename which refuses to replace.
+// From here on, this process has no rename that refuses to replace.
 void loseExclusiveRename() {
     sock_filter program[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),

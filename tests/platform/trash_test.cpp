@@ -116,7 +116,7 @@ TEST_F(TrashTest, ShortensANameThatLeavesNoRoomForItsRecord) {
             EXPECT_TRUE(contentOf(outcome.place) == content);
             const auto record = info / (kept + ".trashinfo");
             EXPECT_TRUE(isThere(record)) << record;
-            // Cut between characters, so that every reader can show it.
+            // Cut between characters, so that every program can show it.
             const std::string base = kept.ends_with(".2") ? kept.substr(0, kept.size() - 2) : kept;
             EXPECT_TRUE(name.starts_with(base));
             EXPECT_NE(static_cast<unsigned char>(name[base.size()]) & 0xC0U, 0x80U);
@@ -171,7 +171,7 @@ TEST_F(TrashTest, RefusesWhenTheTrashIsNoFolderOfOurs) {
     tryWith("a link to nothing", ENOENT);
     writeFile(homeTrash(), "a file");
     tryWith("a file", ENOTDIR);
-    fs::create_symlink("/usr", homeTrash());  // another user's folder, which is only looked at
+    fs::create_symlink("/usr", homeTrash());  // another user's folder, which is only read
     tryWith("not ours", EPERM);
     makeFolder(homeTrash());
     fs::permissions(homeTrash(), fs::perms::owner_read | fs::perms::owner_exec);

@@ -1,4 +1,4 @@
-// The Trash of other volumes, on file systems mounted for the test alone.
+// The Trash on other volumes, which are mounted for the test only.
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -149,7 +149,7 @@ TEST_F(TrashVolumesTest, AReadOnlyDiskKeepsItsItems) {
 }
 
 TEST_F(TrashVolumesTest, AFolderMountedASecondTimeIsAVolumeToo) {
-    // Its device number is the home's, yet no rename leads out of it.
+    // It has the home's device number, but nothing can be renamed out of it.
     const fs::path again = testHome() / "again";
     makeFolder(testHome() / "shown");
     makeFolder(again);
@@ -205,7 +205,7 @@ TEST_F(TrashVolumesTest, AHomeWhoseProgramDataLiesOnAnotherDiskIsAVolumeOfItsOwn
 }
 
 TEST_F(TrashVolumesTest, AMadeUpWorldReachesNoTrashOutsideItself) {
-    // The items lie on the disk that the world itself lies on, but the home Trash does not.
+    // The items are on the same disk as the made-up world, but the home Trash is not.
     makeFolder(disk / "data");
     makeLink(world().dataHome, disk / "data");
     writeFile(testHome() / "junk", "x");
@@ -214,7 +214,7 @@ TEST_F(TrashVolumesTest, AMadeUpWorldReachesNoTrashOutsideItself) {
 }
 
 TEST_F(TrashVolumesTest, ADiskWithANameThatIsNotUtf8KeepsItsItems) {
-    // Where the item went could not be written into the history.
+    // The history could not store the item's place in the Trash.
     const fs::path odd = testHome() / "odd\xFF";
     makeFolder(odd);
     ASSERT_TRUE(mountTemporaryFileSystem(odd));

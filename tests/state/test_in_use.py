@@ -1,4 +1,4 @@
-"""Programs that work in a folder while Vesk cleans it: what is in use stays, and nothing of it is lost."""
+"""Programs use a folder while Vesk cleans it: what is in use stays, and no data is lost."""
 
 import json
 import os
@@ -19,7 +19,7 @@ from ordinary_user import reachable  # noqa: E402
 DRIVER = reachable(os.environ["VESK_DRIVER"])
 ROUNDS = int(os.environ.get("VESK_ROUNDS", "12"))
 
-# Writes numbers one by one, each in a transaction of its own, and says how far it came when it is told to end.
+# Writes numbers, each in its own transaction, and prints how many when it is asked to end.
 WRITER = """
 import signal, sqlite3, sys, time
 ended = []

@@ -11,7 +11,7 @@ enum class TreeContent {
     /// A socket, a pipe, a device or a mount is among it: something is at work there.
     special,
     /// Nothing of that kind was met, but a part may not be read.
-    refused,
+    denied,
 };
 
 /// Looks at the kinds of all items below a folder, at any depth, without following links or leaving a trace. A folder

@@ -90,7 +90,7 @@ public:
     /// The numbers of those that may be looked at.
     std::unordered_set<std::string> lookable;
 
-    void lookAt(int processes, const char* number) {
+    void readProcess(int processes, const char* number) {
         const Descriptor process(openat(processes, number, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!process) {
             return;
@@ -223,7 +223,7 @@ private:
                                                           }
                                                           for (std::size_t i = first;
                                                                i < std::min(first + batch, numbers.size()); ++i) {
-                                                              worker.state->lookAt(processes, numbers[i].c_str());
+                                                              worker.state->readProcess(processes, numbers[i].c_str());
                                                           }
                                                           worker.offerItems();
                                                       });

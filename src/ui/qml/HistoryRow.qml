@@ -46,7 +46,7 @@ Item {
         color: Theme.card
         Accessible.role: Accessible.ListItem
         Accessible.ignored: !enabled
-        Accessible.name: Words.joined([row.amount, row.titles, row.dateText, row.snapshots, row.outcome], ". ")
+        Accessible.name: Strings.joined([row.amount, row.titles, row.dateText, row.snapshots, row.outcome], ". ")
 
         SoftShadow {
             cornerRadius: 20

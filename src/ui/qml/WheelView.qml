@@ -148,11 +148,11 @@ Item {
             objectName: "progressRing"
 
             value: wheel.percent
-            said: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
+            accessibleName: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
             anchors.fill: parent
             Accessible.role: Accessible.ProgressBar
             Accessible.ignored: !enabled
-            Accessible.name: said
+            Accessible.name: accessibleName
 
             SpringValue {
                 id: progressSpring

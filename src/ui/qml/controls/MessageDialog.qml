@@ -20,7 +20,7 @@ ModalLayer {
         height: Math.min(inside.implicitHeight + 56, parent.height - 2 * Theme.margin)
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title
-        Accessible.description: Words.joined([dialog.message, dialog.items.join(", ")], " ")
+        Accessible.description: Strings.joined([dialog.message, dialog.items.join(", ")], " ")
 
         ColumnLayout {
             id: inside
