@@ -201,7 +201,7 @@ TEST_F(TrashBatchTest, TheRecordsOfAKilledCleanAreTakenBackByTheNext) {
 TEST_F(TrashBatchTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) {
     const std::vector<SeenItem> items = made(3);
     beKilledAfterRecording(items);
-    // By now one record is another program's, and the item of another one is in the Trash.
+    // Since then, one record has become another program's, and one item has reached the Trash.
     writeFile(info / "item0.trashinfo", "[Trash Info]\nPath=/elsewhere\nDeletionDate=2026-01-01T00:00:00\n");
     fs::rename(items[1].path, files / "item1");
     const TrashBatch next(notes);

@@ -92,7 +92,7 @@ TEST_F(Snapshots, AreAsOldAsTheNewestOne) {
         {line(stampOf(daysAgo(-5))), 1.0},
     };
     for (const auto& [output, days] : cases) {
-        // Both are the same instant, even if the clocks have changed in between.
+        // Exact even across a clock change: stamp and date are the same instant.
         EXPECT_NEAR(listed(output).cards.at(0).dormancyDays, days, 1e-9) << output;
     }
 }

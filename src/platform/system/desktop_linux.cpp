@@ -1,5 +1,5 @@
-// Desktops on Linux have no settings for motion and for the size of text in common. GTK's are honoured by most of them
-// (its own settings file, which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has its own.
+// Linux desktops have no common settings for motion and text size. Most honour GTK's (in its settings file, which the
+// settings daemons of GNOME and Xfce and KDE's GTK bridge write); KDE also has its own.
 
 #include <filesystem>
 #include <fstream>
@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::string_view iniBlanks = " \t\r";
 
-// The value of a key in a section of an .ini file; absent when the file, the section or the key is missing.
+// The value of a key in a section of an .ini file; absent if the file, the section or the key is missing.
 std::optional<std::string> iniValue(const std::filesystem::path& path, std::string_view section, std::string_view key) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) {
@@ -46,8 +46,7 @@ bool isFalse(const std::optional<std::string>& value) {
     return value && (*value == "0" || *value == "false" || *value == "False" || *value == "FALSE");
 }
 
-// The number with a decimal point, whatever the user's locale writes; absent where there is none. (libc++ has no
-// std::from_chars for doubles.)
+// The number, with a decimal point in any locale; absent if there is none. (libc++ has no std::from_chars for doubles.)
 std::optional<double> numberIn(const std::optional<std::string>& value) {
     std::istringstream stream(value.value_or(""));
     stream.imbue(std::locale::classic());
@@ -55,7 +54,7 @@ std::optional<double> numberIn(const std::optional<std::string>& value) {
     return stream >> number ? std::optional(number) : std::nullopt;
 }
 
-// Dots per inch that text is set for, as a multiple of the usual ones; 1 where a setting says nothing sensible.
+// A setting in dots per inch as a multiple of the usual value; 1 if it is not plausible.
 double scaleOf(std::optional<double> dotsPerInch) {
     constexpr double usual = 96;
     constexpr double least = 48;
