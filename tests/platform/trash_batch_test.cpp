@@ -64,7 +64,7 @@ TEST_F(TrashBatchTest, EachItemIsOnRecordBeforeTheFirstMoves) {
         const TrashOutcome outcome = batch.move(each);
         ASSERT_FALSE(outcome.error);
         EXPECT_EQ(contentOf(outcome.place), each.path.filename());
-        EXPECT_EQ(puttingBack(outcome.place, each.path, outcome.identity), 0) << "told from all others by its identity";
+        EXPECT_EQ(restoring(outcome.place, each.path, outcome.identity), 0) << "told from all others by its identity";
     }
     EXPECT_THAT(namesIn(info), IsEmpty());
 }

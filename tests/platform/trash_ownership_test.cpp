@@ -36,11 +36,11 @@ TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwo) {
         }
         fs::remove_all(item.parent_path());
         makeLink(item.parent_path(), files);
-        EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+        EXPECT_EQ(restoring(files / "item", item), EEXIST);
         EXPECT_EQ(contentOf(files / "item"), "the only copy");
         EXPECT_THAT(namesIn(info), ElementsAre("item.trashinfo"));
         fs::remove(item.parent_path());
-        EXPECT_EQ(puttingBack(files / "item", item), 0);
+        EXPECT_EQ(restoring(files / "item", item), 0);
     }
 }
 
@@ -51,7 +51,7 @@ TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwoThroughAMount) {
     writeFile(item, "the only copy");
     ASSERT_EQ(trashing(seen(item)), 0);
     ASSERT_TRUE(mountFolderAgain(files, item.parent_path()));
-    EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+    EXPECT_EQ(restoring(files / "item", item), EEXIST);
     EXPECT_EQ(contentOf(files / "item"), "the only copy");
     unmount(item.parent_path());
 }
@@ -65,7 +65,7 @@ TEST_F(TrashTest, ARecordThatAnotherProgramHasJustWrittenStays) {
     fs::remove(info / "item.trashinfo");
     const std::string fresh = trashInfoText(item.string(), cleaned + std::chrono::seconds(2));
     writeFile(info / "item.trashinfo", fresh);
-    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_EQ(restoring(files / "item", item), ENOENT);
     EXPECT_EQ(contentOf(info / "item.trashinfo"), fresh);
 }
 

@@ -129,7 +129,7 @@ TEST_F(TrashTest, FollowsALinkedFolderAsTheScanDid) {
     ASSERT_EQ(trashing(seen(home / "Caches/item")), 0);
     EXPECT_TRUE(isThere(files / "item"));
     EXPECT_THAT(contentOf(info / "item.trashinfo"), ::testing::HasSubstr("/Caches/item\n"));
-    EXPECT_EQ(puttingBack(files / "item", home / "Caches/item"), 0);
+    EXPECT_EQ(restoring(files / "item", home / "Caches/item"), 0);
     EXPECT_TRUE(isThere(home / "Elsewhere/item"));
 }
 

@@ -77,7 +77,7 @@ TEST_F(TrashReadersTest, AnUndoLeavesNoGhosts) {
         ASSERT_EQ(trashing(seen(junk / name)), 0);
     }
     for (const char* name : {"a", "c"}) {
-        ASSERT_EQ(puttingBack(homeTrash() / "files" / name, junk / name), 0);
+        ASSERT_EQ(restoring(homeTrash() / "files" / name, junk / name), 0);
     }
     const std::string listed = list();
     EXPECT_THAT(listed, HasSubstr((junk / "b").string()));

@@ -61,9 +61,9 @@ TEST_F(TrashTest, WorksWhereNoRenameRefusesToReplace) {
             [&] { return trashing(seen(home / "Junk/folder")) == 0; },
             [&] { return fs::is_empty(files / "folder") && contentOf(files / "folder.2/inner") == "inner"; },
             [&] { return trashing(seen(home / "Junk/link")) == 0 && fs::is_symlink(files / "link"); },
-            [&] { return puttingBack(files / "item.2", item) == 0 && contentOf(item) == "file"; },
-            [&] { return puttingBack(files / "folder.2", home / "Junk/folder") == 0; },
-            [&] { return puttingBack(files / "link", home / "Junk/link") == 0 && namesIn(info).empty(); },
+            [&] { return restoring(files / "item.2", item) == 0 && contentOf(item) == "file"; },
+            [&] { return restoring(files / "folder.2", home / "Junk/folder") == 0; },
+            [&] { return restoring(files / "link", home / "Junk/link") == 0 && namesIn(info).empty(); },
             [&] { return trashing(seen(home / ".local")) == EINVAL && namesIn(info).empty(); },
         }),
         ::testing::ExitedWithCode(0), "");

@@ -51,7 +51,7 @@ TEST_F(TrashTest, TakesALinkItselfAndLeavesItsTarget) {
         ASSERT_EQ(trashing(seen(home / "Junk" / name)), 0) << name;
         EXPECT_TRUE(fs::is_symlink(files / name)) << name;
         EXPECT_EQ(portrait(files / name), before) << name;
-        EXPECT_EQ(puttingBack(files / name, home / "Junk" / name), 0) << name;
+        EXPECT_EQ(restoring(files / name, home / "Junk" / name), 0) << name;
         EXPECT_EQ(portrait(home / "Junk" / name), before) << name;
     }
     EXPECT_EQ(portrait(home / "Target"), target);
@@ -120,7 +120,7 @@ TEST_F(TrashTest, ShortensANameThatLeavesNoRoomForItsRecord) {
             const std::string base = kept.ends_with(".2") ? kept.substr(0, kept.size() - 2) : kept;
             EXPECT_TRUE(name.starts_with(base));
             EXPECT_NE(static_cast<unsigned char>(name[base.size()]) & 0xC0U, 0x80U);
-            ASSERT_EQ(puttingBack(outcome.place, original), 0);
+            ASSERT_EQ(restoring(outcome.place, original), 0);
             EXPECT_EQ(contentOf(original), content);
             EXPECT_FALSE(isThere(record));
             ASSERT_EQ(trashing(seen(original)), 0);
@@ -134,7 +134,7 @@ TEST_F(TrashTest, RecordsAnyNameOnOneLine) {
     ASSERT_EQ(trashing(seen(home / "Junk" / name)), 0);
     EXPECT_THAT(contentOf(info / (name + ".trashinfo")),
                 ::testing::HasSubstr("/Junk/line%0Abreak%20%2541%20%22quoted%22%20%23%C3%A9%20%5C%20tab%09\nDel"));
-    ASSERT_EQ(puttingBack(files / name, home / "Junk" / name), 0);
+    ASSERT_EQ(restoring(files / name, home / "Junk" / name), 0);
     EXPECT_THAT(namesIn(info), IsEmpty());
 }
 

@@ -94,8 +94,8 @@ inline std::int64_t trashing(const SeenItem& item) {
 
 /// The errno value with which restoring an item fails; 0 if it was restored. Uses only its record, unless an identity
 /// is given.
-inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original,
-                                const std::optional<TrashedIdentity>& identity = std::nullopt) {
+inline std::int64_t restoring(const std::filesystem::path& trashed, const std::filesystem::path& original,
+                              const std::optional<TrashedIdentity>& identity = std::nullopt) {
     const std::optional<PlatformError> error = restoreItem({trashed, original, now(), identity});
     syncMoves({trashed});
     forgetReturned({trashed, original, now(), identity});

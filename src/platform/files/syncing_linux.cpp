@@ -22,8 +22,8 @@ namespace {
 // XFS's number is only in its own header.
 constexpr long xfsMagic = 0x58465342;
 
-// Ext2, ext3 and ext4 have the same number; those with a journal preserve the order. The journal's kernel thread is
-// named after the device.
+// Ext2, ext3 and ext4 have the same number; those with a journal preserve the order. The kernel reports the number of
+// the thread that writes the journal, if there is one.
 bool hasJournal(dev_t device) {
     const std::string block = "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
     std::error_code failure;
