@@ -16,7 +16,8 @@ sys.path.insert(0, str(Path(__file__).parent.parent / "app"))
 
 from ordinary_user import reachable  # noqa: E402
 
-# Opens each file that it is told, and says so. Root's, where the tests were started by root, who then goes on as nobody.
+# Opens each file named on its standard input and says so. Runs as root if the tests were started as root (and continue as
+# nobody).
 OPENER = """
 import sys
 files = []

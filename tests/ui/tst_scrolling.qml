@@ -227,7 +227,7 @@ ViewTest {
         const list = named(view, "cardList");
         Motion.reduced = false;
         const going = list.itemAtIndex(1);
-        // The list tells its row later than its count, and the row is gone when it is: what it was meanwhile is kept here.
+        // The list destroys the row some time after its count has changed, so this records the row's values until then.
         const seen = [];
         going.opacityChanged.connect(() => seen.push({enabled: going.enabled, opacity: going.opacity}));
         const cards = ["card0", "card2"].map(id => card(id, "safe", [mb], {selected: false}));

@@ -7,7 +7,7 @@ Flickable {
     id: area
 
     readonly property bool overflows: contentWidth > width + 0.5 || contentHeight > height + 0.5
-    /// How far beyond its right edge the scroll bar stands, where there is room, and then it covers nothing.
+    /// How far beyond the right edge the scroll bar is, so that it covers nothing. Set it only if there is room.
     property real barOffset: 0
     readonly property Item focused: Window.activeFocusItem
 
