@@ -1,5 +1,5 @@
-// vesk-busy SECONDS THREADS: the work of a foreground program, arithmetic without system calls, on so many threads.
-// Prints how much of it was done in each second, in millions of steps.
+// vesk-busy SECONDS THREADS: stands in for a foreground program: arithmetic without system calls, on that many threads.
+// Prints the work done in each second, in millions of steps.
 
 #include <algorithm>
 #include <atomic>
@@ -29,7 +29,7 @@ int main(int count, char** arguments) {
             }
             done += stepsBetweenLooks;
         }
-        // The state is used, so that the loop is not left out.
+        // Uses the state, so that the compiler keeps the loop.
         steps += done + (state == 0 ? 1U : 0U);
     };
     std::vector<std::thread> others;

@@ -1,11 +1,11 @@
-// vesk-cleaning [--singly] ITEMS FOLDER: makes so many small files in a made-up home in FOLDER, moves them to the Trash
-// there as a clean does, puts them back as an undo does, and prints how long each took, the receipt included.
-// --singly has each record waited for by itself before its item moves.
+// vesk-cleaning [--singly] ITEMS FOLDER: makes that many small files in a made-up home in FOLDER, moves them to the
+// Trash there as a clean does, restores them as an undo does, and prints how long each took, including the receipt.
+// --singly syncs each record by itself before its item moves.
 //
-// vesk-cleaning --store ITEMS FOLDER RUNS: has Store do the same while its history holds RUNS runs of as many items,
-// and prints how long the event loop ever left a 1 ms timer waiting.
+// vesk-cleaning --store ITEMS FOLDER RUNS: does the same through Store, with a history of RUNS runs of as many items,
+// and prints the longest time that the event loop kept a 1 ms timer waiting.
 //
-// vesk-cleaning --make ITEMS FOLDER: makes the files alone, in FOLDER/home/Library/Caches, for other programs.
+// vesk-cleaning --make ITEMS FOLDER: only makes the files, in FOLDER/home/Library/Caches, for other programs.
 
 #include <unistd.h>
 
@@ -51,7 +51,7 @@ void makeItems(const fs::path& folder, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         std::ofstream(itemPlace(folder, i)) << i;
     }
-    sync();  // or the first wait for the disk would be for these
+    sync();  // otherwise the first sync measured would include these files
 }
 
 double secondsSince(std::chrono::steady_clock::time_point start) {
@@ -97,7 +97,7 @@ void storeHistory(std::size_t runs, std::size_t moves) {
     vesk::Preferences().setData("vesk.history", vesk::encodeHistory(entries));
 }
 
-// The longest that the event loop kept a timer waiting while `begun` work is done.
+// The longest time that the event loop keeps a timer waiting until the work that `begin` starts is done.
 double longestGap(vesk::Store& store, const std::function<void()>& begin) {
     qint64 longest = 0;
     QElapsedTimer sinceTick;

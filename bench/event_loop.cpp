@@ -1,7 +1,7 @@
-// vesk-event-loop [--home] TREE: scans with the store and its event loop as the application has them, and prints how
-// long that took and how long the event loop ever left a 1 ms timer waiting.
+// vesk-event-loop [--home] TREE: scans with a store and an event loop as in the application, and prints how long that
+// took and the longest time that the event loop kept a 1 ms timer waiting.
 //
-// TREE is one of the application caches of a made-up home; with --home it is the home itself.
+// TREE serves as an application cache in a made-up home; with --home, as the home itself.
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
-// vesk-floor FOLDER [THREADS]: what no program can do without. Opens every folder below FOLDER, reads its names, looks
-// at each regular file once and closes the folder, on all cores, and does next to nothing else: no dates, no tests for
-// errors that a prepared tree does not have, no care for descriptors. Prints bytes, files and seconds.
-// The most that Vesk can reach is to be as fast as this.
+// vesk-floor FOLDER [THREADS]: only the work that no program can avoid. On all cores, opens every folder below FOLDER,
+// reads its names, stats each regular file once and closes the folder. It reads no dates, ignores errors that a
+// prepared tree does not have, and does not limit its descriptors. Prints bytes, files and seconds. Vesk cannot be
+// faster.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -35,14 +35,14 @@ struct OpenFolder {
     ~OpenFolder() { close(number); }
 };
 
-// Names in one folder, one after the other with a 0 between: of subfolders to enter, or of files to look at.
+// NUL-separated names in one folder: of subfolders to enter, or of files to stat.
 struct Job {
     std::shared_ptr<OpenFolder> folder;
     std::string names;
     bool areFiles = false;
 };
 
-// Jobs that a thread had no need of itself.
+// Jobs that threads have handed over.
 std::mutex lock;
 std::condition_variable changed;
 std::vector<Job> spare;
@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    // The oldest job is the nearest to the top, so most hangs below it.
+    // The oldest job is the nearest to the top, so it has the most below it.
     void giveAway() {
         const std::lock_guard guard(lock);
         spare.push_back(std::move(jobs_.front()));
@@ -137,7 +137,7 @@ private:
                     subfolders.names.append(item->d_name, std::strlen(item->d_name) + 1);
                 }
             }
-            // A folder that does not fit the buffer is large enough to be shared.
+            // A folder that does not fit the buffer is large enough to share.
             several = true;
             if (!files.names.empty()) {
                 jobs_.push_back(std::move(files));

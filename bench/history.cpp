@@ -1,5 +1,5 @@
-// vesk-history RUNS MOVES: writes a history of so many runs with so many moves each as it is stored, reads it again,
-// and prints what each costs in processor time (user and system), the size of the text and the most memory held.
+// vesk-history RUNS MOVES: encodes a history of that many runs with that many moves each, decodes it, and prints the
+// processor time of each (user and system), the size of the text and the peak memory.
 
 #include <sys/resource.h>
 
@@ -41,7 +41,7 @@ std::vector<vesk::HistoryEntry> madeUpHistory(std::size_t runs, std::size_t move
             const std::string name = "com.example.item-" + std::to_string(number);
             const std::string original = home + "/Library/Caches/" + name;
             const std::string trashed = home + "/.local/share/Trash/files/" + name;
-            entry.moves.push_back({original, trashed, 4096});  // copies have no room to spare
+            entry.moves.push_back({original, trashed, 4096});  // copies have no spare capacity
         }
     }
     return entries;

@@ -1,5 +1,5 @@
-// Preloaded into a program, counts its calls of pthread_mutex_lock and tells them at the end: every std::mutex and
-// QMutex-free lock of Vesk goes through there.
+// Preloaded into a program, counts its calls of pthread_mutex_lock and prints their number at the end. All of Vesk's
+// own locks (std::mutex) use it.
 
 #include <dlfcn.h>
 #include <pthread.h>

@@ -1,4 +1,4 @@
-// The world that a scan is measured in: only the tree is real.
+// The world in which scans are measured: only the tree in it is real.
 #pragma once
 
 #include <cstdio>
@@ -10,13 +10,13 @@
 
 namespace vesk::bench {
 
-// An empty folder that stands for "/". In it may lie a home whose "Library/Caches/tree" is a link to the tree, since a
-// million files are not made for each run.
+// An empty folder that stands for "/". It may contain a home whose "Library/Caches/tree" is a link to the tree, which
+// saves making a million files for each run.
 class MadeUpWorld {
 public:
     enum class TreeIs { home, cache };
 
-    /// A world with an empty home. Ends the program when its folder cannot be made.
+    /// A world with an empty home. Ends the program if its folder cannot be created.
     MadeUpWorld() {
         if (folder_.path().empty()) {
             std::perror("making a folder");

@@ -1,7 +1,7 @@
 // vesk-measure [--background] [--seconds N] FOLDER...: measures each folder once, as a rule does, and prints bytes,
-// files, the tracker's updates and seconds. The seconds are those of the measuring alone, without the program's start.
+// files, the tracker's updates and seconds. The seconds do not include the program's start.
 //
-// --background gives it the priority that a scan has; --seconds has it begin again until so many have passed.
+// --background: with a scan's priority. --seconds: repeats until that many seconds have passed.
 
 #include <chrono>
 #include <cinttypes>

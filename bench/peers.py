@@ -1,4 +1,4 @@
-"""The newest disk-usage programs, from Debian's unstable packages: unpacked beside their own C library, not installed."""
+"""The newest disk-usage programs, from Debian unstable: unpacked with their own C library, not installed."""
 
 import os
 import platform
@@ -18,7 +18,7 @@ PROGRAMS = {
 
 
 def _fetch(folder):
-    """Downloads and unpacks with apt's own means, which compare signatures; all it writes lies in `folder`."""
+    """Downloads and unpacks with apt, which verifies signatures. Writes only in `folder`."""
     for part in ("lists/partial", "archives/partial", "unpacked"):
         (folder / part).mkdir(parents=True, exist_ok=True)
     sources = folder / "sources.list"
@@ -34,8 +34,7 @@ def _fetch(folder):
 
 
 def commands(folder):
-    """How to call each peer: its name in the report, and the command to which a folder is added. Empty where there are
-    no such packages."""
+    """The command of each peer, without its folder, by its name in the report. Empty if there are no such packages."""
     if platform.machine() != "x86_64" or shutil.which("apt-get") is None or not os.path.exists(KEYS):
         return {}
     if not (folder / "complete").exists():
@@ -51,6 +50,6 @@ def commands(folder):
 
 
 def versions(folder):
-    """The packages that were unpacked, as one line."""
+    """The unpacked packages as one line."""
     return ", ".join(sorted(path.name.rsplit("_", 1)[0].replace("_", " ")
                             for path in (folder / "archives").glob("*.deb")))

@@ -1,4 +1,4 @@
-"""The results file: what was run, where, and what came out."""
+"""The results file: what was run, where, and with what results."""
 
 import os
 import platform

@@ -1,4 +1,4 @@
-"""Runs commands and measures what they cost; compares two of them in pairs."""
+"""Runs commands, measures them, and compares two of them in pairs."""
 
 import os
 import re
@@ -28,7 +28,7 @@ class Cost:
 
 
 def cost_of(command, environment=None):
-    """Runs a command to its end. Its output goes to `output`; a failure ends the benchmark."""
+    """Runs a command and waits for it. A failure ends the benchmark."""
     with tempfile.TemporaryFile(mode="w+") as written:
         start = time.perf_counter()
         process = subprocess.Popen(
@@ -46,7 +46,7 @@ def cost_of(command, environment=None):
 def peak_memory(command):
     """The peak memory of a command in bytes, as GNU time reports it."""
     with tempfile.NamedTemporaryFile(mode="r") as told:
-        # Not through wait4 from here: the child of a large program inherits that program's own peak.
+        # Not wait4 from here: the child of a large program inherits that program's peak.
         cost_of(["time", "--format=%M", f"--output={told.name}", *command])
         return int(told.read()) * 1024
 
@@ -73,7 +73,7 @@ def said(pattern, output):
 
 @dataclass
 class Comparison:
-    """Two commands, run in turn, and what they cost."""
+    """The costs of two commands, run in turn."""
 
     first: list
     second: list
@@ -83,7 +83,7 @@ class Comparison:
 
     @property
     def ratio(self):
-        """First by second: the median of the pairs' own ratios, since what slows one run slows its neighbour too."""
+        """First divided by second: the median of the pairs' ratios, since what slows one run slows its neighbour too."""
         return statistics.median(a.wall / b.wall for a, b in zip(self.first, self.second))
 
     @property
@@ -93,9 +93,9 @@ class Comparison:
 
 
 def compare(first, second, pairs, before=lambda: None, own_clock=False):
-    """Runs A B A B ...; `before` comes before each run. One warm-up of each is not counted.
+    """Runs A B A B ...; calls `before` before each run. One warm-up of each is not counted.
 
-    `own_clock`: the wall time is the one that the programs print, which leaves out their start.
+    `own_clock`: takes the wall time that the programs print, which does not include their start.
     """
     comparison = Comparison([], [])
     for turn in range(-1, pairs):

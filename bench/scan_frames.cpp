@@ -1,5 +1,5 @@
-// vesk-scan-frames TREE: opens the window over a made-up home that holds TREE as an application's cache, lets it scan,
-// and prints how far apart its frames were while the scan ran.
+// vesk-scan-frames TREE: opens the window on a made-up home that contains TREE as an application's cache, lets it scan,
+// and prints the gaps between its frames during the scan.
 
 #include <QGuiApplication>
 

@@ -1,6 +1,6 @@
-// vesk-start-up BEGAN [TREE]: starts the window as the application does, over an empty home or one that holds TREE as
-// an application's cache, and prints when each step was done, in milliseconds since BEGAN, which is the time of day, in
-// seconds since 1970 with a fraction, just before this program was started.
+// vesk-start-up BEGAN [TREE]: starts the window as the application does, on an empty home or one that contains TREE as
+// an application's cache, and prints when each step was done, in milliseconds since BEGAN. BEGAN is the time just
+// before this program was started, in seconds since 1970, with fraction.
 
 #include <QGuiApplication>
 
@@ -56,5 +56,5 @@ int main(int count, char** arguments) {
     QGuiApplication::exec();
     made.reset();
     std::fflush(stdout);
-    std::_Exit(EXIT_SUCCESS);  // a scan may be under way
+    std::_Exit(EXIT_SUCCESS);  // a scan may be running
 }

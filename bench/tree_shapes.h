@@ -10,7 +10,7 @@
 
 namespace vesk::bench {
 
-/// Part of a stamp beside each tree: trees made with another number are made anew.
+/// Part of a stamp beside each tree: trees with another number are made again.
 constexpr int treeVersion = 1;
 
 struct Shape {

@@ -1,5 +1,5 @@
-// vesk-trees FOLDER NAME...: makes the named trees in FOLDER, those that are not there yet, and prints a line for each.
-// vesk-trees --list: names and describes them.
+// vesk-trees FOLDER NAME...: makes those of the named trees that are missing in FOLDER, and prints a line for each.
+// vesk-trees --list: lists all trees with descriptions.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,7 +19,7 @@ namespace {
 
 using vesk::bench::Shape;
 
-// A stamp says that a tree is whole and which version of it: it is written last.
+// A stamp, written last, says that a tree is complete, and its version.
 std::string stampOf(const Shape& shape, std::int64_t files) {
     return "version " + std::to_string(vesk::bench::treeVersion) + " of " + std::string(shape.name) + ": " +
            std::to_string(files) + " files\n";

@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Adds up ctest's report (--output-junit): names all that was skipped, with its reason, and closes with the line
+"""Summarises ctest's report (--output-junit): lists everything skipped, with its reason, and ends with the line
 "N passed, N failed".
 
     tests/summarise.py REPORT
 
-A test of ctest's may hold many (a Python program, a file of the views' tests). What one of these skips does not make
-the whole a skipped test, so it is looked for in the output."""
+One ctest test may contain several tests (a Python program, a file of view tests). ctest does not see when one of those
+is skipped, so this searches the output for it."""
 
 import re
 import sys
 import xml.etree.ElementTree as ElementTree
 
-# "test_name (module.Class.test_name) ... skipped 'reason'", with the test's description on a line between or without.
+# "test_name (module.Class.test_name) ... skipped 'reason'", possibly with the test's description on a line in between.
 PYTHON = re.compile(r"^(\w+) \([\w.]+\)(?:\n.*)? \.\.\. skipped (?P<quote>['\"])(.*)(?P=quote)$", re.MULTILINE)
 # "SKIP   : views::Pane::test_name() reason"
 QT = re.compile(r"^SKIP +: \w+::([\w:]+\(.*?\)) (.*)$", re.MULTILINE)
@@ -20,13 +20,13 @@ GOOGLE = re.compile(r"^\S+:\d+: Skipped\n(.*)$", re.MULTILINE)
 
 
 def skips_within(output):
-    """The tests that a program reports as skipped: name and reason of each."""
+    """The name and reason of each test that a program reports as skipped."""
     found = [(match[1], match[3]) for match in PYTHON.finditer(output)]
     return found + [(match[1], match[2]) for match in QT.finditer(output)]
 
 
 def reason_of_skip(case, output):
-    """Why ctest skipped a whole test; None if it did not. A test that it could not run has failed."""
+    """Why ctest skipped a whole test; None if it did not. A test that could not be run counts as failed."""
     mark = case.find("skipped")
     if mark is None or not mark.get("message", "").startswith(("SKIP_", "Disabled")):
         return None

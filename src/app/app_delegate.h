@@ -1,4 +1,5 @@
-// Makes the process a regular foreground application, where the platform needs to be told. Main thread only.
+// What the application asks of the platform's desktop: to be a regular foreground application, to come to the front, to
+// use the title bar. Main thread only.
 #pragma once
 
 class QWindow;
@@ -7,15 +8,16 @@ namespace vesk {
 
 class AppDelegate {
 public:
-    /// Once the application runs: gives it its Dock icon and a menu with "About Vesk", and brings it to the front with
-    /// focus even when it was started from a terminal or behind another application.
+    /// On macOS, gives the application its Dock icon and a menu with "About Vesk", and brings it to the front with the
+    /// focus, even if it was started from a terminal or behind another application. On Linux, does nothing. Call it
+    /// once the application is running.
     void applicationDidFinishLaunching() const;
 
-    /// Brings a window that is shown to the front, with the focus, as far as the desktop lets a program do that.
+    /// Brings a visible window to the front with the focus, as far as the desktop allows.
     void bringForward(QWindow& window) const;
 
-    /// Lets the content of a window run beneath its title bar. Returns the title bar's height; 0 where the window's
-    /// frame stays apart from its content.
+    /// Extends a window's content beneath its title bar. Returns the title bar's height; 0 if the content cannot be
+    /// extended.
     double extendIntoTitleBar(QWindow& window) const;
 };
 

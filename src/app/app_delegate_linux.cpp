@@ -18,8 +18,8 @@ void AppDelegate::bringForward(QWindow& window) const {
         window.requestActivate();
         return;
     }
-    // X refuses the focus to a wish that is older than the user's last deed elsewhere, and Qt dates its wishes by the
-    // last event that it got. So one is brought about first: a change of any property of the window is told to it.
+    // X ignores a request for the focus that is older than the user's last input elsewhere, and Qt dates its request by
+    // the last event it received. Changing a property of the window causes a new event first.
     constexpr std::chrono::milliseconds untilItCame{50};
     constexpr double nearlyOpaque = 0.999;
     window.setOpacity(nearlyOpaque);

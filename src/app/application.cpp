@@ -24,7 +24,7 @@ namespace vesk {
 
 namespace {
 
-// A first one that ends may take two seconds for it, and one that starts on a busy machine more.
+// The first instance may take two seconds to end, and longer to start on a busy machine.
 constexpr std::chrono::seconds patienceWithFirst{8};
 
 void quitOnSignals(QGuiApplication& application) {
@@ -37,7 +37,7 @@ void quitOnSignals(QGuiApplication& application) {
     QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
 }
 
-// Says so on standard error, and in a window for whoever started Vesk from a menu.
+// Prints the error, and shows it in a window for users who started Vesk from a menu.
 int showStartupError(const StartupError& error) {
     std::fprintf(stderr, "%s. %s\n", error.title, error.message);
     QQmlApplicationEngine engine;
@@ -48,9 +48,9 @@ int showStartupError(const StartupError& error) {
     return EXIT_FAILURE;
 }
 
-// What is left to do where Qt ends the program by std::exit, as it does when the display goes away. The window still
-// exists then, but some of what it needs does not (what each thread has of its own goes first), and more is about to
-// go: so it hears of nothing any more, and the process ends right here.
+// What to do if Qt ends the program by std::exit, as it does when the display goes away. The window still exists, but
+// thread-local data that it needs is already gone, and static objects are about to go. So the store's signals stop, and
+// the process ends here.
 struct AtExit {
     Store* store = nullptr;
     std::function<void()> tidyUp;
@@ -84,7 +84,7 @@ int runWindow(SingleInstance& instance, Store::Sources sources) {
     }
     atExit->store = &vesk.store();
     const int status = QGuiApplication::exec();
-    vesk.window()->hide();  // a signal may have ended it, and to finish can take a while
+    vesk.window()->hide();  // still visible after a termination signal, and finishing may take a while
     vesk.store().finish();
     atExit->store = nullptr;
     return status;
@@ -133,14 +133,14 @@ int runProgram(int argc, char** argv, Store::Sources sources, const std::functio
 }
 
 int leave(int status) {
-    // A thread that waits for a tool ends as soon as that one does; a moment is enough for it.
+    // A thread that waits for a tool ends right after the tool does.
     constexpr std::chrono::milliseconds moment{100};
     endProcesses();
     const QDeadlineTimer deadline(moment);
     while (runningWork() != 0 && !deadline.hasExpired()) {
         QThread::msleep(1);
     }
-    // A thread that walks or waits on would meet, on its way, what the end of main destroys.
+    // A thread still running would use static objects that are destroyed after main().
     if (runningWork() != 0) {
         terminateNow(status);
     }

@@ -1,4 +1,4 @@
-// All that Vesk is besides its name: what main() does for the application and for its demo. Main thread.
+// What the main() of the application and that of the demo have in common. Main thread only.
 #pragma once
 
 #include <functional>
@@ -7,15 +7,15 @@
 
 namespace vesk {
 
-/// Opens the window on the world in force, runs until it is closed (or a signal asks for the end), and sees a clean or
-/// an undo under way to its end in the books. Does not start, and says so in a window and on standard error, on a home
-/// that must not be scanned; of two at once the second only brings the first one's window forward. `tidyUp` is called
-/// last, however this ends. Returns the exit status.
+/// Opens the window and runs until it is closed or a termination signal arrives; a running clean or undo is then ended
+/// and recorded (see Store::finish). If the home must not be scanned, shows a startup error instead, in a window and on
+/// standard error. A second instance only brings the first one's window to the front. Calls `tidyUp` last, however this
+/// ends. Returns the exit status.
 int runProgram(
     int argc, char** argv, Store::Sources sources = Store::Sources(), const std::function<void()>& tidyUp = [] {});
 
-/// The last thing of main(): ends every tool that still runs. Returns `status` if no thread is left at work, and
-/// otherwise ends the process there and then.
+/// To be called at the end of main(). Kills every tool still running. Returns `status` if no thread is left running;
+/// otherwise ends the process with it at once.
 int leave(int status);
 
 }  // namespace vesk

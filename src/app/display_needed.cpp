@@ -10,7 +10,7 @@ namespace {
 void (*handlerWithoutDisplay)() = nullptr;
 QtMessageHandler usualHandler = nullptr;
 
-// Qt aborts as soon as the handler of its last message has returned.
+// Qt aborts as soon as this handler has returned from a fatal message.
 void handle(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (type == QtFatalMsg) {
         handlerWithoutDisplay();

@@ -1,13 +1,13 @@
-// Where no display can be reached, Qt ends a program with an abort and advice to reinstall it. This gives the program
-// the last word instead. Main thread only.
+// Without a display, Qt aborts the program and advises reinstalling it. This lets the program end with a message of its
+// own instead. Main thread only.
 #pragma once
 
 namespace vesk {
 
 class DisplayNeeded {
 public:
-    /// While this lives, `otherwise` is called where Qt would abort; it must end the process. Live it should around the
-    /// making of the application object and no longer. Qt says on standard error what it has tried.
+    /// While this object exists, `otherwise` is called where Qt would abort; it must end the process. Keep the object
+    /// only while the application object is being constructed. Qt prints what it has tried on standard error.
     explicit DisplayNeeded(void (*otherwise)());
     ~DisplayNeeded();
     DisplayNeeded(const DisplayNeeded&) = delete;

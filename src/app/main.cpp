@@ -1,4 +1,4 @@
-// Vesk.
+// The application.
 
 #include <QCoreApplication>
 #include <cstdio>
@@ -20,7 +20,7 @@ constexpr const char* help = "Vesk " VESK_VERSION
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Before anything of Qt's, since there may be no display.
+    // Before using Qt, since there may be no display.
     const std::string_view argument = argc > 1 ? argv[1] : "";
     if (argument == "--help" || argument == "--version") {
         std::fputs(help, stdout);

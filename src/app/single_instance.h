@@ -1,5 +1,5 @@
-// Sees to it that no two Vesks use one history at once: each saves the whole of it, so one would undo what the other
-// has recorded. The first to come holds a lock; a later one asks it to bring its window forward, and ends. Main thread.
+// Ensures that only one instance uses a history: each saves all of it, so two would overwrite each other's entries. The
+// first instance holds a lock; a later one asks it to come to the front, and ends. Main thread only.
 #pragma once
 
 #include <QLocalServer>
@@ -14,24 +14,23 @@ namespace vesk {
 class SingleInstance {
 public:
     enum class Entry {
-        /// This is the first, or nobody can tell: open the window.
+        /// This is the first instance, or that cannot be determined: open the window.
         first,
-        /// The first one's window is in front now.
+        /// The first instance's window is now in front.
         shown,
-        /// There is a first one, but it did not answer.
+        /// There is a first instance, but it did not answer.
         silent,
     };
 
-    /// Of the world in force.
     SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// Becomes the first, or calls the first one. That one may just be starting or ending, so both are tried again, for
-    /// at most `patience`. Needs the application object, not its event loop.
+    /// Becomes the first instance, or calls it. The first may be just starting or ending, so both are retried, for at
+    /// most `patience`. Needs the application object, but not its event loop.
     Entry enter(std::chrono::milliseconds patience);
 
-    /// Has `forward` called from the event loop whenever a later one calls; once this is the first.
+    /// For the first instance: calls `forward` from the event loop whenever a later instance calls.
     void onCall(std::function<void()> forward) { forward_ = std::move(forward); }
 
 private:

@@ -58,8 +58,8 @@ public:
     const std::shared_ptr<Tracker> tracker;
     /// Set to true, and never reset, when this probe or its rule was denied permission.
     bool blocked = false;
-    /// The dates of the items that the rule offers for their age, as it saw them: a clean leaves alone what has become
-    /// newer.
+    /// The dates of the items that the rule offers for their age, as it saw them: a clean does not move what has become
+    /// newer since.
     std::map<std::filesystem::path, ItemDates> judgedBy;
 
 private:
@@ -68,7 +68,7 @@ private:
     Measurement measureFile(const ResourceValues& values);
     Measurement measureFolder(const std::filesystem::path& folder);
 
-    // A rule follows all its links at the price of the first.
+    // Makes following the rule's later links cheap.
     std::shared_ptr<const void> followsLinks_ = readyToFollowLinks();
 };
 

@@ -37,7 +37,7 @@ std::filesystem::path homeFromUserDatabase() {
     return found->pw_dir;
 }
 
-// Whether a path lies in the folder that a snap or a Flatpak has to itself.
+// Whether a path is in a snap's or a Flatpak's own folder.
 bool isSandboxes(const std::filesystem::path& folder, const std::filesystem::path& home) {
     std::error_code failure;
     for (const std::filesystem::path& sandboxes : {home / "snap", home / ".var/app"}) {
@@ -51,7 +51,7 @@ bool isSandboxes(const std::filesystem::path& folder, const std::filesystem::pat
     return false;
 }
 
-// One of the XDG folders. A Flatpak passes the value that its user had set as `variable` with "HOST_" before it.
+// One of the XDG folders. Flatpak passes on the user's own value as "HOST_" and the variable's name.
 std::filesystem::path xdgFolder(const std::string& variable, const char* standard, const std::filesystem::path& home) {
     for (const std::string& name : {variable, "HOST_" + variable}) {
         std::filesystem::path folder = absoluteFromEnvironment(name.c_str());

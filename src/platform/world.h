@@ -11,11 +11,11 @@
 
 namespace vesk {
 
-/// Which kind of system a world shows: where programs keep their things in it.
+/// The kind of system: where programs keep their files.
 enum class Layout { macos, linuxDesktop };
 
 struct World {
-    /// Decides in which places the rules look. A made-up world shows a Mac unless it says otherwise, on any machine.
+    /// Determines where the rules look. A made-up world is a Mac by default, on any machine.
     Layout layout = Layout::macos;
     /// The folder that stands for "/".
     std::filesystem::path root = "/";

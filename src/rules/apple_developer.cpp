@@ -46,7 +46,7 @@ constexpr CardDescription simulatorCard = {
 };
 
 constexpr std::string_view derivedData = "Library/Developer/Xcode/DerivedData";
-// All projects share this one, and it is never offered.
+// Shared by all projects; never offered.
 constexpr std::string_view moduleCache = "ModuleCache.noindex";
 
 constexpr CardDescription derivedDataCard = {
@@ -77,7 +77,7 @@ constexpr CardDescription archiveCard = {
 };
 
 std::vector<Entry> simulatedDevices(Probe& probe) {
-    // A device that has gone meanwhile keeps its number.
+    // A device that vanishes before it is measured still uses up its number.
     return childrenIn(probe, simulators, ListingDetail::kinds,
                       [number = 0](const FolderItem& item) mutable -> std::optional<Offer> {
                           if (!Uuid::parse(item.name)) {
@@ -87,7 +87,7 @@ std::vector<Entry> simulatedDevices(Probe& probe) {
                       });
 }
 
-// Xcode names the folder of a project after it, with a hyphen and a long key behind.
+// Xcode names a project's folder after the project, followed by a hyphen and a long key.
 std::string projectName(std::string_view folderName) {
     return label(folderName.substr(0, folderName.rfind('-')));
 }

@@ -1,4 +1,4 @@
-// The system's backup tool, which lists local snapshots for their rule and deletes them for a clean.
+// The path of the system's backup tool, which lists local snapshots for a rule and deletes them for a clean.
 #pragma once
 
 #include <string_view>

@@ -7,7 +7,7 @@
 
 namespace vesk::Scanner {
 
-/// The thirteen rules in their order, built afresh on each call. Callable from any thread.
+/// The thirteen rules in order. Callable from any thread.
 std::vector<Spec> specs();
 
 }  // namespace vesk::Scanner

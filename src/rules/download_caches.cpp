@@ -1,6 +1,5 @@
-// What tools have downloaded and fetch again on demand: models of local AI tools, Homebrew's installers and package
-// caches. Each place is one entry, whole, however recently it was used. "App caches" leaves out those of its places
-// that stand here.
+// What tools have downloaded and can download again: models of local AI tools, Homebrew's installers and package
+// caches. Items are offered whole, however recently they were used. "App caches" skips the places listed here.
 
 #include "core/scanner.h"
 #include "rules/place_search.h"

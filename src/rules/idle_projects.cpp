@@ -1,4 +1,4 @@
-// Folders that coding projects can make again, in projects that nobody has touched for two weeks.
+// Folders that coding projects can rebuild, in projects that nobody has touched for two weeks.
 
 #include <algorithm>
 #include <array>
@@ -23,17 +23,17 @@ namespace {
 using namespace rules;
 
 constexpr std::chrono::seconds idleTime{1'209'600};
-// Levels below a folder of the home that are looked at; 1 is its direct children.
+// How many levels below a top-level folder of the home are searched; 1 is its direct children.
 constexpr std::size_t deepestLevel = 5;
 
-// Where documents, media and programs are kept, not projects.
+// These hold documents, media and programs rather than projects.
 constexpr std::array<std::string_view, 9> skippedRoots = {"Library", "Documents", "Desktop",      "Pictures", "Music",
                                                           "Movies",  "Downloads", "Applications", "Public"};
 
-// Where snaps keep their data on Linux.
+// On Linux: where snaps keep their data.
 constexpr std::string_view snapData = "snap";
 
-// Folders that are shown as one thing, by extension in lower case: no project lies inside.
+// Extensions, in lower case, of folders that are shown as a single file. They hold no projects.
 // clang-format off
 constexpr std::string_view packageExtensions[] = {
     "aplibrary", "app", "appex", "band", "bundle", "component", "docset", "dsym", "fcpbundle",
@@ -45,9 +45,9 @@ constexpr std::string_view packageExtensions[] = {
 // clang-format on
 
 struct Kind {
-    /// The folder that is taken.
+    /// The folder to offer.
     std::string_view folder;
-    /// What has to lie beside it; empty when nothing has to.
+    /// What must lie beside it; empty if nothing must.
     std::string_view besideIt;
     CardDescription card;
 };
@@ -96,7 +96,7 @@ constexpr std::array<Kind, 4> kinds = {{
       .why = "Cargo rebuilds this automatically; the first build afterwards will be slow."}},
 }};
 
-// The kind that a folder of this name in `project` is of; nullptr when it is none.
+// The kind of a folder of this name in `project`; nullptr if it is none.
 const Kind* kindOf(const std::filesystem::path& project, std::string_view name) {
     const auto* kind = std::find_if(kinds.begin(), kinds.end(), [&](const Kind& k) { return k.folder == name; });
     if (kind == kinds.end() || (!kind->besideIt.empty() && !itemExists(project / kind->besideIt))) {
@@ -105,8 +105,8 @@ const Kind* kindOf(const std::filesystem::path& project, std::string_view name) 
     return kind;
 }
 
-// Whether programs are installed here rather than a project's libraries: npm puts those that are for the whole user
-// into "lib/node_modules" of a folder of their choice, and nothing but their own installation brings them back.
+// Whether this holds installed programs rather than a project's libraries. npm puts global packages into
+// "lib/node_modules" of a folder that the user chose; only installing each again would bring them back.
 bool isGlobalLibrary(const std::filesystem::path& folder, std::string_view name) {
     return isOnLinux() && name == "node_modules" && folder.filename() == "lib" && !itemExists(folder / "package.json");
 }
@@ -123,7 +123,7 @@ std::optional<Date> newestIn(const std::vector<FolderItem>& items) {
     return newest;
 }
 
-// The dates of a project's children and grandchildren, each folder listed once however often they are asked for.
+// The dates of a project's children and grandchildren. Lists each folder only once.
 class ProjectDates {
 public:
     ProjectDates(Probe& probe, std::filesystem::path project) : probe_(probe), project_(std::move(project)) {
@@ -132,7 +132,7 @@ public:
         }
     }
 
-    /// The newest date but for the child `ignored` and what is in it; absent when there is no date at all.
+    /// The newest date, not counting the child `ignored` and its contents; absent if there is none.
     std::optional<Date> newestIgnoring(std::string_view ignored) {
         std::optional<Date> newest;
         for (Child& child : children_) {
@@ -143,7 +143,7 @@ public:
         return newest;
     }
 
-    /// The date of a child itself; absent when it has none or is not there.
+    /// The date of a child itself; absent if it has none or does not exist.
     std::optional<Date> ownDate(std::string_view name) const {
         const auto child =
             std::find_if(children_.begin(), children_.end(), [&](const Child& c) { return c.item.name == name; });
@@ -170,8 +170,7 @@ private:
     std::vector<Child> children_;
 };
 
-// Searches the home's folders for what idle projects can spare. Many small folders are listed and measured on the way,
-// so the folders are divided among threads.
+// Searches the home for such folders. This lists and measures many small folders, so threads share the work.
 class Search {
 public:
     Search(Probe& probe, Date cutOff) : probe_(probe), cutOff_(cutOff), background_(inBackground()) {}
@@ -188,14 +187,14 @@ private:
 
     struct Folder {
         std::filesystem::path path;
-        // Of the folder's children: 1 in a folder of the home, 0 in the home itself.
+        // The level of the folder's children: 0 for the home itself, 1 for a folder in it.
         std::size_t level;
     };
     struct Hit {
         std::size_t kind;
         Entry entry;
     };
-    // What one thread has to itself.
+    // Used by one thread only.
     struct Part {
         explicit Part(Probe own) : probe(std::move(own)) {}
         Probe probe;
@@ -229,7 +228,7 @@ private:
         worker.startSharing();
     }
 
-    // The home may lie anywhere; below it links and other file systems are not entered.
+    // The home itself may be a link or a mount point. Below it, links and other file systems are not entered.
     static std::vector<FolderItem> childrenOf(const Folder& folder) {
         if (folder.level == homeLevel) {
             return rules::childrenOf(folder.path, ListingDetail::kinds);
@@ -246,7 +245,8 @@ private:
             return;
         }
         const std::filesystem::path url = project / kind.folder;
-        // The dates that tell of rest are the project's; that the folder was made again since shows in its own.
+        // What makes a project idle are its other dates. A clean checks the folder's own date, which shows whether the
+        // folder was rebuilt since.
         part.probe.judgedBy[url] = {.modified = dates->ownDate(kind.folder), .accessed = {}};
         part.hits.push_back(
             {static_cast<std::size_t>(&kind - kinds.data()),
@@ -260,7 +260,7 @@ private:
             probe_.judgedBy.merge(part.probe.judgedBy);
             std::move(part.hits.begin(), part.hits.end(), std::back_inserter(hits));
         }
-        // Which thread came where is chance; the order of the paths is that of a search by one alone.
+        // Threads find folders in no fixed order; sorting by path gives the same result each time.
         std::sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.entry.url < b.entry.url; });
         std::array<std::vector<Entry>, kinds.size()> found;
         for (Hit& hit : hits) {
@@ -276,7 +276,7 @@ private:
     Probe& probe_;
     Date cutOff_;
     bool background_;
-    // By whole path: on Linux they may lie anywhere in the home.
+    // Compared by whole path: on Linux they may lie anywhere in the home.
     const KeptFolders kept_;
     std::deque<Part> parts_;  // a deque: threads keep pointers into it while it grows
 };

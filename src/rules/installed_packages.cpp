@@ -21,7 +21,7 @@ constexpr std::array<std::string_view, 2> mountedSnaps = {"/snap", "/var/lib/sna
 constexpr std::string_view snapFiles = "/var/lib/snapd/snaps";
 constexpr std::int64_t largestKeyFile = 1'000'000;
 
-// The children of a folder; none of one that is missing. Absent when it cannot be told.
+// The children of a folder; empty if it is missing, absent if it cannot be listed.
 std::optional<std::vector<FolderItem>> childrenIfKnown(const std::filesystem::path& folder) {
     FolderListing listing = listFolder(folder, ListingDetail::kinds);
     if (listing.error && listing.error->code != ENOENT) {
@@ -70,7 +70,7 @@ void InstalledFlatpaks::addConfigured() {
     }
 }
 
-// A program that runs from an installation which has meanwhile gone, or was never configured here.
+// A running program may belong to an installation that is gone by now or was never configured here.
 void InstalledFlatpaks::addRunning() {
     if (world().runtimeHome.empty()) {
         return;

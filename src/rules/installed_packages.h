@@ -1,5 +1,5 @@
-// Which Flatpaks and snaps are installed, so that the folders of others can be told for leftovers. Each object looks
-// once, when it is made.
+// Which Flatpaks and snaps are installed: the folders of all others are leftovers. Each object looks once, when it is
+// constructed. For rules/sandboxed_leftovers.h, on a rule's thread.
 #pragma once
 
 #include <filesystem>
@@ -10,12 +10,12 @@
 
 namespace vesk::rules {
 
-/// The applications of all Flatpak installations of this computer, and those that run from one at the moment.
+/// The applications in all of this computer's Flatpak installations, and those running now.
 class InstalledFlatpaks {
 public:
     InstalledFlatpaks();
 
-    /// False when an installation is missing (on a card that is not inserted) or cannot be read: then nobody knows.
+    /// False if an installation is missing (it may be on a card that is not inserted) or cannot be read.
     bool areKnown() const { return known_; }
     bool contains(const std::string& identifier) const { return identifiers_.contains(identifier); }
 
@@ -28,12 +28,12 @@ private:
     std::set<std::string> identifiers_;
 };
 
-/// The snaps of this computer, each with the names of its instances.
+/// This computer's snaps, with the names of their instances.
 class InstalledSnaps {
 public:
     InstalledSnaps();
 
-    /// False when one of their folders cannot be read.
+    /// False if one of the folders that hold snaps cannot be read.
     bool areKnown() const { return known_; }
     bool contains(const std::string& name) const;
 
@@ -43,7 +43,7 @@ private:
     std::vector<std::string> files_;
 };
 
-/// Whether a text is the name that a snap, or an instance of one, can have.
+/// Whether a text is a valid name of a snap or of an instance of one.
 bool isSnapName(std::string_view name);
 
 }  // namespace vesk::rules

@@ -1,4 +1,5 @@
-// Folders of the home that rules keep out of since they serve for something else.
+// Folders of a Linux home that serve another purpose, so that rules do not offer them as a whole. For
+// rules/idle_projects.cpp and rules/old_downloads.cpp.
 #pragma once
 
 #include <filesystem>
@@ -6,22 +7,22 @@
 
 namespace vesk::rules {
 
-/// The folders of the home that other rules have to keep out of, as their paths are written and as their links lead:
-/// the user's own for documents and media, and those where programs keep their things. Empty on a Mac.
+/// The user's folders for documents, media and projects, and those where programs keep their files, each under its path
+/// as written and, if it is a link, under its target's. Empty on a Mac.
 class KeptFolders {
 public:
     KeptFolders();
 
-    /// Whether this is one of the user's folders for documents and media, or programs'.
+    /// Whether this is one of them, other than the folder for projects.
     bool contains(const std::filesystem::path& folder) const { return folders_.contains(folder); }
-    /// Whether one of them is this, or lies in it.
+    /// Whether this is one of them or contains one, the folder for projects included.
     bool isAround(const std::filesystem::path& folder) const;
 
 private:
     void keep(std::set<std::filesystem::path>& kept, const std::filesystem::path& folder);
 
     std::set<std::filesystem::path> folders_;
-    // Where projects are kept, by the user's own word.
+    // The folder that the user has named for projects.
     std::set<std::filesystem::path> projects_;
 };
 

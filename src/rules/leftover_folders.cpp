@@ -1,5 +1,5 @@
-// Folders of application support that belong to no installed application and lay untouched for 60 days. The match of
-// folders and applications is loose on purpose: better to overlook leftovers than to offer what is in use.
+// Application support folders that belong to no installed application and have not changed for 60 days. Folders are
+// matched to applications loosely on purpose: it is better to miss leftovers than to offer what is in use.
 
 #include <algorithm>
 #include <array>
@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 4> applicationFolders = {
     "/Applications", "/Applications/Utilities", "/System/Applications", "/System/Applications/Utilities"};
 constexpr std::string_view ownApplications = "Applications";
 constexpr std::string_view applicationExtension = "app";
-// Shorter tokens would be found in too many names.
+// Shorter tokens occur in too many names.
 constexpr std::size_t shortestToken = 3;
 
 constexpr std::string_view support = "Library/Application Support";
@@ -52,7 +52,7 @@ constexpr CardDescription leftoverCard = {
         "game progress. Peek inside before choosing.",
 };
 
-// What installed applications are recognised by: their normalised names and bundle identifiers.
+// The normalised names and bundle identifiers of the installed applications.
 class InstalledApplications {
 public:
     InstalledApplications() {
@@ -69,7 +69,7 @@ public:
     }
 
 private:
-    // Applications lie in the folder or in a folder inside it, not deeper, nor inside each other.
+    // Searches the folder and its subfolders, but no deeper, and not inside applications.
     void addIn(const std::filesystem::path& folder) {
         for (const FolderItem& item : childrenOf(folder, ListingDetail::kinds)) {
             const std::filesystem::path path = folder / item.name;
@@ -109,7 +109,7 @@ bool isOffered(const std::string& name) {
 
 bool isInstalled(const std::string& name, const InstalledApplications& applications) {
     const std::string normalized = Scanner::normalize(name);
-    // A name too short to tell is taken as somebody's.
+    // A name too short to match counts as an installed application's.
     return characterCount(normalized) < shortestToken || applications.own(normalized);
 }
 
@@ -127,11 +127,11 @@ std::vector<Card> Scanner::orphanCard(Probe& probe) {
             }
             return Offer{pretty(label(item.name)), {.modified = item.contentModificationDate, .accessed = {}}};
         });
-    // Of other programs on Linux nothing tells surely whether they are still there.
+    // Other programs on Linux leave no reliable sign of whether they are still installed.
     if (isOnLinux()) {
         SandboxedLeftovers(start).addTo(entries, probe);
     }
-    // Something newer inside shows that the folder is in use.
+    // A folder with something newer inside is in use.
     std::erase_if(entries, [&](const Entry& entry) { return entry.lastUsed.value_or(Date::min()) >= cutOff; });
     return cardOf(leftoverCard, std::move(entries));
 }

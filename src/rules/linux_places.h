@@ -1,13 +1,13 @@
-// Where the rules look in a Linux home, as tables: docs/where-vesk-looks.md shows them to users and says what each is
-// known by. What is not listed here is not looked at, but for the places of a Mac, which a Linux home hardly has.
+// Where the rules look in a Linux home, as tables. docs/where-vesk-looks.md describes them to users and says where each
+// was documented. Besides these, the rules look only in the places of a Mac, which a Linux home rarely has.
 //
-// A place is written as a path whose first part says where it starts:
-//   ~          the home folder
-//   CACHE, CONFIG, DATA   $XDG_CACHE_HOME, $XDG_CONFIG_HOME, $XDG_DATA_HOME, and the folders that stand for them unset
-//   $NAME      the folder that a variable names (platform/system/folder_variables.h); none where it is not set
-//   LMSTUDIO   the folder that ~/.lmstudio-home-pointer names
-// In the other parts "*" stands for any characters, though not for a "." at the start, and "{a,b}" for either text. A
-// part with a star on the way stands for folders, not for links to one.
+// A pattern is a path. Its first part is the start:
+//   ~                     the home folder
+//   CACHE, CONFIG, DATA   $XDG_CACHE_HOME, $XDG_CONFIG_HOME and $XDG_DATA_HOME, and also their defaults
+//   $NAME                 the folder that a variable names (platform/system/folder_variables.h); nothing if it is unset
+//   LMSTUDIO              the folder that ~/.lmstudio-home-pointer names
+// In the other parts, "*" matches any characters except a leading ".", and "{a,b}" matches either text. A part with a
+// star before the last one matches folders, but not links to folders.
 #pragma once
 
 #include <array>
@@ -15,46 +15,46 @@
 
 namespace vesk::rules {
 
-/// What of an item's kinds is taken at a place.
+/// Which kinds of item are taken at a place.
 enum class Taken {
-    /// Whatever lies there, as at a Mac's fixed places.
+    /// Any item, as at a Mac's fixed places.
     anything,
-    /// A folder, but no link to one.
+    /// A folder, but not a link to one.
     folders,
-    /// The same, and nothing in it but files, folders and links: a socket, a pipe or a mount shows that it is at work.
+    /// The same, if it contains only files, folders and links: a socket, a pipe or a mount means that it is in use.
     plainFolders,
-    /// Whatever is no folder.
+    /// Anything but a folder.
     files,
 };
 
 struct LinuxPlace {
     std::string_view pattern;
-    /// The entry's name; empty for that of the application whose folder it is: the first part with a star, or else the
-    /// last part.
+    /// The entry's name. If empty, the entry is named after the application: the part that matched the first star, or
+    /// else the last part.
     std::string_view name;
     Taken taken = Taken::anything;
-    /// Relative to the item: what has to be there as well; empty when nothing has to.
+    /// A path relative to the item that must exist too; empty if none must.
     std::string_view besides = {};
-    /// Relative to the item, with stars: if anything is there, the item is left.
+    /// A pattern relative to the item: if anything matches, the item is not taken.
     std::string_view unless = {};
 };
 
-/// Places of a Mac, relative to the home, of which a Linux home's table has a narrower form.
+/// Places of a Mac, relative to the home, that the tables below replace with narrower ones.
 inline constexpr std::array<std::string_view, 5> narrowedOnLinux = {
     ".cache/huggingface", ".cache/lm-studio", ".cache/torch", ".pnpm-store", ".bun/install/cache"};
 
-// "App caches" start ticked, so only names stand here that are known to be made again by themselves. A cache that
-// holds more than copies (received files, unsaved scans, changes not yet sent) looks like any other from outside.
+// "App caches" start ticked, so only caches known to be rebuilt by themselves are listed. From outside, one that holds
+// more than copies (received files, unsaved scans, changes not yet sent) looks like any other.
 inline constexpr LinuxPlace linuxCaches[] = {
     {"CACHE/{mozilla,chromium,google-chrome*,thumbnails,go-build,yarn,ccache,pre-commit}", "", Taken::plainFolders},
     {"~/.var/app/*/cache/{mozilla,chromium,google-chrome*,thumbnails,go-build,yarn,ccache,pre-commit}", "",
      Taken::plainFolders},
-    // Electron's. "Local Storage" tells its folders from others' of these names.
+    // Electron's: "Local Storage" tells them from other folders of these names.
     {"CONFIG/*/{Cache,Code Cache,GPUCache,DawnGraphiteCache,DawnWebGPUCache,CachedData,CachedExtensionVSIXs}", "",
      Taken::plainFolders, "../Local Storage"},
 };
 
-// What a crash handler needs itself, its settings, locks and counts, stays.
+// The reports only: the crash handler still needs its settings, locks and counters.
 inline constexpr LinuxPlace linuxCrashReports[] = {
     {"~/.mozilla/firefox/Crash Reports/pending/*.{dmp,extra,memory.json.gz}", "Crash report", Taken::files},
     {"~/.mozilla/firefox/Crash Reports/submitted/bp-*.txt", "Crash report", Taken::files},
@@ -95,7 +95,7 @@ inline constexpr LinuxPlace linuxHomebrew[] = {
     {"CACHE/Homebrew/downloads", "Homebrew downloads"},
 };
 
-// Projects and programs may be links into a store that has "links" in it: without the store they are broken.
+// If a store contains "links", projects and programs may link into it, and removing it would break them.
 inline constexpr LinuxPlace linuxPackages[] = {
     {"~/.npm", "npm cache"},
     {"$npm_config_cache/{_cacache,_npx}", "npm cache"},
@@ -115,7 +115,7 @@ inline constexpr LinuxPlace linuxDisks[] = {
     {"~/.docker/desktop/vms", "Docker disk image"},
 };
 
-// Leftovers: the folder of each Flatpak and each snap, unless it is installed (installed_packages.h).
+// Leftovers: the folders of Flatpaks and snaps that are not installed (installed_packages.h).
 inline constexpr LinuxPlace linuxFlatpakFolders[] = {{"~/.var/app/*", "", Taken::folders}};
 inline constexpr LinuxPlace linuxSnapFolders[] = {{"~/snap/*", "", Taken::folders}};
 

@@ -1,4 +1,4 @@
-// What lies at the top of Downloads and was neither changed nor opened for 60 days.
+// Items directly in Downloads that were neither changed nor opened for 60 days.
 
 #include <algorithm>
 #include <chrono>
@@ -34,7 +34,7 @@ constexpr CardDescription downloadCard = {
         "inside' first.",
 };
 
-// Each folder once, of those that lie below the home and are no other folder of the user's.
+// Those folders, each once, that lie below the home and do not also serve the user as something else.
 std::vector<std::filesystem::path> withoutOtherUses(const std::vector<std::filesystem::path>& folders,
                                                     const std::map<std::string, std::filesystem::path>& users) {
     std::vector<std::filesystem::path> left;
@@ -53,8 +53,7 @@ std::vector<std::filesystem::path> withoutOtherUses(const std::vector<std::files
     return left;
 }
 
-// The folders to look into: on Linux the user's folder for downloads may have any name. None that serves for something
-// else as well.
+// On Linux, the user's folder for downloads may have any name.
 std::vector<std::filesystem::path> downloadFolders() {
     std::vector<std::filesystem::path> folders = {Scanner::home() / downloads};
     if (!isOnLinux()) {
@@ -78,7 +77,7 @@ std::vector<Card> oldDownloads(Probe& probe) {
         addChildren(entries, probe, location, ListingDetail::kinds,
                     [&](const FolderItem& item) -> std::optional<Offer> {
                         const std::optional<ResourceValues> values = resourceValues(location / item.name);
-                        // By the item's own two dates, also for a folder.
+                        // Even a folder is judged by its own two dates.
                         if (!values || !untouchedSince(cutOff, *values) || kept.isAround(location / item.name) ||
                             !(item.isDirectory ? useDates.ofFolders : useDates.ofFiles)) {
                             return std::nullopt;

@@ -37,7 +37,7 @@ std::optional<FileNumber> numberOf(const std::optional<ItemIdentity>& identity) 
     return identity ? std::optional(FileNumber(identity->device, identity->inode)) : std::nullopt;
 }
 
-// Of an item itself, or of what a link leads to.
+// Device and inode of an item, or of the target if it is a link.
 std::optional<FileNumber> fileNumber(const fs::path& item) {
     const std::optional<ItemIdentity> identity = itemIdentity(item);
     if (identity && identity->type == FileType::link) {
@@ -47,7 +47,7 @@ std::optional<FileNumber> fileNumber(const fs::path& item) {
     return numberOf(identity);
 }
 
-// The texts that "{a,b}" in a pattern's part stands for; the part itself when there is none.
+// The texts that a part with "{a,b}" stands for; the part itself if it has no braces.
 std::vector<std::string> alternatives(std::string_view part) {
     const std::size_t open = part.find('{');
     const std::size_t close = part.find('}', open == std::string_view::npos ? 0 : open);
@@ -82,7 +82,7 @@ bool matches(std::string_view name, std::string_view pattern) {
            !(before.empty() && name.starts_with('.'));
 }
 
-// The parts of a pattern; no part of one holds a slash between braces.
+// No pattern has a slash between braces.
 std::vector<std::string_view> partsOf(std::string_view pattern) {
     std::vector<std::string_view> parts;
     while (!pattern.empty()) {
@@ -93,7 +93,7 @@ std::vector<std::string_view> partsOf(std::string_view pattern) {
     return parts;
 }
 
-// Whether anything lies there, whatever its name starts with. What cannot be listed may hold something.
+// Whether anything matches; a bare "*" matches hidden items too. What cannot be listed counts as a match.
 bool holdsAny(const fs::path& folder, std::span<const std::string_view> parts) {
     if (parts.empty()) {
         return resourceValues(folder).has_value();
@@ -111,7 +111,7 @@ bool holdsAny(const fs::path& folder, std::span<const std::string_view> parts) {
     });
 }
 
-// What a launcher shows for the application whose desktop file has this name; the name itself when there is none.
+// The name that a launcher shows for the application with this desktop file; the file's name if it has none.
 std::string applicationName(const std::string& application) {
     std::vector<fs::path> folders;
     for (const fs::path& data : startsOf("DATA")) {
@@ -131,7 +131,7 @@ std::string applicationName(const std::string& application) {
     return label(application);
 }
 
-// Everything that the table's places lead to, whether offered in the end or not.
+// Collects everything that matches the places of a table, including what is left out later.
 class PlaceSearch {
 public:
     explicit PlaceSearch(Probe& probe) : probe_(probe) {}
@@ -190,12 +190,12 @@ private:
                 break;
         }
         const TreeContent content = values.isDirectory ? contentOfTree(item) : TreeContent::special;
-        probe_.blocked = probe_.blocked || content == TreeContent::refused;
+        probe_.blocked = probe_.blocked || content == TreeContent::denied;
         return content == TreeContent::plain;
     }
 
     static bool isLeft(const LinuxPlace& place, const fs::path& item) {
-        // "..", but not through the item: it may be a link.
+        // Resolves "../" by the path: the item may be a link.
         fs::path folder = item;
         std::string_view besides = place.besides;
         while (besides.starts_with("../")) {
@@ -209,7 +209,8 @@ private:
     Probe& probe_;
 };
 
-// Tells which of the items are to be left out for the sake of others.
+// Decides which items to leave out: duplicates, items inside others, and folders that hold more than one program's
+// files.
 class Overlaps {
 public:
     explicit Overlaps(const std::vector<PlacedItem>& found) {
@@ -225,7 +226,7 @@ public:
                 all_.insert(*numbers_.back());
             }
         }
-        // A link gives way to what it leads to.
+        // Between a link and its target, the target is offered.
         for (const bool links : {false, true}) {
             for (std::size_t i = 0; i < found.size(); ++i) {
                 const std::optional<ResourceValues> values = resourceValues(found[i].path);
@@ -242,7 +243,7 @@ public:
     }
 
 private:
-    // The folder and all above it.
+    // Keeps the folder and everything above it.
     void keep(const fs::path& folder) {
         for (fs::path above = folder; above.has_relative_path(); above = above.parent_path()) {
             if (const std::optional<FileNumber> number = numberOfFolder(above)) {
@@ -329,7 +330,7 @@ std::vector<fs::path> startsOf(std::string_view start) {
     if (start == "~") {
         return {here.home};
     }
-    // What a shell's settings move does not reach a program that the desktop starts, so both are looked at.
+    // A variable set in a shell's settings does not reach programs that the desktop starts, so the default counts too.
     if (start == "CACHE") {
         starts = {here.cacheHome, here.home / ".cache"};
     } else if (start == "CONFIG") {

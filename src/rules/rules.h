@@ -1,5 +1,6 @@
-// The body of every rule, by family. Each is called on a thread of its own, uses `probe` for all its measuring, and
-// returns the cards it found, none with no entry (but for the snapshots). Failures leave no trace but `probe.blocked`.
+// The rules' functions, by family, for rules/catalogue.cpp. Each runs on its own thread, measures only with `probe`,
+// and returns the cards it found; each card has entries, except the snapshots'. A failure yields fewer entries; only a
+// denied permission is reported, in `probe.blocked`.
 #pragma once
 
 #include <vector>
@@ -39,11 +40,11 @@ std::vector<Card> oldDownloads(Probe& probe);
 namespace vesk::Scanner {
 
 // idle_projects.cpp
-/// One card for each kind of folder that idle coding projects can make again, zero to four.
+/// One card for each kind of folder that idle coding projects can rebuild, zero to four.
 std::vector<Card> projectCards(Probe& probe);
 
 // leftover_folders.cpp
-/// The support folders of applications that are installed no more, as one card or none.
+/// The support folders of applications that are no longer installed, as at most one card.
 std::vector<Card> orphanCard(Probe& probe);
 
 }  // namespace vesk::Scanner

@@ -13,7 +13,8 @@ namespace {
 constexpr std::string_view flatpakFolders = ".var/app";
 constexpr std::string_view snapFolders = "snap";
 
-// Snaps' folders hold one for each revision, named by its number or by "x" and one, and these two.
+// A snap's folder contains "common", "current" and one folder for each revision, named by its number or "x" and a
+// number.
 bool isFolderOfSnap(const std::filesystem::path& folder) {
     const std::vector<FolderItem> children = childrenOf(folder, ListingDetail::kinds);
     return isSnapName(folder.filename().string()) &&

@@ -1,5 +1,5 @@
-// The folders of Flatpaks and snaps that are installed no more. "Leftovers from apps you removed" offers them whole,
-// and other rules leave alone what lies in them.
+// The folders of Flatpaks and snaps that are no longer installed. "Leftovers from apps you removed" offers them whole;
+// the other rules skip what lies in them.
 #pragma once
 
 #include <chrono>
@@ -10,18 +10,18 @@
 
 namespace vesk::rules {
 
-/// How long the folder of a removed application has to have lain untouched.
+/// How long the folder of a removed application must have been unchanged.
 inline constexpr std::chrono::seconds leftoverAge{5'184'000};
 
-/// Looks once at what is installed, when it is made.
+/// Looks once at what is installed, when it is constructed. Used by one thread.
 class SandboxedLeftovers {
 public:
     explicit SandboxedLeftovers(Date now) : cutOff_(now - leftoverAge) {}
 
-    /// Appends the folders that were last changed before the cut-off; those with something newer inside too.
+    /// Appends the folders whose own date is before the cut-off, even if something inside is newer.
     void addTo(std::vector<Entry>& entries, Probe& probe) const;
 
-    /// Whether an item lies in such a folder.
+    /// Whether an item is such a folder or lies in one.
     bool hold(const std::filesystem::path& item) const;
 
 private:

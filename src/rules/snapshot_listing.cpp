@@ -14,7 +14,7 @@ constexpr std::string_view suffix = ".local";
 // "yyyy-MM-dd-HHmmss" with a 0 for each digit.
 constexpr std::string_view stampShape = "0000-00-00-000000";
 
-// In one pass: a tool gone mad may write one line of many megabytes.
+// One pass, not quadratic: a broken tool may write a line of many megabytes.
 std::string without(std::string_view text, std::string_view part) {
     std::string rest;
     for (std::size_t place = text.find(part); place != std::string_view::npos; place = text.find(part)) {
@@ -62,8 +62,8 @@ std::optional<Date> dateOfStamp(const std::string& stamp) {
     wanted.tm_isdst = -1;
     std::tm found = wanted;
     const std::time_t seconds = std::mktime(&found);
-    // mktime makes March 2 of a February 30, but no such day was ever written. An hour that the clocks skipped in
-    // spring is let through.
+    // mktime turns February 30 into March 2, so such a stamp is rejected. An hour that the clocks skipped in spring is
+    // accepted.
     if (wanted.tm_hour > 23 || found.tm_mon != wanted.tm_mon || found.tm_mday != wanted.tm_mday ||
         found.tm_min != wanted.tm_min || found.tm_sec != wanted.tm_sec) {
         return std::nullopt;

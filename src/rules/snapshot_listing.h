@@ -1,4 +1,4 @@
-// What the backup tool writes about local snapshots, taken apart. Pure functions, callable from any thread.
+// Parses the backup tool's list of local snapshots. Pure functions, callable from any thread.
 #pragma once
 
 #include <optional>
@@ -10,12 +10,11 @@
 
 namespace vesk::rules {
 
-/// The snapshots' stamps ("2024-05-01-101530") in the order listed: what is left of each line that begins with the
-/// snapshots' prefix. Other lines are passed over. A stamp that is none is kept as well: it is the name that the tool
-/// knows the snapshot by.
+/// The snapshots' stamps ("2024-05-01-101530") in the order listed, from the lines that start with the snapshots'
+/// prefix. A stamp of another form is kept too: it is the name by which the tool knows the snapshot.
 std::vector<std::string> stampsIn(std::string_view output);
 
-/// When a snapshot was taken: the stamp is in this computer's own time. Absent for a text that is no such stamp.
+/// When a snapshot was taken. Stamps are in local time. Absent if the text is not a valid stamp.
 std::optional<Date> dateOfStamp(const std::string& stamp);
 
 }  // namespace vesk::rules

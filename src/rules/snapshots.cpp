@@ -1,5 +1,5 @@
-// Local Time Machine snapshots. They are no files: the card carries their stamps, and cleaning has the backup tool
-// delete them.
+// Local Time Machine snapshots. They are not files: the card has their stamps, and a clean has the backup tool delete
+// them.
 
 #include <algorithm>
 #include <string>
@@ -24,7 +24,7 @@ constexpr CardDescription snapshotCard = {
     .bucket = Bucket::safe,
     .confidence = 0.9,
     .risk = 1.5,
-    .summary = "",  // tells how many there are
+    .summary = "",  // set to say how many there are
     .why =
         "Your real backups on the Time Machine disk are untouched. These are extra short-term copies macOS also frees "
         "automatically when space runs low. Note: they can't be put in the Trash, so removing them can't be undone.",
@@ -40,7 +40,7 @@ double dormancyDays(const std::vector<std::string>& stamps) {
     for (const std::string& stamp : stamps) {
         newest = std::max(newest, dateOfStamp(stamp));
     }
-    // Snapshots come hourly, so one without a readable time is taken as new, not as the usual thirty days old.
+    // Snapshots are hourly, so one without a readable time counts as new, not as thirty days old like other items.
     return Scanner::dormancyDays(newest, leastDormancyDays);
 }
 

@@ -1,5 +1,4 @@
-// Browser clones, application caches and old crash reports: what the system and its applications leave behind and
-// make again by themselves.
+// Browser clones, application caches and old crash reports: files that the system and its applications leave behind.
 
 #include <array>
 #include <chrono>
@@ -26,7 +25,7 @@ constexpr std::string_view braveMark = "brave";
 constexpr const char* braveName = "Brave ghost clone";
 constexpr const char* chromeName = "Chrome ghost clone";
 
-// Chrome's title stands for both browsers.
+// The title names Chrome for both browsers.
 constexpr CardDescription card = {
     .id = "clones",
     .title = "Chrome ghost clones",
@@ -44,7 +43,7 @@ constexpr CardDescription card = {
 namespace caches {
 constexpr std::string_view location = "Library/Caches";
 constexpr std::array<std::string_view, 3> skippedPrefixes = {"com.apple.", "Adobe", "."};
-// The first five belong to the rules about downloads; "CloudKit" is never offered.
+// The first five belong to download_caches.cpp; "CloudKit" is never offered.
 constexpr std::array<std::string_view, 6> skippedNames = {"Homebrew",    "pip",   "pnpm",
                                                           "huggingface", "torch", "CloudKit"};
 
@@ -88,7 +87,7 @@ const char* cloneName(std::string_view fileName) {
     return lowercased(fileName).find(clones::braveMark) != std::string::npos ? clones::braveName : clones::chromeName;
 }
 
-// What lies in the folder of a removed application goes with it.
+// Skips what lies in the folder of a removed application: that folder is offered as a whole.
 PlaceFilter butOfRemovedApps(PlaceFilter filter) {
     if (!isOnLinux()) {
         return filter;

@@ -1,4 +1,4 @@
-// Previews and render files of video editors, which make them again from the footage.
+// Previews and render files of video editors, which can recreate them from the footage.
 
 #include <array>
 #include <string_view>
@@ -48,7 +48,7 @@ std::optional<Offer> renderedFolder(const FolderItem& item) {
     return isAmong(item.name, rendered) ? std::optional(Offer{finalCutName + lowercased(item.name)}) : std::nullopt;
 }
 
-// Render files lie in an event of the library, or in a folder inside an event.
+// Render files lie in an event of the library or one folder deeper.
 void addEvent(Probe& probe, const std::filesystem::path& event, std::vector<Entry>& entries) {
     const std::vector<FolderItem> items = childrenOrBlocked(probe, event, ListingDetail::kinds);
     addListed(entries, probe, event, items, renderedFolder);

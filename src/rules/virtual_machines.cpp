@@ -1,4 +1,4 @@
-// Disks of virtual machines and containers: whole folders, never offered with much confidence.
+// Disks of virtual machines and containers, offered as whole folders and with low confidence.
 
 #include "core/scanner.h"
 #include "rules/place_search.h"

@@ -1,4 +1,4 @@
-// The published cards, as rows that views show. Lives on the main thread.
+// The published cards as a list model for the views. Lives on the main thread.
 #pragma once
 
 #include <QAbstractListModel>
@@ -13,7 +13,7 @@ class CardList : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    /// What a view can ask of a row; the names in QML are those in `roleNames`.
+    /// The roles of a row; `roleNames` has their names in QML.
     enum Role {
         CardIdRole = Qt::UserRole,
         TitleRole,
@@ -30,13 +30,13 @@ public:
     const std::vector<Card>& cards() const { return cards_; }
     int count() const { return static_cast<int>(cards_.size()); }
 
-    /// Replaces the cards, telling the views of the rows that went, came, moved or changed, never of a reset.
+    /// Replaces the cards. Notifies the views of rows removed, inserted, moved or changed; never resets the model.
     void replace(std::vector<Card> cards);
 
-    /// The row of the first ticked card; -1 when none is ticked.
+    /// The row of the first ticked card; -1 if none is ticked.
     Q_INVOKABLE int firstSelected() const;
 
-    /// Ticks or unticks the card in a row, which is told as one changed row.
+    /// Ticks or unticks the card in a row, and notifies the views of that row only.
     void setSelected(std::size_t row, bool value);
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;

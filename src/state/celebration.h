@@ -1,4 +1,4 @@
-// What a cleaning run tells the user when it ends. A plain value, made by Store on the main thread.
+// What the window tells the user when a clean has ended. A plain value, created by Store on the main thread.
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,9 @@
 namespace vesk {
 
 struct Celebration {
-    /// Fresh for each run.
+    /// New for each run.
     Uuid id = Uuid::random();
-    /// Bytes freed, or in a preview the bytes that would be.
+    /// Bytes freed; in a preview, the bytes that would be freed.
     std::int64_t bytes = 0;
     bool preview = false;
     /// Snapshots deleted; 0 in a preview.

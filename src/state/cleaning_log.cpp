@@ -30,9 +30,9 @@ void CleaningLog::addItem(const SeenItem& item, const TrashOutcome& outcome) {
     result_.receipt.push_back(outcome.identity);
 }
 
-void CleaningLog::takeBack(const std::filesystem::path& trashed) {
+void CleaningLog::noteRestored(const std::filesystem::path& trashed) {
     const std::lock_guard guard(lock_);
-    // Among the last, since items are put back soon.
+    // Searches from the end, since items are restored soon after their move.
     const auto found = std::find_if(result_.moves.rbegin(), result_.moves.rend(),
                                     [&](const HistoryEntry::Move& move) { return move.trashed == trashed.string(); });
     if (found == result_.moves.rend()) {

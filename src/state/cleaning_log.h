@@ -1,5 +1,5 @@
-// What a clean has done so far: the one record of it, written by the worker step by step and read by whoever finishes
-// the run, also while the worker still hangs in a step. Callable from any thread.
+// What a clean has done so far. The worker writes it step by step; whoever finishes the run reads it, even while the
+// worker hangs in a step. Callable from any thread.
 #pragma once
 
 #include <cstdint>
@@ -13,31 +13,32 @@
 
 namespace vesk {
 
-/// What a clean came to.
+/// The result of a clean.
 struct CleaningResult {
-    /// The items that the Trash took, in work-list order. `trashed` is empty where the system did not tell the place.
+    /// The items now in the Trash, in the work list's order. `trashed` is empty if the system did not say where.
     std::vector<HistoryEntry::Move> moves;
-    /// What is known of each of these items.
+    /// What is known about each of these items.
     Receipt receipt;
-    /// Items that could not be moved and snapshots that could not be deleted.
+    /// Items that were not moved and snapshots that were not deleted.
     std::int64_t failures = 0;
     std::int64_t snapshotsRemoved = 0;
 };
 
-/// Takes out the items whose place in the Trash is not known: they were freed, but cannot be undone.
+/// Removes the items whose place in the Trash is unknown: they were freed, but cannot be restored.
 void keepKnownPlaces(CleaningResult& result);
 
 class CleaningLog {
 public:
     void addItem(const SeenItem& item, const TrashOutcome& outcome);
-    /// Notes that the item which lay at this place in the Trash is back where it was, and counts as not moved.
-    void takeBack(const std::filesystem::path& trashed);
+    /// Records that the item at this place in the Trash was restored; it now counts as a failure.
+    void noteRestored(const std::filesystem::path& trashed);
     void addSnapshot(bool isRemoved);
     CleaningResult result() const;
-    /// The same for the one that ends the run: nothing is left here then.
+    /// The same, and empties the log. For whoever finishes the run.
     CleaningResult takeResult();
 
-    /// Stores the receipt of the run: by the first that asks, the worker or whoever did not wait for it.
+    /// Stores the receipt of the run. Only the first call does so, whether by the worker or by whoever finishes the
+    /// run.
     void storeReceipt(const Uuid& run, const Receipts& receipts);
     bool isReceiptStored() const;
 

@@ -11,7 +11,7 @@ namespace vesk {
 
 namespace {
 
-// Returns false when it was stopped before the last item.
+// Returns false if it was stopped before the last item.
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
     UseGuard guard(tools, log);
     bool stopped = false;

@@ -1,4 +1,4 @@
-// The part of a clean that touches the disk. Runs off the main thread, on copies, and knows nothing of Store.
+// The part of a clean that uses the disk. Runs off the main thread, on copies, and does not use Store.
 #pragma once
 
 #include <filesystem>
@@ -13,27 +13,27 @@
 
 namespace vesk {
 
-/// What the worker acts with.
+/// What the worker calls. All are called on its thread.
 struct CleaningTools {
-    /// Told of a part of the work list before its items are moved: those from the first to before the last.
+    /// Called with the next batch of the work list before its items are moved: [first, last).
     std::function<void(const SeenItem* first, const SeenItem* last)> prepare = [](const SeenItem*, const SeenItem*) {};
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
-    /// Looks at what programs have in use at the moment. By default nothing is.
+    /// Returns the files that programs have in use now; by default, none.
     std::function<OpenFiles()> lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };
-    /// Moves an item back from the Trash to its place. Returns why it is not there; absent when it is.
-    std::function<std::optional<PlatformError>(const TrashedItem&)> putBack;
-    /// Told, once no more items come, where all those lie that were moved: they have to be on the disk before anything
-    /// is stored that tells of them.
+    /// Restores an item from the Trash. Returns the reason if that failed, else absent.
+    std::function<std::optional<PlatformError>(const TrashedItem&)> restore;
+    /// Called after the last move with the places of all moved items. Makes sure that the moves are on the disk before
+    /// anything that mentions them is stored.
     std::function<void(const std::vector<std::filesystem::path>& trashed)> settle =
         [](const std::vector<std::filesystem::path>&) {};
     /// Runs a program and returns its exit status.
     std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
-    /// Asked before each step: whether to stop there. What was not tried then counts neither as done nor as failed.
+    /// Called before each step; true to stop there. Steps not tried count neither as done nor as failed.
     std::function<bool()> stopRequested = [] { return false; };
 };
 
-/// Moves the items to the Trash one by one, but for those that a program has in use, then deletes the snapshots one by
-/// one. Nothing is tried twice. Each step is in the log before the next begins, which may hang.
+/// Moves the items to the Trash one by one, except those that a program has in use, then deletes the snapshots one by
+/// one. Tries nothing twice. Logs each step before starting the next, which may hang.
 void runCleaning(const std::vector<SeenItem>& workList, const std::vector<std::string>& snapshotIDs,
                  const CleaningTools& tools, CleaningLog& log);
 

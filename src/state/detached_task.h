@@ -1,6 +1,6 @@
-// One piece of work on a thread of its own, whose result comes back to the thread that started it. Store uses one for
-// a clean or an undo: those must end in the books even when the program is asked to quit meanwhile, which `finish` is
-// for. Used on one thread that runs Qt's event loop.
+// Runs a function on a new thread and delivers its result to the thread that started it. Used by Store for a clean and
+// an undo, by History for saving, and by the history's details for their report. `finish` is for a program that is
+// quitting: a clean must be recorded first. Used on one thread, which runs Qt's event loop.
 #pragma once
 
 #include <chrono>
@@ -20,10 +20,10 @@ namespace vesk {
 template <typename Result>
 class DetachedTask {
 public:
-    /// What the work is handed. Callable on the work's thread.
+    /// Passed to the work, for use on its thread.
     class Control {
     public:
-        /// Whether the work should end after the step it is at.
+        /// Whether the work should end after the current step.
         bool stopRequested() const {
             const std::lock_guard guard(lock_);
             return stop_;
@@ -52,7 +52,7 @@ public:
     using Done = std::function<void(Result)>;
 
     DetachedTask() = default;
-    /// Work that still runs is left behind: it is asked to stop, and nobody hears of its result.
+    /// Asks running work to stop, but does not wait for it; its result is dropped.
     ~DetachedTask() {
         if (control_) {
             const std::lock_guard guard(control_->lock_);
@@ -62,8 +62,8 @@ public:
     DetachedTask(const DetachedTask&) = delete;
     DetachedTask& operator=(const DetachedTask&) = delete;
 
-    /// Starts the work; nothing else may be running. `done` is called with its result on this thread, from its event
-    /// loop, and may destroy this object. Returns false, with nothing begun, when the system allows no more threads.
+    /// Starts the work; no other may be running. Calls `done` with its result from this thread's event loop; `done` may
+    /// destroy this object. Returns false, having started nothing, if the system allows no more threads.
     [[nodiscard]] bool start(Work work, Done done) {
         const auto control = std::make_shared<Control>();
         try {
@@ -78,8 +78,8 @@ public:
 
     bool isRunning() const { return control_ != nullptr; }
 
-    /// Asks running work to stop and waits for it, though no longer than `patience`; then calls `done` with its result.
-    /// Does nothing when no work is running. Work that takes longer is left behind, and `done` is not called.
+    /// Asks running work to stop, waits for it at most `patience`, then calls `done` with its result. If the work takes
+    /// longer, its result is dropped and `done` is not called. Does nothing if no work is running.
     void finish(std::chrono::milliseconds patience) {
         if (!control_) {
             return;

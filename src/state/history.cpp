@@ -23,7 +23,7 @@ std::size_t fingerprintOf(const std::string& bytes) {
 }  // namespace
 
 History::History(Preferences& preferences) : preferences_(preferences) {
-    // What cannot be decoded stays stored until the next save.
+    // Bytes that cannot be decoded stay stored until the next save.
     StoredBytes stored = preferences_.read(historyKey);
     if (stored.bytes) {
         fingerprint_ = fingerprintOf(*stored.bytes);
@@ -64,14 +64,14 @@ struct History::Task {
     std::shared_ptr<const std::vector<HistoryEntry>> entries;
     Preferences preferences;
     Receipts receipts;
-    // Of the stored bytes that are in the entries.
+    // The fingerprint of the stored bytes that the entries include.
     std::optional<std::size_t> known;
 };
 
 History::Outcome History::store(const Task& task) {
-    // Something else may be stored by now than was read: by another Vesk, whose lock somebody removed, by a save that
-    // said it had failed, or because the disk did not yield it at the start. As long as nobody could read it, nothing
-    // replaces it.
+    // What is stored may differ from what was read: another Vesk saved it (somebody removed the lock), a save was
+    // reported as failed but took effect, or the disk could not be read at the start. Bytes that could never be read
+    // are not replaced.
     Preferences preferences = task.preferences;
     StoredBytes stored = preferences.read(historyKey);
     if (stored.bytes) {
@@ -145,7 +145,7 @@ void History::saveThen(const std::function<void()>& done) {
 
 void History::tryInBackground(const std::function<void()>& done) {
     const bool isStarted = saving_.start(
-        // The entries are let go before the outcome is told, so that whoever changes them next need not copy them.
+        // Releases the entries before the outcome is delivered; otherwise the next change would have to copy them.
         [task = std::make_shared<Task>(task()), token = takeWorkToken()](DetachedTask<Outcome>::Control&) {
             const Task taken = std::move(*task);
             return store(taken);

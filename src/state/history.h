@@ -1,5 +1,5 @@
-// The history of Store: the runs that views show, what of them is stored, and what is noted of their items beside them.
-// Lives on the main thread.
+// The history for Store: the past runs that the views show, loading and saving them, and their receipts. Lives on the
+// main thread.
 #pragma once
 
 #include <cstddef>
@@ -19,57 +19,56 @@ namespace vesk {
 
 class History {
 public:
-    /// Reads what these preferences hold; they outlive the history.
+    /// Loads the history from these preferences, which must outlive this object.
     explicit History(Preferences& preferences);
 
     HistoryList& list() { return list_; }
     /// Newest first.
     const std::vector<HistoryEntry>& entries() const { return list_.entries(); }
-    /// The row of the entry with this id; absent when there is none.
+    /// The row of the entry with this id; absent if there is none.
     std::optional<std::size_t> rowOf(const Uuid& id) const;
 
-    /// Where what is noted of a run's items is kept.
     const Receipts& receipts() const { return receipts_; }
-    /// Puts together what is known of the items of an entry. The function that does it reads the disk; callable on any
-    /// thread, also when the history is gone.
+    /// Returns a function that collects what is known about the items of an entry. It reads the disk. It may be called
+    /// on any thread, even after this object is gone.
     std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const;
 
-    /// Puts an entry before all others.
+    /// Adds an entry at the front.
     void add(HistoryEntry entry) { list_.prepend(std::move(entry)); }
-    /// Keeps the receipt of a run, which could not be stored yet, for the next save.
+    /// Keeps a receipt that could not be stored for the next save.
     void keepReceipt(const Uuid& run, Receipt items) { unsavedReceipts_.push_back({run, std::move(items)}); }
-    /// Notes whether the run with this id is undone, which views hear of by `tellUndone`. Both do nothing when it is
-    /// not here any more.
+    /// Sets whether the run with this id is undone. The views are notified only by `tellUndone`, so that it can be
+    /// saved in between. Both do nothing if the run is no longer here.
     void noteUndone(const Uuid& id, bool undone);
     void tellUndone(const Uuid& id);
 
-    /// Takes over what somebody else has stored since, drops all but the 50 newest entries and stores the rest. A
-    /// failure leaves what was stored before.
+    /// Merges what somebody else has stored since the last read, drops all but the 50 newest entries, and stores the
+    /// rest. If that fails, what was stored before stays.
     void save();
-    /// The same on a thread of its own, since a large history takes seconds to store; where none can be had, at once.
-    /// Then `done` is called on this thread. A save that is still under way is waited for first.
+    /// The same on another thread, since storing a large history takes seconds; on this thread if no other can be
+    /// started. Then calls `done` on this thread. Waits first for a save already running.
     void saveThen(const std::function<void()>& done);
-    /// Waits for a save under way; what it has to be followed by is done when this returns.
+    /// Waits until no save is running; each save's `done` has been called when this returns.
     void finishSaving();
-    /// Whether nothing is left to store of what was to be saved.
+    /// Whether the last save succeeded and every receipt is stored.
     bool isSaved() const { return isSaved_ && unsavedReceipts_.empty(); }
 
 private:
-    // A receipt that could not be stored yet.
+    // A receipt that could not be stored so far.
     struct UnsavedReceipt {
         Uuid run;
         Receipt items;
     };
 
-    // What a save needs, and what it comes to; on any thread.
+    // A save's input and result, for use on any thread.
     struct Task;
     struct Outcome {
         bool isStored = false;
-        // Of the bytes that were found or stored.
+        // The fingerprint of the bytes that were found or stored.
         std::optional<std::size_t> fingerprint = {};
-        // What somebody else has stored; nothing was replaced then.
+        // What somebody else has stored. If present, nothing was replaced.
         std::optional<std::vector<HistoryEntry>> others = {};
-        // Whether the entries are more than can be stored.
+        // Whether there are too many entries to store.
         bool isTooLong = false;
     };
 
@@ -83,10 +82,10 @@ private:
     Preferences& preferences_;
     const Receipts receipts_{preferences_.receiptsFolder()};
     HistoryList list_;
-    // Of the stored bytes that are in this history, as last read or saved; absent when none were.
+    // The fingerprint of the stored bytes that this history includes, as last read or saved; absent if there were none.
     std::optional<std::size_t> fingerprint_;
     bool isSaved_ = true;
-    // The entries whose `undone` is not stored as it is here.
+    // The entries whose `undone` is not stored yet.
     std::vector<Uuid> undoneHere_;
     std::vector<UnsavedReceipt> unsavedReceipts_;
     DetachedTask<Outcome> saving_;

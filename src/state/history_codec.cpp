@@ -1,4 +1,4 @@
-// The half of the codec that writes.
+// The encoder.
 
 #include <rapidjson/writer.h>
 
@@ -15,7 +15,7 @@ namespace vesk {
 
 namespace {
 
-// A stream of the library's that writes to the end of a text.
+// An output stream for RapidJSON that appends to a string.
 struct TextStream {
     using Ch = char;
     void Put(char character) { text.push_back(character); }
@@ -23,7 +23,7 @@ struct TextStream {
     std::string text;
 };
 
-// Whether a text stands in JSON as it is.
+// Whether a text needs no escapes in JSON.
 bool isPlain(std::string_view text) {
     constexpr unsigned char firstPrintable = 0x20;
     const bool needsEscape = std::any_of(text.begin(), text.end(), [](char character) {
@@ -32,7 +32,7 @@ bool isPlain(std::string_view text) {
     return !needsEscape && isUtf8(text);
 }
 
-// Puts whole pieces together; the library sees to texts with characters to escape, and to fractions.
+// Writes most of the JSON itself, for speed; RapidJSON writes the texts that need escapes, and fractions.
 class HistoryWriter {
 public:
     explicit HistoryWriter(std::size_t expectedSize) { out_.text.reserve(expectedSize); }
@@ -101,7 +101,7 @@ private:
     TextStream out_;
 };
 
-// About as many bytes as the entries will take, so that the text need not grow step by step.
+// Roughly the number of bytes that the entries will take, to allocate the text once.
 std::size_t expectedSize(const std::vector<HistoryEntry>& entries) {
     constexpr std::size_t aroundEntry = 300;
     constexpr std::size_t aroundMove = 64;

@@ -1,4 +1,4 @@
-// The half of the codec that reads.
+// The decoder.
 
 #include <rapidjson/reader.h>
 
@@ -23,7 +23,7 @@ namespace {
 // The format needs four levels; unknown values may hold a few more.
 constexpr int deepestLevel = 32;
 
-// What an entry's object and a move's hold. A bit each, so that a set of them is a number.
+// The fields of an entry and of a move. Each is one bit, so that a number can hold a set of them.
 enum Field : unsigned {
     unknown = 0,
     id = 1U << 0U,
@@ -73,7 +73,7 @@ Field fieldOf(const std::array<Key, Count>& keys, std::string_view name) {
     return unknown;
 }
 
-// The library leaves numbers as they stand, since the history tells integers from others and asks for every bit.
+// RapidJSON passes numbers on as text, since the history distinguishes integers from fractions and needs every bit.
 bool readInteger(std::string_view digits, std::int64_t& number) {
     const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     return failure == std::errc() && end == digits.data() + digits.size();
@@ -82,11 +82,11 @@ bool readInteger(std::string_view digits, std::int64_t& number) {
 bool readSeconds(std::string_view digits, double& seconds) {
     std::istringstream stream{std::string(digits)};
     stream.imbue(std::locale::classic());
-    // What is too small to tell from zero is a failure to some libraries and none to others.
+    // Some standard libraries report a number that underflows to zero as a failure, others do not.
     return (stream >> seconds || std::abs(seconds) < 1) && std::isfinite(seconds);
 }
 
-// Takes the entries out of the stream of what the parser meets. Each function returns whether to go on.
+// Builds the entries from the parser's events. Each function returns whether to go on.
 class HistoryReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, HistoryReader> {
 public:
     // `most`: the bytes that the entries may take.
@@ -122,7 +122,7 @@ public:
 
     bool String(const char* characters, rapidjson::SizeType length, bool /*copy*/) {
         const std::string_view text(characters, length);
-        // The parser takes any bytes between quotation marks, and half a surrogate pair for a character.
+        // The parser accepts any bytes between quotation marks, and unpaired surrogates.
         if (!isUtf8(text)) {
             return false;
         }
@@ -202,7 +202,7 @@ public:
             return true;
         }
         if (place_ == Place::moves) {
-            // Filled in one place and handed over at their number: lists that grow on their own take twice the room.
+            // Copied at their exact number: lists that grow step by step may take twice the memory.
             entry_.moves.assign(std::make_move_iterator(moves_.begin()), std::make_move_iterator(moves_.end()));
             moves_.clear();
         }
@@ -211,15 +211,15 @@ public:
     }
 
 private:
-    // What the next value belongs to.
+    // Where the parser is.
     enum class Place { start, list, entry, titles, moves, move, end };
 
-    // Whether the value at hand is, or lies in, one whose key nobody knows.
+    // Whether the current value is, or is inside, the value of an unknown key.
     bool isPassedOver() const {
         return passedOver_ != 0 || ((place_ == Place::entry || place_ == Place::move) && field_ == unknown);
     }
 
-    // Leaves a level, and returns whether it was one that is passed over.
+    // Leaves a level. Returns whether it was being ignored.
     bool leave() {
         const bool wasPassedOver = passedOver_ != 0;
         if (level_-- == passedOver_) {
@@ -228,7 +228,7 @@ private:
         return wasPassedOver;
     }
 
-    // Counts what is kept, since a list of empty titles takes ten times as much room in memory as in the file.
+    // Counts the memory used: a list of empty titles takes ten times as much in memory as in the file.
     bool hold(std::size_t more) {
         held_ += more;
         return held_ <= most_;
@@ -254,7 +254,7 @@ private:
     Place place_ = Place::start;
     Field field_ = unknown;
     int level_ = 0;
-    // The level of the outermost value that is passed over; 0 outside of such.
+    // The level of the outermost value being ignored; 0 if none is.
     int passedOver_ = 0;
     std::size_t held_ = 0;
     std::size_t most_;
@@ -268,11 +268,11 @@ private:
 }  // namespace
 
 std::optional<std::vector<HistoryEntry>> decodeHistory(std::string text, std::size_t most) {
-    // The parser takes a NUL for the end of the text, whatever follows.
+    // The parser would take a NUL as the end of the text.
     if (text.find('\0') != std::string::npos) {
         return std::nullopt;
     }
-    // Each string is put right where it stands, which takes no memory besides.
+    // Unescapes each string in place, without allocating memory.
     rapidjson::InsituStringStream stream(text.data());
     rapidjson::Reader parser;
     HistoryReader reader(most);

@@ -1,4 +1,4 @@
-// One past cleanup, as the history keeps it. A plain value.
+// One past cleanup in the history. A plain value.
 #pragma once
 
 #include <algorithm>
@@ -25,10 +25,10 @@ struct HistoryEntry {
     };
 
     Uuid id = Uuid::random();
-    /// When the run finished its work: seconds since 2001-01-01 00:00:00 UTC, with fraction. Kept as it is stored,
-    /// since any finite number may be, and `Date` holds three centuries on either side of 1970 alone.
+    /// When the run finished: seconds since 2001-01-01 00:00:00 UTC, with fraction. A number as it is stored, which may
+    /// be any finite one; `Date` only reaches about three centuries on either side of 1970.
     double date = 0;
-    /// Bytes freed, or in a preview the bytes that would have been.
+    /// Bytes freed; in a preview, the bytes that would have been freed.
     std::int64_t bytes = 0;
     bool preview = false;
     /// Titles of the cards that were cleaned, in card order.
@@ -36,23 +36,23 @@ struct HistoryEntry {
     /// The items that reached the Trash at a known place, in the order they were moved.
     std::vector<Move> moves;
     std::int64_t snapshotsRemoved = 0;
-    /// True once an undo has put back every item of `moves`.
+    /// True if the last undo restored every item of `moves`.
     bool undone = false;
 
     friend bool operator==(const HistoryEntry&, const HistoryEntry&) = default;
 };
 
-/// 2001-01-01 00:00:00 UTC, from which the history counts, in seconds since 1970.
+/// 2001-01-01 00:00:00 UTC, the history's epoch, in seconds since 1970.
 inline constexpr std::int64_t historyEpoch = 978'307'200;
 
-/// A date as the history keeps it.
+/// A date as the history stores it.
 inline double historyDate(Date date) {
     return std::chrono::duration<double>(date.time_since_epoch() - std::chrono::seconds(historyEpoch)).count();
 }
 
-/// The nearest moment that `Date` can hold to a date as the history keeps it.
+/// The `Date` nearest to a date as the history stores it.
 inline Date dateFromHistory(double date) {
-    // A little within three centuries on either side of 1970, so that rounding does not lead outside.
+    // A little less than `Date` can hold on either side of 1970, so that rounding cannot overflow it.
     constexpr double most = 9'200'000'000.0;
     const double seconds = std::clamp(date + static_cast<double>(historyEpoch), -most, most);
     return Date(std::chrono::round<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds)));

@@ -24,10 +24,10 @@ QString joinedTitles(const HistoryEntry& entry) {
     return titles.join(QStringLiteral(", "));
 }
 
-// "Feb 22, 2022 at 2:22 AM", whatever language the user has set: all of Vesk's texts are in English. The history may
-// tell of dates that no calendar reaches.
+// "Feb 22, 2022 at 2:22 AM" in any locale: all of Vesk's texts are in English. A stored date may be beyond what Qt can
+// show.
 QString dateText(double date) {
-    constexpr double furthest = 8e15;  // milliseconds from 1970: a quarter of a million years, which Qt can show
+    constexpr double furthest = 8e15;  // milliseconds from 1970: a quarter of a million years
     const double milliseconds = std::floor((date + static_cast<double>(historyEpoch)) * 1000);
     if (std::abs(milliseconds) > furthest) {
         return QStringLiteral("Unknown date");

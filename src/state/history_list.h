@@ -1,4 +1,4 @@
-// The history, newest first, as rows that views show. Lives on the main thread.
+// The history, newest first, as a list model for the views. Lives on the main thread.
 #pragma once
 
 #include <QAbstractListModel>
@@ -15,7 +15,7 @@ class HistoryList : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    /// What a view can ask of a row; the names in QML are those in `roleNames`.
+    /// The roles of a row; `roleNames` has their names in QML.
     enum Role {
         EntryIdRole = Qt::UserRole,
         BytesTextRole,
@@ -31,21 +31,21 @@ public:
 
     const std::vector<HistoryEntry>& entries() const { return *entries_; }
     int count() const { return static_cast<int>(entries_->size()); }
-    /// The entries as they are now, which stay as they are: another thread may read them. A change meanwhile costs a
-    /// copy of all.
+    /// The entries as they are now, unaffected by later changes, for use on any thread. While a snapshot exists, the
+    /// next change copies all entries.
     std::shared_ptr<const std::vector<HistoryEntry>> snapshot() const { return entries_; }
 
-    /// Puts entries after all others.
+    /// Adds entries at the end.
     void append(std::vector<HistoryEntry> entries);
-    /// Takes over what has been stored elsewhere: entries that are not here yet, each before the first one that is
-    /// older, and whether the others are undone, but for those in `decidedHere`. Entries beyond the first `most` are
-    /// not looked at.
+    /// Merges the first `most` entries of what another program has stored. New entries go before the first older one;
+    /// of those already here only `undone` is taken over, except for those in `decidedHere`.
     void merge(std::vector<HistoryEntry> stored, const std::vector<Uuid>& decidedHere, std::size_t most);
-    /// Puts an entry before all others.
+    /// Adds an entry at the front.
     void prepend(HistoryEntry entry);
     /// Drops the oldest entries beyond the first `kept`.
     void trim(std::size_t kept);
-    /// Marks the entry in a row as undone, or not, in two steps: what is noted can be stored before it is told.
+    /// Sets whether the entry in a row is undone, in two steps: it can be stored after the first, before `tellUndone`
+    /// notifies the views.
     void noteUndone(std::size_t row, bool undone);
     void tellUndone(std::size_t row);
 

@@ -1,5 +1,5 @@
-// Turns one list into another by single-row changes, so that a view keeps its scroll position, its focus and the rows
-// that did not change.
+// Turns one list into another by single-row changes, so that a view keeps its scroll position, its focus and its
+// unchanged rows. For CardList.
 #pragma once
 
 #include <algorithm>
@@ -10,9 +10,9 @@
 
 namespace vesk {
 
-/// Makes `items` equal to `wanted`; rows with the same key are the same row. `model` is told of each change just before
-/// (`begin...`) and just after it (`end...`), and of each row that stayed (`rowChanged`). Rows count from 0. A move
-/// takes a row to an earlier place.
+/// Makes `items` equal to `wanted`; rows with the same key count as the same row. Calls `model`'s `begin...` before and
+/// `end...` after each change, and `rowChanged` for each row that stayed. Rows count from 0. Moves are always to an
+/// earlier row.
 template <typename Model, typename Item, typename Key>
 void applyListDiff(Model& model, std::vector<Item>& items, std::vector<Item> wanted, Key key) {
     const auto isWanted = [&](const Item& item) {
@@ -42,7 +42,7 @@ void applyListDiff(Model& model, std::vector<Item>& items, std::vector<Item> wan
         items[row] = std::move(wanted[row]);
         model.rowChanged(row);
     }
-    // Of keys that repeat, more rows may have stayed than are wanted.
+    // If keys repeat, too many rows may have stayed.
     while (items.size() > wanted.size()) {
         model.beginRemove(items.size() - 1);
         items.pop_back();

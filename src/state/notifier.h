@@ -1,5 +1,5 @@
-// Lets any thread have a function called on the main thread. A notification carries nothing: a thread first leaves its
-// result behind a lock of its own, and the handler fetches it from there.
+// Lets any thread have a function called on the main thread. A notification carries no data: the thread first stores
+// its result under a lock, and the handler fetches it from there.
 #pragma once
 
 #include <QObject>
@@ -10,10 +10,10 @@ namespace vesk {
 
 class MainThreadNotifier : public QObject {
 public:
-    /// What other threads hold; it may outlive the notifier.
+    /// For other threads to hold; may outlive the notifier.
     class Handle {
     public:
-        /// Has the handler called soon, from the event loop of the notifier's thread; does nothing once the notifier
+        /// Schedules a call of the handler from the event loop of the notifier's thread. Does nothing if the notifier
         /// is gone. Callable from any thread.
         void notify() const;
 
@@ -24,7 +24,7 @@ public:
         std::shared_ptr<Link> link_;
     };
 
-    /// The handler is called on this thread, once or more after a notification, and may destroy the notifier.
+    /// The handler is called on this thread, at least once after each notification, and may destroy the notifier.
     explicit MainThreadNotifier(std::function<void()> handler);
     ~MainThreadNotifier() override;
 

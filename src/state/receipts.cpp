@@ -45,7 +45,7 @@ void addIdentity(std::string& text, const LastingIdentity& identity) {
     addDate(text, identity.made);
 }
 
-// Takes the fields of a line, each of which ends with a space or with the line.
+// Reads the fields of a line, which are separated by spaces.
 class Fields {
 public:
     explicit Fields(std::string_view line) : line_(line) {}
@@ -126,7 +126,7 @@ bool takeFolder(std::string_view line, std::optional<LastingIdentity>& folder) {
     return fields.take(folder.emplace()) && fields.areTaken();
 }
 
-// The line at the beginning, without its end; absent when it has none.
+// Removes and returns the first line, without its line feed; absent if it has none.
 std::optional<std::string_view> takeLine(std::string_view& text) {
     const std::size_t end = text.find('\n');
     if (end == std::string_view::npos) {
@@ -201,7 +201,7 @@ Receipt Receipts::read(const Uuid& run, std::size_t moves) const {
 
 void Receipts::removeAllBut(const std::vector<HistoryEntry>& runs) const {
     for (const FolderItem& item : listFolder(folder_, ListingDetail::kinds).items) {
-        // The name goes on after the run's where a write was cut off.
+        // The temporary file of an interrupted write has a longer name that starts with the run's id.
         const std::optional<Uuid> run = Uuid::parse(item.name.substr(0, Uuid().text().size()));
         if (run && std::none_of(runs.begin(), runs.end(), [&](const HistoryEntry& entry) { return entry.id == run; })) {
             removePreferenceFile(folder_, item.name);

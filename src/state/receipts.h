@@ -1,8 +1,8 @@
-// What Vesk notes of the items of each run, so that an undo can tell them from others that have their names in the
-// Trash by then: a file for each run, beside the preferences. docs/history-format.md describes it.
+// Receipts: what Vesk records about the items of each run, so that an undo can tell them from other items that have
+// taken their names in the Trash since. One file per run, beside the preferences (docs/history-format.md).
 //
-// The history does without: where a file is missing or cannot be read, nothing is known of that run's items beyond what
-// the Trash has on record. Callable from any thread.
+// The history works without them: if a file is missing or unreadable, only the Trash's own records are known. Callable
+// from any thread.
 #pragma once
 
 #include <cstddef>
@@ -18,11 +18,11 @@
 
 namespace vesk {
 
-/// What is known of each item that a run moved, in the order of its moves.
+/// What is known about each item that a run moved, in the order of its moves.
 using Receipt = std::vector<std::optional<TrashedIdentity>>;
 
-/// A receipt, and the identity of the folder that its file lies in: a copy on another disk lies in another one, and
-/// there the items have other identities too.
+/// A receipt, and the identity of its file's folder. If a home was copied to another disk, that differs, and so do the
+/// identities of the items.
 struct StoredReceipt {
     std::optional<LastingIdentity> folder;
     Receipt items;
@@ -30,16 +30,16 @@ struct StoredReceipt {
 };
 
 std::string encodeReceipt(const StoredReceipt& receipt);
-/// Reads what `encodeReceipt` writes; absent for anything else.
+/// Decodes what `encodeReceipt` writes; absent for anything else.
 std::optional<StoredReceipt> decodeReceipt(std::string_view bytes);
 
 class Receipts {
 public:
     explicit Receipts(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-    /// Stores the receipt of a run, so that it outlasts a crash. Returns false when it could not be stored.
+    /// Stores the receipt of a run durably. Returns false if that failed.
     bool write(const Uuid& run, const Receipt& receipt) const;
-    /// The receipt of a run that has made so many moves; nothing is known of any of them where it cannot be had.
+    /// The receipt of a run with this number of moves. If it cannot be read or does not fit, every item is absent.
     Receipt read(const Uuid& run, std::size_t moves) const;
     /// Removes the receipts of all other runs.
     void removeAllBut(const std::vector<HistoryEntry>& runs) const;
@@ -48,7 +48,7 @@ private:
     std::filesystem::path folder_;
 };
 
-/// The items of a run as an undo asks for them, with what its receipt knows of them.
+/// The items of a run with what its receipt says about them, for an undo.
 std::vector<TrashedItem> trashedItems(const std::vector<HistoryEntry::Move>& moves, Date cleaned,
                                       const Receipt& receipt);
 

@@ -19,7 +19,7 @@ std::size_t restoreItems(const std::vector<TrashedItem>& items, const std::funct
             ++restored;
         }
     }
-    // The moves first, then the end of their records, and after both the history, which the caller stores.
+    // The order matters: the moves must be on the disk before their records go, and the caller stores the history last.
     if (syncMoves(tried)) {
         for (std::size_t i = 0; i < tried.size(); ++i) {
             forgetReturned(items[i]);

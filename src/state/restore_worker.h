@@ -1,4 +1,4 @@
-// The part of an undo that touches the disk. Runs off the main thread, on copies, and knows nothing of Store.
+// The part of an undo that uses the disk. Runs off the main thread, on copies, and does not use Store.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,8 @@
 
 namespace vesk {
 
-/// Puts the items back one by one, in order, and returns how many came back. An item that is no longer in the Trash,
-/// whose place is taken, or which the system does not let go is passed over. `stopRequested` is asked before each.
+/// Restores the items one by one, in order, and returns how many are back. Skips an item that is no longer in the
+/// Trash, whose original place is taken, or that cannot be moved. Calls `stopRequested` before each.
 std::size_t restoreItems(
     const std::vector<TrashedItem>& items, const std::function<bool()>& stopRequested = [] { return false; });
 

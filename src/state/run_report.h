@@ -1,5 +1,5 @@
-// How the items of a past run stand: what is still in the Trash, and why the rest of an undo is not back. Worked out on
-// a thread of its own when a view asks; knows nothing of Store.
+// Where the items of a past run are now: still in the Trash, back, or gone, and why. Computed on another thread when a
+// view asks (ui/run_detail.h); does not use Store.
 #pragma once
 
 #include <cstddef>
@@ -12,22 +12,21 @@
 namespace vesk {
 
 struct RunReport {
-    /// How many items are in the Trash, back at their places, and neither.
+    /// How many items are in the Trash, back in their original places, and neither.
     std::size_t inTrash = 0;
     std::size_t back = 0;
     std::size_t gone = 0;
-    /// One line for each of the first items that are neither ready to come back nor back, those in the Trash first:
-    /// "NAME: why".
+    /// "NAME: why" for each of the first items that are not restored and cannot be; those in the Trash first.
     std::vector<std::string> lines{};
-    /// How many such items `lines` leaves out.
+    /// How many such items are not in `lines`.
     std::size_t more = 0;
     friend bool operator==(const RunReport&, const RunReport&) = default;
 
-    /// What the counts come to, in a sentence.
+    /// The counts as a sentence.
     std::string summary() const;
 };
 
-/// Looks at every item. Asked before each, `stopRequested` ends it early; what it returns then is of no use.
+/// Checks every item. `stopRequested` is called before each; once it returns true, the report is incomplete.
 RunReport reportOn(
     const std::vector<TrashedItem>& items, const std::function<bool()>& stopRequested = [] { return false; });
 

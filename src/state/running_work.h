@@ -1,5 +1,5 @@
-// How many of Store's threads are running: those of a scan, a clean, an undo. A quitting program leaves behind the ones
-// that it cannot wait for, and must know of them. Callable from any thread.
+// Counts the threads that are running for Store and the views: of a scan, a clean, an undo, a save, a report. A
+// quitting program does not wait for all of them and must know how many are left. Callable from any thread.
 #pragma once
 
 #include <cstddef>
@@ -7,11 +7,11 @@
 
 namespace vesk {
 
-/// Counts as a running thread until its last copy is gone. A thread's function holds one.
+/// Counts as one running thread until its last copy is destroyed. Each thread's function holds one.
 using WorkToken = std::shared_ptr<const void>;
 WorkToken takeWorkToken();
 
-/// Threads that are running.
+/// The number of running threads.
 std::size_t runningWork();
 
 }  // namespace vesk

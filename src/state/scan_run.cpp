@@ -20,16 +20,16 @@ namespace vesk {
 struct ScanRun::RuleResult {
     std::string label;
     std::vector<Card> cards;
-    // Whether its probe was denied permission somewhere.
+    // Whether its probe was denied permission anywhere.
     bool blocked = false;
     SeenItems seen;
 };
 
-// What the rules' threads and the main thread share; the threads may outlive the run.
+// Shared by the rules' threads and the main thread; the threads may outlive the run.
 struct ScanRun::Inbox {
     std::mutex lock;
     std::condition_variable oneEnded;
-    // Rules that no thread has taken yet.
+    // Rules not started yet.
     std::deque<Spec> waiting;
     std::size_t running = 0;
     std::vector<RuleResult> results;
@@ -101,8 +101,8 @@ void ScanRun::startThreads() {
         const std::lock_guard guard(inbox_->lock);
         wanted = inbox_->waiting.size();
     }
-    // One thread for each rule: a rule that waits (for a tool, for a slow disk) holds up no other. Threads of the
-    // scan's own, since one that has entered the background stays there.
+    // One thread per rule, so that a rule that waits for a tool or a slow disk delays no other. They are new threads,
+    // since a thread that has entered the background stays there.
     try {
         for (; wanted > 0; --wanted) {
             std::thread([tracker = tracker_, inbox = inbox_, notifier = notifier_.handle(), token = takeWorkToken()] {

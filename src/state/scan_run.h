@@ -1,5 +1,5 @@
-// One scan under way: every rule on a thread of its own at background priority, all on one tracker.
-// Made, asked and destroyed on the main thread; what it tells arrives there too.
+// A running scan: every rule on a thread of its own at background priority, all with the same tracker. Used by Store on
+// the main thread, where its callbacks are called too.
 #pragma once
 
 #include <QTimer>
@@ -16,34 +16,34 @@
 
 namespace vesk {
 
-/// What a scan comes to.
+/// The result of a scan.
 struct ScanResult {
-    /// The cards of all rules, those of the highest priority first; of equal priority, in the order they came.
+    /// The cards of all rules, highest priority first; with equal priority, in the order in which their rules finished.
     std::vector<Card> cards;
-    /// Labels of the rules that were denied permission somewhere, in order.
+    /// Labels of the rules that were denied permission anywhere, sorted.
     std::vector<std::string> blockedAreas;
-    /// What was seen of the cards' entries.
+    /// What the scan recorded about the cards' entries.
     SeenItems seen;
 };
 
 class ScanRun {
 public:
-    /// Prepares a run of these rules. `onProgress` is told the fraction of the rules that have finished each time one
-    /// does; `onResult` what all of them came to. Either may destroy the run.
+    /// Prepares a run of these rules. Calls `onProgress` with the finished fraction of the rules each time one
+    /// finishes, and `onResult` at the end. Either may destroy the run.
     ScanRun(std::vector<Spec> rules, std::function<void(double)> onProgress, std::function<void(ScanResult)> onResult);
-    /// Forgets what still runs: its results are dropped. Waits a moment for its threads, never for ever.
+    /// Drops the results of rules still running. Waits for them at most half a second.
     ~ScanRun();
     ScanRun(const ScanRun&) = delete;
     ScanRun& operator=(const ScanRun&) = delete;
 
-    /// Starts every rule. Without rules the result is told at once. Where the system allows no more threads, the rules
-    /// that are left run on the threads of those that have ended, or as soon as it allows more.
+    /// Starts every rule. Without rules, calls `onResult` at once. If the system allows no more threads, the remaining
+    /// rules run on threads whose rules have ended, or as soon as it allows more.
     void start();
 
     Tracker::Counts counts() const { return tracker_->counts(); }
 
 private:
-    // What one rule came back with.
+    // The result of one rule.
     struct RuleResult;
     struct Inbox;
 
@@ -62,10 +62,10 @@ private:
     MainThreadNotifier notifier_;
     std::shared_ptr<Inbox> inbox_;
     QTimer nextTry_;
-    // What the rules that have finished came to, in the order of finishing.
+    // The results of the finished rules, in the order in which they finished.
     ScanResult collected_;
     std::size_t finishedRules_ = 0;
-    // Gone with the run, which whoever is told of something may destroy.
+    // Expires with the run: shows whether a callback has destroyed it.
     std::shared_ptr<const void> life_ = std::make_shared<char>();
 };
 

@@ -1,6 +1,6 @@
-// What a scan saw of the entries of its cards, so that a clean can tell whether they are still the same: the folder of
-// each, and the dates of those that are offered for their age.
-// Filled on the threads of a scan's rules, one object each, and merged by ScanRun on the main thread.
+// What a scan recorded about the entries of its cards, so that a clean can tell whether they have changed: the folder
+// of each, and the dates of those offered for their age. Each rule's thread fills an object of its own; ScanRun merges
+// them on the main thread.
 #pragma once
 
 #include <filesystem>
@@ -17,15 +17,14 @@ namespace vesk {
 
 class SeenItems {
 public:
-    /// Looks at the folder of every entry of a rule's cards, at each folder once, and takes over the dates that the
-    /// rule judged by.
+    /// Records the identity of the folder of every entry of a rule's cards, and the dates that the rule judged by.
+    /// Stats each folder once.
     void look(const std::vector<Card>& cards, const Probe& probe);
 
-    /// Takes over what another object saw. Of what both saw, the first look stays.
+    /// Adds what another object recorded. What is here already stays.
     void merge(SeenItems other);
 
-    /// Tells of the item at its path what was seen there: nothing of its folder when that was not looked at or could
-    /// not be.
+    /// Fills in what was recorded for the item's path. The folder stays absent if it is not known.
     void tell(SeenItem& item) const;
 
 private:

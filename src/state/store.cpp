@@ -35,7 +35,7 @@ Store::Sources::Sources()
 
 Store::Store(Sources sources, QObject* parent)
     : QObject(parent), sources_(std::move(sources)), poller_(new QTimer(this)), previewPause_(new QTimer(this)) {
-    // Started anew after each look: one that came late must not bring the next one forward.
+    // Restarted after each poll, so that two polls are never closer than this.
     constexpr int pollMilliseconds = 100;
     poller_->setInterval(pollMilliseconds);
     poller_->setSingleShot(true);

@@ -1,5 +1,5 @@
-// The one observable state of the application. The app makes one at start and hands it to every view; all of it is
-// read and written on the main thread only. Work on other threads hands its results back before any field changes.
+// The observable state of the application. The application creates one at start and passes it to every view. It is read
+// and written on the main thread only; other threads deliver their results to that thread first.
 #pragma once
 
 #include <QObject>
@@ -64,50 +64,50 @@ class Store : public QObject {
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
 public:
-    /// `idle`: nothing scanned yet. `scanning`: a scan is running. `done`: `cards` holds the last scan's result.
+    /// `idle`: nothing scanned yet. `scanning`: a scan is running. `done`: `cards` has the last scan's result.
     enum class Phase { idle, scanning, done };
 
-    /// What the store takes from outside; the defaults are the application's own.
+    /// What the store uses from outside. The defaults are the application's; tests replace them.
     struct Sources {
-        /// The rules, asked for afresh at each scan.
+        /// The rules; called at the start of each scan.
         std::function<std::vector<Spec>()> catalogue;
-        /// The start-up volume's figures.
+        /// The start-up volume's capacity and free space.
         std::function<VolumeFigures()> volume;
         /// Runs the backup tool and returns its exit status. Called on another thread.
         std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
-        /// Looks at what programs have in use at the moment, before items are moved. Called on another thread.
+        /// Returns the files that programs have in use now. Called several times during a clean, on another thread.
         std::function<OpenFiles()> lookAtUse;
-        /// How long a preview takes: one that ended at once would not look as if anything had been worked out.
+        /// How long a preview takes: if it ended at once, it would look as if nothing had been computed.
         std::chrono::milliseconds previewPause{900};
         Sources();
     };
 
-    /// Reads the preview switch, the history and the volume's figures. No scan starts here.
+    /// Reads the preview switch, the history and the volume's figures. Does not start a scan.
     explicit Store(Sources sources = Sources(), QObject* parent = nullptr);
-    /// Finishes first.
+    /// Calls `finish`.
     ~Store() override;
 
     Phase phase() const { return phase_; }
     /// The result of the last finished scan, in display order.
     const std::vector<Card>& cards() const { return cardList_.cards(); }
-    /// Labels of the rules that were denied permission in the last finished scan, in order.
+    /// Labels of the rules that were denied permission in the last finished scan, sorted.
     const std::vector<std::string>& blockedAreas() const { return blockedAreas_; }
     /// Fraction of the rules finished in the running scan, 0 to 1.
     double progress() const { return progress_; }
-    /// Bytes and regular files measured so far in the running scan, as of the last look, at most 100 ms ago.
+    /// Bytes and regular files measured so far in the running scan, updated every 100 ms.
     qint64 foundBytes() const { return foundBytes_; }
     qint64 filesSeen() const { return filesSeen_; }
-    /// Total capacity of the start-up volume in bytes; 1 when unknown, so that it can be divided by.
+    /// Total capacity of the start-up volume in bytes; 1 if unknown, so that dividing by it is safe.
     qint64 capacity() const { return capacity_; }
-    /// Bytes available on the start-up volume for important use; 0 when unknown.
+    /// Bytes available on the start-up volume for important use; 0 if unknown.
     qint64 free() const { return free_; }
     bool cleaning() const { return cleaning_; }
     bool showConfirm() const { return showConfirm_; }
-    /// What the last clean came to, until the user has seen it; absent when there is nothing to show.
+    /// The result of the last clean, until the user dismisses it; absent if there is nothing to show.
     const std::optional<Celebration>& celebration() const { return celebration_; }
-    /// Id of the card whose detail sheet is open; absent when none is.
+    /// Id of the card whose detail sheet is open; absent if none is.
     const std::optional<std::string>& detailID() const { return detailID_; }
-    /// A one-line message to the user; absent when there is none.
+    /// A one-line message to the user; absent if there is none.
     const std::optional<std::string>& notice() const { return notice_; }
     /// Past cleanups, newest first.
     const std::vector<HistoryEntry>& history() const { return history_.entries(); }
@@ -116,65 +116,64 @@ public:
     void setShowConfirm(bool value);
     void setDetailID(std::optional<std::string> id);
     void setNotice(std::optional<std::string> text);
-    /// Stores the switch and writes it to the preferences, on every call.
+    /// Sets the switch and writes it to the preferences, even if it stays the same.
     void setPreviewOnly(bool value);
 
-    /// Bytes of all cards of the bucket, ticked or not.
+    /// Bytes of all cards in the bucket, ticked or not.
     std::int64_t safeBytes() const;
     std::int64_t smartBytes() const;
-    /// Everything else in use on the volume, at least 0: not a sum over cards.
+    /// Everything else in use on the volume, at least 0: computed from its capacity, not from cards.
     std::int64_t personalBytes() const;
     std::vector<Card> selectedCards() const;
     std::int64_t selectedBytes() const;
     int selectedSnapshots() const;
     int selectedCount() const;
-    /// Whether a scan or a cleaning is running: the one guard against overlapping work.
+    /// Whether a scan, a clean, a preview or an undo is running. This is what prevents overlapping work.
     bool busy() const;
 
-    /// The first card of that id; absent when there is none.
+    /// The first card with this id; absent if there is none.
     std::optional<Card> card(const std::string& id) const;
 
-    /// The totals of the last scan's tracker at this moment, which `foundBytes` and `filesSeen` may lag.
+    /// The current totals of the last scan's tracker; `foundBytes` and `filesSeen` may be behind.
     Tracker::Counts trackerCounts() const;
 
-    /// Runs every rule and publishes their cards in order of priority. Does nothing while `busy`.
+    /// Runs every rule, then publishes the cards in order of priority. Does nothing while `busy`.
     Q_INVOKABLE void scan();
 
-    /// Moves every entry of the ticked cards to the Trash, deletes their snapshots, records the run in the history,
-    /// publishes a celebration and scans again. With `previewOnly` nothing is touched and no scan follows. Does nothing
-    /// while `busy` or without a ticked card. Where no thread can be had for it, everything stays as it is, and
-    /// `notice` says so.
+    /// Moves the entries of the ticked cards to the Trash, except those that have changed or are in use, and deletes
+    /// their snapshots. Then records the run in the history, publishes a celebration and scans again. With
+    /// `previewOnly`, nothing is moved and no scan follows. Does nothing while `busy` or if no card is ticked. If no
+    /// thread can be started, nothing changes and `notice` says so.
     Q_INVOKABLE void performClean();
     /// Ends the celebration.
     Q_INVOKABLE void dismissCelebration();
 
-    /// Moves the items of the entry with this id back from the Trash, tells the outcome in `notice` and scans again.
-    /// Does nothing while `busy`, nor for an unknown id. Where no thread can be had for it, `notice` says so.
+    /// Restores the items of the entry with this id from the Trash, says in `notice` how many are back, and scans
+    /// again. Does nothing while `busy` or for an unknown id. If no thread can be started, `notice` says so.
     void undo(const Uuid& id);
-    /// The same for an id in its textual form.
+    /// The same for an id given as text.
     Q_INVOKABLE void undo(const QString& id);
-    /// Puts together what is known of the items of an entry. The function that does it reads the disk; callable on any
-    /// thread, also when the store is gone.
+    /// See History::itemsOf. The function may be called even after the store is gone.
     std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const {
         return history_.itemsOf(entry);
     }
-    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before; it is tried
-    /// again with the next change, and at the end.
+    /// Drops all but the 50 newest entries and stores the history. If that fails, what was stored before stays, and the
+    /// next change or `finish` tries again.
     void saveHistory() { history_.save(); }
 
-    /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
-    /// and no scan follows. Waits for that little more than a second; of an item that takes longer, nothing is
-    /// recorded. For a program that is asked to quit.
+    /// Ends a running clean, preview or undo, for a program that is quitting: finishes the current item, records what
+    /// was done, and starts no scan. Waits a little more than a second for the item; one that takes longer is not
+    /// recorded. Then waits until the history is saved.
     void finish();
 
-    /// Has nobody told of changes any more. For when the views can no longer listen though they are still there.
+    /// Stops all signals. For when the views still exist but can no longer respond.
     void stopTelling();
 
-    /// Ticks or unticks the first card of that id; does nothing when there is none.
+    /// Ticks or unticks the first card with this id; does nothing if there is none.
     Q_INVOKABLE void setSelected(const QString& id, bool value);
     /// Ticks the safe cards and unticks all others.
     Q_INVOKABLE void selectSafeOnly();
-    /// Opens the system's privacy settings at Full Disk Access, where the system has them.
+    /// Opens the system's privacy settings at Full Disk Access, if the system has them.
     Q_INVOKABLE void openFullDiskAccess();
 
 Q_SIGNALS:
@@ -192,19 +191,19 @@ Q_SIGNALS:
     void detailIDChanged();
     void noticeChanged();
     void previewOnlyChanged();
-    /// Any of the figures worked out from the cards and the volume may have changed.
+    /// Any figure computed from the cards and the volume may have changed.
     void totalsChanged();
     void busyChanged();
 
 private:
-    /// Sets a field and tells of it, also when the value stays the same.
+    /// Sets a field and emits its signal, even if the value stays the same.
     template <typename Value>
     void publish(Value& field, Value value, void (Store::*changed)()) {
         field = std::move(value);
         Q_EMIT(this->*changed)();
     }
 
-    /// Takes steps in turn. Whoever hears of a change may destroy the store: what is left is dropped then.
+    /// Runs steps one after another. A step's signal may lead to the store's destruction: the rest is skipped then.
     template <typename... Steps>
     void inTurn(const Steps&... steps) {
         const QPointer<const Store> self(this);
@@ -261,20 +260,20 @@ private:
     History history_{preferences_};
     bool previewOnly_ = false;
 
-    // What the scan saw of the entries of `cards`.
+    // What the scan recorded about the entries of `cards`.
     std::shared_ptr<const SeenItems> seenItems_ = std::make_shared<SeenItems>();
     std::unique_ptr<ScanRun> scanRun_;
     QTimer* poller_ = nullptr;
 
-    // Of the running clean, preview or undo.
+    // The running clean or preview.
     Uuid cleaningRun_;
     std::vector<std::string> cleaningTitles_;
     std::int64_t previewBytes_ = 0;
     QTimer* previewPause_ = nullptr;
     bool finishing_ = false;
-    // Of the running clean; null when none runs.
+    // The running clean's; null if none is running.
     std::shared_ptr<CleaningLog> cleaningLog_;
-    // Last, so that nothing of theirs outlives what it needs.
+    // Declared last, so that they are destroyed before what they use.
     DetachedTask<std::monostate> cleaningTask_;
     DetachedTask<std::size_t> restoreTask_;
 };

@@ -16,7 +16,7 @@ namespace vesk {
 
 namespace {
 
-// How long a quitting program waits for the step under way, of the two seconds that it may take in all.
+// How long a quitting program waits for the current step; it should take no more than two seconds in all.
 constexpr std::chrono::milliseconds quitPatience{1200};
 
 std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
@@ -27,8 +27,8 @@ std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
     return freed;
 }
 
-// An item that somebody opened while it was moved.
-std::optional<PlatformError> putBackOpened(const TrashedItem& item) {
+// Restores an item that a program opened while it was moved.
+std::optional<PlatformError> restoreOpened(const TrashedItem& item) {
     std::optional<PlatformError> failure = restoreItem(item);
     if (!failure && syncMoves({item.place})) {
         forgetReturned(item);
@@ -42,7 +42,7 @@ void Store::performClean() {
     if (busy()) {
         return;
     }
-    // Whoever hears of the run may change the cards and the switch: this run is what they say now.
+    // Copied now: a handler of the signals below may change the cards or the switch.
     std::vector<SeenItem> workList;
     std::vector<std::string> snapshotIDs;
     std::vector<std::string> titles;
@@ -63,7 +63,7 @@ void Store::performClean() {
     cleaningTitles_ = std::move(titles);
     inTurn([&] { setCleaning(true); },
            [&] {
-               // In a real run, too: a total that does not fit ends the program before anything moves.
+               // Computed in a real run too: if the total overflows, the program ends before anything is moved.
                const std::int64_t total =
                    std::accumulate(workList.begin(), workList.end(), std::int64_t{0},
                                    [](std::int64_t sum, const SeenItem& item) { return checkedSum(sum, item.size); });
@@ -92,7 +92,7 @@ void Store::startClean(std::vector<SeenItem> items, std::vector<std::string> sna
             tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch->record(first, last); };
             tools.moveToTrash = [&](const SeenItem& item) { return batch->move(item); };
             tools.lookAtUse = lookAtUse;
-            tools.putBack = putBackOpened;
+            tools.restore = restoreOpened;
             tools.settle = [&](const std::vector<std::filesystem::path>& trashed) {
                 batch.reset();
                 syncMoves(trashed);
@@ -100,8 +100,7 @@ void Store::startClean(std::vector<SeenItem> items, std::vector<std::string> sna
             tools.runTool = runTool;
             tools.stopRequested = [&] { return control.stopRequested(); };
             runCleaning(*workList, snapshotIDs, tools, *log);
-            // Before the history tells of the run, so that its items can be told from others as soon as they can be put
-            // back.
+            // Stored before the history mentions the run: an undo needs it to recognise the items.
             log->storeReceipt(run, receipts);
             return std::monostate();
         },
@@ -186,7 +185,7 @@ void Store::finish() {
     }
     cleaningTask_.finish(quitPatience);
     if (cleaningLog_) {
-        finishClean();  // the worker hangs in a step; those before it are in its log
+        finishClean();  // the worker hangs in a step; the log has the steps before it
     }
     restoreTask_.finish(quitPatience);
     history_.finishSaving();

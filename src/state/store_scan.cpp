@@ -13,7 +13,7 @@ void Store::scan() {
         return;
     }
 
-    // The previous cards and blocked areas stay until this scan's replace them.
+    // The previous cards and blocked areas stay until the scan has finished.
     progress_ = 0.0;
     foundBytes_ = 0;
     filesSeen_ = 0;

@@ -32,7 +32,7 @@ void Store::undo(const Uuid& id) {
     if (!row || busy()) {
         return;
     }
-    // Whether the entry was undone before is not asked: a second undo finds nothing left to put back.
+    // No check whether the entry is already undone: a second undo finds nothing to restore.
     const std::size_t wanted = history()[*row].moves.size();
     auto items = itemsOf(history()[*row]);
     inTurn([&] { setCleaning(true); },
@@ -49,7 +49,7 @@ void Store::undo(const Uuid& id) {
 }
 
 void Store::finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted) {
-    // Stored while the store is still busy, then told.
+    // Saved while the store is still busy; the views are notified afterwards.
     history_.noteUndone(id, restored == wanted);
     history_.saveThen([this, id, notice = undoNotice(restored, wanted)] {
         inTurn([&] { setCleaning(false); }, [&] { history_.tellUndone(id); }, [&] { setNotice(notice); },

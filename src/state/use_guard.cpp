@@ -9,7 +9,7 @@ namespace vesk {
 
 namespace {
 
-// A look may take a twentieth of the time of a clean, but is never older than a second nor renewed for every item.
+// The pause after a look at all processes is twenty times the look's length, within these limits.
 constexpr int shareOfTime = 20;
 constexpr std::chrono::milliseconds shortestPause{10};
 constexpr std::chrono::milliseconds longestPause{1000};
@@ -41,15 +41,15 @@ void UseGuard::lookAgain() {
     open_.emplace(tools_.lookAtUse());
     const Clock::time_point end = Clock::now();
     next_ = end + std::clamp<Clock::duration>((end - start) * shareOfTime, shortestPause, longestPause);
-    putBackWhatIsInUse();
+    restoreWhatIsInUse();
 }
 
-void UseGuard::putBackWhatIsInUse() {
+void UseGuard::restoreWhatIsInUse() {
     for (TrashedItem& item : std::exchange(watched_, {})) {
         item.cleaned = now();
-        if (open_->use(item.place) && !tools_.putBack(item)) {
+        if (open_->use(item.place) && !tools_.restore(item)) {
             std::erase(trashed_, item.place);
-            log_.takeBack(item.place);
+            log_.noteRestored(item.place);
         }
     }
 }

@@ -1,5 +1,5 @@
-// Keeps a clean from taking what a program has in use: asks before each item moves, and again soon after, since who
-// opened it in between would go on writing where nobody looks. Used by the worker of a clean, on its thread.
+// Keeps a clean from moving what a program has in use. Checks before each move, and again soon after: a program that
+// opened the item in between would go on writing to it in the Trash. Used by a clean's worker, on its thread.
 #pragma once
 
 #include <chrono>
@@ -18,24 +18,24 @@ class UseGuard {
 public:
     UseGuard(const CleaningTools& tools, CleaningLog& log) : tools_(tools), log_(log) {}
 
-    /// Whether a program has the item in use, by a look that is new or at most a second old.
+    /// Whether a program has the item in use, as of now or about a second ago at most.
     bool isInUse(const std::filesystem::path& item);
 
-    /// Notes an item that the Trash has taken.
+    /// Adds an item that was moved to the Trash.
     void watch(const SeenItem& item, const TrashOutcome& outcome);
 
-    /// Looks a last time at those that were moved since the last look.
+    /// Checks once more the items moved since the last look.
     void finish();
 
-    /// Where those lie in the Trash that stay there.
+    /// The places in the Trash of the items that stay there.
     const std::vector<std::filesystem::path>& trashed() const { return trashed_; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     void lookAgain();
-    // What somebody opened between the last look and its move goes back, and counts as not moved.
-    void putBackWhatIsInUse();
+    // Restores each item that a program opened between the last look and the move; it counts as not moved.
+    void restoreWhatIsInUse();
 
     const CleaningTools& tools_;
     CleaningLog& log_;

@@ -1,5 +1,5 @@
-// A stroke along a circle: the pieces of the wheel. Painted with antialiasing by the processor, so that it looks the
-// same with every renderer.
+// A stroke along a circle, of which the wheel is made. Painted by the CPU with antialiasing, so that it looks the same
+// with every renderer.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -11,16 +11,16 @@ namespace vesk {
 class Arc : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    /// Start and end as fractions of the full circle, clockwise from the top; taken as 0 below 0 and as 1 above 1.
+    /// Start and end as fractions of the full circle, clockwise from the top; clamped to 0 and 1.
     Q_PROPERTY(double from MEMBER from_ NOTIFY changed)
     Q_PROPERTY(double to MEMBER to_ NOTIFY changed)
-    /// Degrees by which the whole stroke is turned clockwise.
+    /// Degrees by which the stroke is rotated clockwise.
     Q_PROPERTY(double turn MEMBER turn_ NOTIFY changed)
     Q_PROPERTY(double lineWidth MEMBER lineWidth_ NOTIFY changed)
     /// Distance between the item's edge and the stroke's outer edge.
     Q_PROPERTY(double inset MEMBER inset_ NOTIFY changed)
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
-    /// Where set, the stroke runs from `color` at the top to this at the bottom.
+    /// If set, the stroke is a gradient from `color` at the top to this at the bottom.
     Q_PROPERTY(QColor endColor MEMBER endColor_ NOTIFY changed)
     Q_PROPERTY(bool roundCaps MEMBER roundCaps_ NOTIFY changed)
 

@@ -1,21 +1,20 @@
-// Tells assistive technology of buttons, and whether they can be used: items of QML have no accessible state for that
-// in Qt 6.4. Main thread.
+// Makes buttons accessible with their disabled state, for which QML has no property in Qt 6.4. Main thread only.
 #pragma once
 
 #include <QObject>
 
 namespace vesk {
 
-/// From now on, buttons that say `standsAlone` are told of with their state. They have the properties `text`, `hint`
-/// and `available`, and a function `pressFromOutside`.
+/// Installs an accessible interface for buttons whose `standsAlone` is true. They must have the properties `text`,
+/// `hint` and `available`, and a function `pressFromOutside`.
 void tellOfButtons();
 
-/// Tells of a button's changes.
+/// Reports changes of a button's disabled state to assistive technology.
 class ButtonChanges : public QObject {
     Q_OBJECT
 
 public:
-    /// Lives as long as `button`.
+    /// Owned by `button`.
     explicit ButtonChanges(QObject* button);
 
 public Q_SLOTS:

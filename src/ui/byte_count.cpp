@@ -8,7 +8,7 @@
 namespace vesk {
 
 QString ByteCount::text(double bytes) {
-    constexpr double beyond = 9223372036854775808.0;  // 2^63, which no 64-bit count reaches
+    constexpr double beyond = 9223372036854775808.0;  // 2^63, just above the largest 64-bit count
     std::int64_t count = 0;
     if (bytes >= beyond) {
         count = std::numeric_limits<std::int64_t>::max();

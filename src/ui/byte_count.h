@@ -13,7 +13,7 @@ class ByteCount : public QObject {
     QML_SINGLETON
 
 public:
-    /// A number of bytes in decimal units: "1.2 GB". Numbers that do not fit 64 bits count as the nearest that does.
+    /// A number of bytes in decimal units: "1.2 GB". Clamped to 64 bits.
     Q_INVOKABLE static QString text(double bytes);
 };
 

@@ -1,5 +1,5 @@
-// One card as its detail sheet shows it: looked up in the store by its id, and again at each change of the cards.
-// Made by a view, on the main thread.
+// One card as its detail sheet shows it, looked up in the store by its id whenever the cards change. Created by a view,
+// on the main thread.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -12,14 +12,14 @@
 
 namespace vesk {
 
-/// The entries that a sheet lists, as rows: the first few of the card's.
+/// The first few of the card's entries as a list model.
 class EntryList : public QAbstractListModel {
     Q_OBJECT
     QML_ANONYMOUS
 
 public:
     enum Role { EntryIdRole = Qt::UserRole, NameRole, SizeTextRole };
-    /// How many entries are listed at most.
+    /// The most entries listed.
     static constexpr std::size_t limit = 8;
 
     using QAbstractListModel::QAbstractListModel;
@@ -40,7 +40,7 @@ class CardDetail : public QObject {
     QML_ELEMENT
     Q_PROPERTY(vesk::Store* store READ store WRITE setStore NOTIFY storeChanged)
     Q_PROPERTY(QString cardID READ cardID WRITE setCardID NOTIFY cardIDChanged)
-    /// Whether the store has such a card; everything below is empty when it has not.
+    /// Whether the store has this card; if not, everything below is empty.
     Q_PROPERTY(bool found READ found NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
@@ -48,7 +48,7 @@ class CardDetail : public QObject {
     Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed)
     Q_PROPERTY(int snapshotCount READ snapshotCount NOTIFY changed)
     Q_PROPERTY(vesk::EntryList* entries READ entries CONSTANT)
-    /// How many entries `entries` leaves out.
+    /// How many of the card's entries are not in `entries`.
     Q_PROPERTY(int moreCount READ moreCount NOTIFY changed)
     Q_PROPERTY(QString why READ why NOTIFY changed)
     /// Whole days since the card was last used.

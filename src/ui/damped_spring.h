@@ -3,24 +3,23 @@
 
 namespace vesk {
 
-/// A spring described as interface designers do: the time of one undamped swing and how much of the critical damping
-/// it has.
+/// A spring as interface designers describe it: by the period of its undamped oscillation and its damping ratio.
 struct DampedSpring {
-    /// Seconds of one undamped swing; above 0.
+    /// The period of the undamped oscillation, in seconds; above 0.
     double response = 0.5;
-    /// Share of the critical damping; between 0 and 1, neither included.
+    /// The damping ratio; between 0 and 1, both excluded.
     double dampingFraction = 0.8;
 
-    /// Where a mass on the spring is, relative to the place it is drawn to, and how fast it moves (per second).
+    /// The displacement of a mass from its resting place, and its velocity per second.
     struct Motion {
         double displacement = 0;
         double velocity = 0;
     };
 
-    /// The motion `seconds` after it was `start`.
+    /// The state `seconds` after `start`.
     Motion after(double seconds, Motion start) const;
 
-    /// Seconds until a motion from `start` stays within `tolerance` of its rest for good (an upper bound).
+    /// An upper bound of the seconds until a motion from `start` stays within `tolerance` of its resting place.
     double settlingTime(Motion start, double tolerance) const;
 };
 

@@ -12,7 +12,7 @@ DiagonalGradient::DiagonalGradient(QQuickItem* parent) : QQuickPaintedItem(paren
 }
 
 void DiagonalGradient::paint(QPainter* painter) {
-    // The corners lie at the ends of the gradient whatever the shape of the surface.
+    // Whatever the shape, the gradient runs from corner to corner.
     const QRectF span = whole_.isEmpty() ? boundingRect() : whole_;
     QLinearGradient gradient(0, 0, 1, 1);
     gradient.setColorAt(0, from_);

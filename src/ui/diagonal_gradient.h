@@ -1,5 +1,5 @@
-// A surface that runs from one colour at its top left corner to another at its bottom right. The scene graph's own
-// gradients run along one side only, and look jagged at rounded corners without a graphics processor.
+// A rectangle with a gradient from its top left corner to its bottom right. The scene graph's own gradients are only
+// horizontal or vertical, and their rounded corners look jagged without a GPU.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -14,11 +14,12 @@ class DiagonalGradient : public QQuickPaintedItem {
     QML_ELEMENT
     Q_PROPERTY(QColor from MEMBER from_ NOTIFY changed)
     Q_PROPERTY(QColor to MEMBER to_ NOTIFY changed)
-    /// Radius of the rounded corners; 0 leaves them square.
+    /// Radius of the corners; 0 for square ones.
     Q_PROPERTY(double radius MEMBER radius_ NOTIFY changed)
-    /// What the gradient spans, in the item's coordinates, where the item shows a piece of it; empty for the item.
+    /// The rectangle that the gradient spans, in the item's coordinates, if the item shows only a part of it. If empty,
+    /// the gradient spans the item.
     Q_PROPERTY(QRectF whole MEMBER whole_ NOTIFY changed)
-    /// Whether it fades away from its top to its bottom.
+    /// Whether it fades out from top to bottom.
     Q_PROPERTY(bool fades MEMBER fades_ NOTIFY changed)
 
 public:

@@ -1,4 +1,4 @@
-// Fresh identifiers, for views.
+// New identifiers, for views.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>

@@ -14,9 +14,9 @@ namespace vesk {
 
 namespace {
 
-// A hand that clicks twice moves a little. Farther away it is another click, however soon it comes.
+// The pointer moves a little during a double click. A click farther away is a new one, however soon it comes.
 constexpr double samePlace = 16;  // points
-// Clicks that never stop are meant after all.
+// In double-click intervals: a user who keeps clicking for longer means it.
 constexpr int mostIntervals = 3;
 
 bool presses(int key) {
@@ -65,28 +65,28 @@ bool InputGuard::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
-            if (refusesKey(*static_cast<QKeyEvent*>(event))) {
+            if (blocksKey(*static_cast<QKeyEvent*>(event))) {
                 event->accept();
                 return true;
             }
             break;
         case QEvent::FocusOut:
         case QEvent::WindowDeactivate:
-            keysDown_.clear();  // their release is told elsewhere
+            keysDown_.clear();  // another window receives their release
             break;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::TouchBegin:
         case QEvent::TabletPress:
-            refusing_ = refusesPress(*static_cast<QPointerEvent*>(event));
-            event->setAccepted(refusing_ || event->isAccepted());
-            return refusing_;
+            isBlocking_ = blocksPress(*static_cast<QPointerEvent*>(event));
+            event->setAccepted(isBlocking_ || event->isAccepted());
+            return isBlocking_;
         case QEvent::MouseButtonRelease:
         case QEvent::TouchUpdate:
         case QEvent::TouchEnd:
         case QEvent::TabletRelease:
-            if (refusing_) {
-                refusing_ = event->type() == QEvent::TouchUpdate;
+            if (isBlocking_) {
+                isBlocking_ = event->type() == QEvent::TouchUpdate;
                 event->accept();
                 return true;
             }
@@ -102,12 +102,12 @@ void InputGuard::noteMouse(const QEvent& event) {
         return;
     }
     const auto& mouse = static_cast<const QMouseEvent&>(event);
-    // A touch that nothing takes as such comes as a mouse, too.
+    // A touch that no item accepts also arrives as a mouse event.
     const bool isTouch = mouse.pointingDevice()->type() == QInputDevice::DeviceType::TouchScreen;
     PointerState::instance().setMouseDown(!isTouch && mouse.buttons() != Qt::NoButton);
 }
 
-bool InputGuard::refusesKey(const QKeyEvent& event) {
+bool InputGuard::blocksKey(const QKeyEvent& event) {
     if (!presses(event.key())) {
         return false;
     }
@@ -123,23 +123,23 @@ bool InputGuard::refusesKey(const QKeyEvent& event) {
         return true;
     }
     keysDown_.insert(event.key());
-    // Escape leads out of anything, also of what has not yet come to rest.
+    // Escape always works, even while the layer is still appearing.
     return event.key() != Qt::Key_Escape && isSettling();
 }
 
-// Not every system says so of a press.
+// Not every system marks repeated presses as such.
 bool InputGuard::isRepetition(const QKeyEvent& press) const {
     if (keysDown_.contains(press.key())) {
         return true;
     }
-    // X tells of each repetition as a release and a press at the same time, and Qt takes them for the user's own where
-    // the second has not yet come when it looks at the first.
+    // X sends each repetition as a release and a press with the same timestamp. Qt takes them for the user's own if the
+    // press has not arrived yet when it handles the release.
     const auto released = released_.constFind(press.key());
     return released != released_.constEnd() && *released == press.timestamp() &&
            QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
-bool InputGuard::refusesPress(const QPointerEvent& event) {
+bool InputGuard::blocksPress(const QPointerEvent& event) {
     const QPointF place = event.points().isEmpty() ? QPointF() : event.points().constFirst().position();
     const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
     const bool follows = haveClicked_ && event.timestamp() - lastPress_ <= static_cast<quint64>(interval) &&

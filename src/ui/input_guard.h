@@ -1,6 +1,6 @@
-// Keeps a window's keys and clicks from meaning what nobody meant. A key that repeats by itself presses nothing; and
-// when what the window shows has just changed, as a dialog comes or goes, it takes no press that was begun before that
-// or that is the second click of a double click begun before it. An item of the window that it guards; main thread.
+// Prevents unintended key presses and clicks in a window. A held key presses nothing while it repeats. After the layer
+// in front has changed, as when a dialog opens or closes, the second click of a double click begun before that has no
+// effect. An item in the window that it guards; main thread only.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -22,9 +22,9 @@ namespace vesk {
 class InputGuard : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    /// What is in front, under any name. A new value begins a new time of showing.
+    /// A name for the layer in front. A new value means that the layer has changed.
     Q_PROPERTY(QString front READ front WRITE setFront NOTIFY frontChanged)
-    /// Milliseconds that what is in front needs until it is wholly shown, and in which it takes no press at all.
+    /// How long the layer in front takes to appear, in milliseconds. Until then, no press has any effect.
     Q_PROPERTY(int settling MEMBER settling_ NOTIFY settlingChanged)
 
 public:
@@ -44,9 +44,9 @@ protected:
 
 private:
     static void noteMouse(const QEvent& event);
-    bool refusesKey(const QKeyEvent& event);
+    bool blocksKey(const QKeyEvent& event);
     bool isRepetition(const QKeyEvent& press) const;
-    bool refusesPress(const QPointerEvent& event);
+    bool blocksPress(const QPointerEvent& event);
     bool isSettling() const { return sinceChange_.isValid() && sinceChange_.elapsed() < settling_; }
 
     QPointer<QQuickWindow> watched_;
@@ -55,15 +55,15 @@ private:
     QElapsedTimer sinceChange_;
 
     QSet<int> keysDown_;
-    QHash<int, quint64> released_;  // when each key was last let go, as far as is known
-    // Of clicks one soon after the other at one place: the last one, and whether the first fell on what is in front
-    // now.
+    QHash<int, quint64> released_;  // the timestamp of each key's last release
+    // The last click, and whether the series of quick clicks at one place that it belongs to began before the layer in
+    // front changed.
     bool haveClicked_ = false;
-    quint64 lastPress_ = 0;  // milliseconds of the system's own count
+    quint64 lastPress_ = 0;  // milliseconds, as in event timestamps
     QPointF lastPlace_;
     bool begunBefore_ = false;
-    // Whether the press under way was refused, so that its end is, too.
-    bool refusing_ = false;
+    // Whether the current press was blocked, so that its release is blocked too.
+    bool isBlocking_ = false;
 };
 
 }  // namespace vesk

@@ -8,7 +8,7 @@ QWindow* ItemInterface::window() const {
     return item().window();
 }
 
-// The nearest item around it that is told of at all; the window itself around all of them.
+// The nearest accessible ancestor; the window if there is none.
 QAccessibleInterface* ItemInterface::parent() const {
     const QQuickItem* outermost = item().window() != nullptr ? item().window()->contentItem() : nullptr;
     for (QQuickItem* around = item().parentItem(); around != nullptr && around != outermost;

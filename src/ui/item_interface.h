@@ -1,4 +1,4 @@
-// What assistive technology is told of an item whose QML cannot say all of it in the Qt version at hand. Main thread.
+// Base of the accessible interfaces for items that QML cannot describe fully in Qt 6.4. Main thread only.
 #pragma once
 
 #include <QAccessibleObject>
@@ -6,7 +6,7 @@
 
 namespace vesk {
 
-/// An item without anything accessible inside. What it is and what it is called is for those that derive from it.
+/// An item without accessible children. Derived classes add its role and name.
 class ItemInterface : public QAccessibleObject {
 public:
     explicit ItemInterface(QQuickItem* item) : QAccessibleObject(item) {}

@@ -18,7 +18,7 @@ double secondsToRest() {
 }
 
 double rowProgress(double share) {
-    // It ends where it is drawn to, however little is left of the swing.
+    // Ends exactly at the target, although the spring is still moving a little.
     return share >= 1 ? 1 : 1 + rowSpring.after(share * secondsToRest(), rowStart).displacement;
 }
 

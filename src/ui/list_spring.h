@@ -1,5 +1,5 @@
-// The spring in which rows of a list come and go, as animations take it: an easing curve and the time that it needs. It
-// always starts from rest, so a plain curve is exact (see SpringValue for what is bent on its way).
+// The spring with which list rows appear and disappear, as an easing curve and a duration for animations. It always
+// starts from rest, so a curve is exact (SpringValue is for targets that change on the way).
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -13,7 +13,7 @@ class ListSpring : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QEasingCurve easing READ easing CONSTANT)
-    /// Milliseconds until the motion has come to rest.
+    /// Milliseconds until the motion is at rest.
     Q_PROPERTY(int duration READ duration CONSTANT)
 
 public:

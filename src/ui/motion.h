@@ -1,4 +1,4 @@
-// Whether things may move: the user's wish for reduced motion, as views ask for it. Lives on the main thread.
+// The user's setting for reduced motion, for views. Lives on the main thread.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -12,7 +12,7 @@ class Motion : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// True when springs, spinner and confetti give way to plain changes. Read from the platform at first use.
+    /// If true, views change at once: no springs, no spinner, no confetti. Read from the platform at first use.
     Q_PROPERTY(bool reduced READ reduced WRITE setReduced NOTIFY reducedChanged)
 
 public:

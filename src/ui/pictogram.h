@@ -1,4 +1,4 @@
-// The pictograms of cards, by the names that the rules give them: the system's own on macOS, Vesk's drawings elsewhere.
+// The pictograms of cards, by the names in the rules: the system's on macOS, Vesk's own drawings elsewhere.
 #pragma once
 
 #include <QColor>
@@ -7,8 +7,7 @@
 
 namespace vesk {
 
-/// The pictogram in one colour, `side` pixels square; an empty picture for a name without a drawing.
-/// Called on the main thread.
+/// The pictogram in one colour, `side` pixels square; an empty image for an unknown name. Main thread only.
 QImage pictogram(const QString& symbol, const QColor& color, int side);
 
 }  // namespace vesk

@@ -1,6 +1,6 @@
-// Whether a mouse button is down somewhere in the window, as views ask for it: lists scroll by wheel and by touch, and
-// a mouse that drags does not move them. (A Flickable of Qt before 6.9 cannot tell the two apart.) InputGuard keeps it
-// up to date. Lives on the main thread.
+// Whether a mouse button is down in the window, for views: lists scroll by wheel and touch, but not by dragging with
+// the mouse, and before Qt 6.9 a Flickable cannot tell mouse and touch apart. InputGuard updates it. Lives on the main
+// thread.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>

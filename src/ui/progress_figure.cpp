@@ -13,7 +13,7 @@ public:
     explicit ProgressInterface(ProgressFigure* figure) : ItemInterface(figure) {}
 
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name ? figure()->said : QString();
+        return kind == QAccessible::Name ? figure()->accessibleName : QString();
     }
     QAccessible::Role role() const override { return QAccessible::ProgressBar; }
     QAccessible::State state() const override {

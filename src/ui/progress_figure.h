@@ -1,5 +1,5 @@
-// An item that assistive technology knows as a progress bar and can ask for its value. (In Qt 6.4 an item of QML with
-// that role has a name but no value, so its changes are never spoken.)
+// An item that is accessible as a progress bar with a value. (In Qt 6.4 a QML item with that role has a name but no
+// value, so its changes are never spoken.) Main thread only.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -13,18 +13,18 @@ class ProgressFigure : public QQuickItem {
     QML_ELEMENT
     /// Whole percents, 0 to 100.
     Q_PROPERTY(int value MEMBER value NOTIFY valueChanged)
-    /// What is said besides the value.
-    Q_PROPERTY(QString said MEMBER said NOTIFY saidChanged)
+    /// The accessible name, spoken besides the value.
+    Q_PROPERTY(QString accessibleName MEMBER accessibleName NOTIFY accessibleNameChanged)
 
 public:
     explicit ProgressFigure(QQuickItem* parent = nullptr);
 
     int value = 0;
-    QString said;
+    QString accessibleName;
 
 signals:
     void valueChanged();
-    void saidChanged();
+    void accessibleNameChanged();
 };
 
 }  // namespace vesk

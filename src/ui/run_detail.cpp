@@ -58,7 +58,7 @@ void RunDetail::refresh() {
     if (run == nullptr) {
         return;
     }
-    // Where no thread can be had, it is asked again at the next occasion.
+    // If no thread can be started, the next refresh tries again.
     asking_ = question_.start(
         [items = store_->itemsOf(*run), token = takeWorkToken()](DetachedTask<RunReport>::Control& control) {
             return reportOn(items(), [&] { return control.stopRequested(); });

@@ -1,5 +1,5 @@
-// How the items of one past run stand, as its row in the history tells when it is opened. The disk is asked on another
-// thread, when the row is opened and again after anything that may have changed the answer. Made by a view, on the main
+// Where the items of one past run are now, for its row in the history when that is opened. Another thread checks the
+// disk when the row is opened and after anything that may have changed the answer. Created by a view, on the main
 // thread.
 #pragma once
 
@@ -20,13 +20,13 @@ class RunDetail : public QObject {
     QML_ELEMENT
     Q_PROPERTY(vesk::Store* store READ store WRITE setStore NOTIFY storeChanged)
     Q_PROPERTY(QString entryId READ entryId WRITE setEntryId NOTIFY entryIdChanged)
-    /// Whether the answer is wanted.
+    /// Whether the report is wanted; the disk is checked only then.
     Q_PROPERTY(bool wanted READ wanted WRITE setWanted NOTIFY wantedChanged)
-    /// Empty until the answer is there, and while none is wanted.
+    /// Empty until the report is complete, and while none is wanted.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
-    /// "NAME: why", for the first of the items that are not back.
+    /// "NAME: why" for the first items that cannot be restored.
     Q_PROPERTY(QStringList lines READ lines NOTIFY changed)
-    /// How many such items `lines` leaves out.
+    /// How many such items are not in `lines`.
     Q_PROPERTY(int moreCount READ moreCount NOTIFY changed)
 
 public:
@@ -43,7 +43,7 @@ public:
     const QStringList& lines() const { return lines_; }
     int moreCount() const { return moreCount_; }
 
-    /// Asks the disk again, if the answer is wanted. While items move, it waits for their end.
+    /// Checks the disk again, if the report is wanted; during a clean or an undo, only when that has ended.
     Q_INVOKABLE void refresh();
 
 Q_SIGNALS:
@@ -63,8 +63,8 @@ private:
     QString summary_;
     QStringList lines_;
     int moreCount_ = 0;
-    // Whether a question is under way, and whether its answer will be out of date. One at a time: a disk that hangs
-    // must not gather threads.
+    // Whether a check is running, and whether its result will be out of date. One at a time: a disk that hangs must not
+    // collect threads.
     bool asking_ = false;
     bool outdated_ = false;
     DetachedTask<RunReport> question_;

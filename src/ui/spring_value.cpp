@@ -25,7 +25,7 @@ void SpringValue::setTarget(double target) {
         return;
     }
     start_ = {value_ - target_, velocity_};
-    // A thousandth of the way is less than a pixel for anything that a window springs.
+    // A thousandth of the distance is less than a pixel for everything that springs in the window.
     constexpr double tolerance = 0.001;
     settlingTime_ = spring_.settlingTime(start_, tolerance * (std::abs(start_.displacement) + tolerance));
     stop();

@@ -1,5 +1,5 @@
-// A number that springs to its target and keeps its speed when the target changes on the way. Made by views, on the
-// main thread; moves in step with the frames of the window and costs nothing at rest.
+// A number that springs to its target, and keeps its velocity if the target changes on the way. Created by views, on
+// the main thread. Updated once per frame while it moves; costs nothing at rest.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -15,10 +15,10 @@ class SpringValue : public QAbstractAnimation, public QQmlParserStatus {
     Q_OBJECT
     Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
-    /// Where the value is drawn to. The first target of all is taken at once.
+    /// The value that this moves to. The very first target is reached at once.
     Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged)
     Q_PROPERTY(double value READ value NOTIFY valueChanged)
-    /// Seconds of one undamped swing.
+    /// See DampedSpring.
     Q_PROPERTY(double response READ response WRITE setResponse NOTIFY responseChanged)
     Q_PROPERTY(double dampingFraction READ dampingFraction WRITE setDampingFraction NOTIFY dampingFractionChanged)
 
@@ -32,12 +32,12 @@ public:
     /// Per second.
     double velocity() const { return velocity_; }
 
-    /// Starts, or bends, the motion towards `target`; where motion is reduced the value jumps there.
+    /// Starts or redirects the motion towards `target`. With reduced motion, the value jumps there.
     void setTarget(double target);
     void setResponse(double seconds);
     void setDampingFraction(double fraction);
 
-    /// Endless as an animation: it stops itself once the spring has come to rest.
+    /// Endless: the animation stops itself when the spring is at rest.
     int duration() const override { return -1; }
 
     void classBegin() override { complete_ = false; }

@@ -1,4 +1,4 @@
-// Makes the types of the application's state known to the views.
+// Registers the types of the application's state with QML.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>

@@ -26,7 +26,7 @@ void prepareViews(QQmlEngine& engine) {
 double textScale() {
     constexpr double most = 2;
     double scale = desktopTextScale();
-    // On X11 the desktop tells Qt the same dots per inch, and Qt enlarges the whole window by them.
+    // On X11 the same setting also reaches Qt as dots per inch, and Qt has already scaled the whole window by it.
     if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         scale /= qGuiApp->devicePixelRatio();
     }

@@ -1,15 +1,15 @@
-// What every window of Vesk's needs before its QML is loaded. Main thread.
+// What every window of Vesk needs before its QML is loaded. Main thread only.
 #pragma once
 
 #include <QQmlEngine>
 
 namespace vesk {
 
-/// Sets the fonts of the window for the whole application, and gives an engine what the views need.
+/// Sets the application's font, and gives an engine what the views need.
 void prepareViews(QQmlEngine& engine);
 
-/// How much larger than composed the window's type is to be, 1 to 2: the desktop's wish, as far as Qt has not already
-/// followed it by enlarging everything. Once the QGuiApplication exists.
+/// The factor by which to scale the window's text, 1 to 2: the desktop's setting, divided by the scale that Qt already
+/// applies to the whole window. Call it once the QGuiApplication exists.
 double textScale();
 
 }  // namespace vesk

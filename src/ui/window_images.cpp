@@ -14,7 +14,7 @@ QColor colorOf(const QString& text) {
     return QColor(QLatin1Char('#') + text);
 }
 
-// One pass of a running mean along rows of alpha values; three passes come close to a Gaussian blur.
+// One pass of a running mean along rows of alpha values. Three passes approximate a Gaussian blur.
 void blurRows(std::vector<int>& alpha, int width, int height, int reach) {
     std::vector<int> row(static_cast<std::size_t>(width));
     const int span = 2 * reach + 1;
@@ -33,7 +33,7 @@ void blurRows(std::vector<int>& alpha, int width, int height, int reach) {
     }
 }
 
-// Where a pixel of a square picture lies in a list of its rows.
+// The index of a pixel of a square image.
 std::size_t at(int row, int column, int side) {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(side) + static_cast<std::size_t>(column);
 }
@@ -65,7 +65,7 @@ QImage softShadow(int cornerRadius, int blurRadius, const QColor& color) {
         const int inner = side - 2 * blurRadius;
         painter.drawRoundedRect(QRectF(blurRadius, blurRadius, inner, inner), cornerRadius, cornerRadius);
     }
-    // Alpha values are blurred at a finer grain than they are drawn at, or the faint edge shows steps.
+    // Blurs alpha values with more precision than they are drawn with; otherwise the faint edge shows steps.
     constexpr int grain = 256;
     std::vector<int> alpha(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
     for (int y = 0; y < side; ++y) {

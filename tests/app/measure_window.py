@@ -1,5 +1,5 @@
-"""Measures the window on a display of its own, drawn by the processor: how soon its first frame is there, and what it
-costs at rest. Run it as
+"""Measures the window on its own display, with software rendering: the time to its first frame, and what it costs when
+idle. Run it as
 
     VESK=build/release/bin/vesk VESK_DEMO=build/release/bin/vesk-demo \\
         tests/app/with_display python3 tests/app/measure_window.py
@@ -25,7 +25,7 @@ def start(program, home, **more):
 
 
 def first_frame(program, home):
-    """Milliseconds from the program's start to its first frame on the display."""
+    """Milliseconds from the program's start to its first frame."""
     began = time.monotonic()
     process = start(program, home, QT_LOGGING_RULES="qt.scenegraph.time.renderloop=true")
     for line in process.stderr:
@@ -45,7 +45,7 @@ def processor_seconds(pid):
 
 
 def at_rest(program, home):
-    """Share of a core in percent, and resident MB, of a window whose scan is over."""
+    """CPU use in percent of a core, and resident MB, of a window after its scan."""
     process = start(program, home)
     time.sleep(REST_SECONDS)
     before = processor_seconds(process.pid)

@@ -1,4 +1,4 @@
-"""Root is refused nothing, so a test of a refused folder would see no refusal: tests started as root go on as "nobody"."""
+"""Root is never denied a folder, so tests started as root continue as "nobody"."""
 
 import atexit
 import os
@@ -9,8 +9,8 @@ from pathlib import Path
 
 
 def reachable(program):
-    """The path of the program to run: the same one, or for root a copy that "nobody" may run wherever the build lies.
-    The rest of the process goes on as that user. Call this before anything else is made."""
+    """The path of the program to run: the given one or, for root, a copy that "nobody" may run wherever the build is.
+    From then on, this process runs as that user. Call this before creating anything else."""
     if os.geteuid() != 0:
         return program
     nobody = pwd.getpwnam("nobody")
@@ -21,6 +21,6 @@ def reachable(program):
     os.setgid(nobody.pw_gid)
     os.setuid(nobody.pw_uid)
     os.chmod(folder, 0o755)
-    # The folder is this user's; what it lies in is sticky, which lets its owner remove it.
+    # The folder belongs to this user, and its parent is sticky, so its owner may remove it.
     atexit.register(shutil.rmtree, folder, ignore_errors=True)
     return copy

@@ -1,7 +1,7 @@
-"""The real program's end, whatever it is at: soon, with what was done on record and nothing left running. And its
-second start, which must not open beside the first.
+"""The end of the real program at any moment: it must be quick, record what was done and leave nothing running. And a
+second start, which must not open another window.
 
-    test_ends.py             tests; generous with time
+    test_ends.py             runs the tests, with generous time limits
     test_ends.py --measure   prints how long the end takes in each state
 """
 
@@ -24,11 +24,11 @@ from window import PATIENCE, Window, act, environment_for, wait_for  # noqa: E40
 
 DEMO = os.environ["VESK_DEMO"]
 VESK = os.environ["VESK"]
-# Vesk's own limit is two seconds, and `--measure` tells the figures; a machine that does much else gets more.
+# Vesk's own limit is two seconds, which `--measure` checks; a busy machine may need more.
 END_LIMIT = 5
 ROUNDS = 5
 
-# A backup tool that hangs in one of its commands, deaf to being asked to end, with a program of its own beside it.
+# A backup tool that hangs in one of its commands, ignores termination signals and has started a program itself.
 HANGING_TOOL = """#!/bin/sh
 if [ "$1" = {command} ]; then
     trap '' TERM INT HUP
@@ -49,10 +49,10 @@ def is_running(pid):
 
 
 class Mac:
-    """A made-up Mac that outlives the windows opened on it."""
+    """A made-up Mac that stays when the windows opened on it close."""
 
     def __init__(self):
-        # In memory where there is room: thousands of files are moved, and a disk is waited for at each.
+        # In memory if there is room: the tests move thousands of files, and each move waits for the disk.
         memory = "/dev/shm"
         place = memory if "TMPDIR" not in os.environ and os.access(memory, os.W_OK) else None
         self.folder = Path(tempfile.mkdtemp(prefix="vesk-mac-test-", dir=place))
@@ -63,7 +63,7 @@ class Mac:
         return self.windows[-1]
 
     def made(self):
-        """Has the demo make its Mac, so that something can be changed before a scan meets it."""
+        """Lets the demo make its Mac, so that a test can change something before the first scan."""
         window = self.open()
         window.press_close()
         window.process.wait(PATIENCE)
@@ -73,11 +73,11 @@ class Mac:
         return next(self.folder.glob("mac/Users/*"))
 
     def hang(self, command):
-        """Puts a backup tool in place that hangs in this command; returns the file in which it then tells its number
-        and that of the program it started."""
+        """Installs a backup tool that hangs in this command. Returns the file in which it writes its process number and
+        that of the program it has started."""
         told = self.folder / "hangs"
         told.unlink(missing_ok=True)
-        # Beside the old one and moved over it: a running script must not change.
+        # Written to a new file and moved over the old one: a running script must not change.
         fresh = self.folder / "mac/usr/bin/tmutil.new"
         fresh.write_text(HANGING_TOOL.format(command=command, told=told))
         fresh.chmod(0o755)
@@ -109,14 +109,14 @@ def seconds_to_end(window, ask):
 
 
 def scanning(mac):
-    """A window whose scan hangs at the backup tool, and the numbers of what hangs."""
+    """A window whose scan hangs in the backup tool, and the numbers of the hanging processes."""
     told = mac.made().hang("listlocalsnapshots")
     window = mac.open()
     return window, hung(told)
 
 
 def cleaning(mac, **more):
-    """A window that cleans all that is ticked and hangs at the snapshots."""
+    """A window whose clean hangs at the snapshots."""
     told = mac.made().hang("deletelocalsnapshots")
     window = mac.open(**more)
     window.scanned()
@@ -126,7 +126,7 @@ def cleaning(mac, **more):
 
 
 def undoing(mac, files):
-    """A window that has just been told to put back that many files."""
+    """A window that has just been told to undo a clean of that many files."""
     logs = mac.made().home() / "Library/Logs/DiagnosticReports"
     logs.mkdir(parents=True, exist_ok=True)
     for number in range(files):
@@ -194,7 +194,7 @@ class EndTest(unittest.TestCase):
         self.assertEqual(entry["undone"], all(back))
 
     def display_of_its_own(self):
-        """A display to take away: its server and its name."""
+        """A display that can be taken away: its server and its name."""
         reading, writing = os.pipe()
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1100x24"], pass_fds=[writing],
@@ -210,7 +210,7 @@ class EndTest(unittest.TestCase):
         self.assert_clean_on_record()
 
     def test_when_nobody_reads_its_last_words(self):
-        # The display takes along the terminal that Vesk was started in, and Qt has something to say of it.
+        # The terminal that Vesk was started in goes away with the display, and Qt tries to print a message.
         server, display = self.display_of_its_own()
         reading, writing = os.pipe()
         window, pids = cleaning(self.mac, stderr=writing, DISPLAY=display)
@@ -249,7 +249,7 @@ class SecondStartTest(unittest.TestCase):
         return process
 
     def topmost(self):
-        """The window on top of all others, by the server's own order."""
+        """The topmost window, by the server's stacking order."""
         tree = subprocess.run(["xwininfo", "-root", "-children"], capture_output=True, text=True, check=True).stdout
         first = next(line for line in tree.splitlines() if '"Vesk"' in line)
         return int(first.split()[0], 16)
@@ -257,7 +257,7 @@ class SecondStartTest(unittest.TestCase):
     def test_brings_the_first_window_forward_and_ends(self):
         window = self.mac.open()
         window.scanned()
-        other = Mac()  # another Mac's window is no first one; it gets in front
+        other = Mac()  # another Mac's window is another first instance, and opens in front
         self.addCleanup(other.remove)
         cover = other.open()
         subprocess.run(["xdotool", "windowraise", cover.id, "windowfocus", "--sync", cover.id], check=True)
@@ -288,7 +288,7 @@ class SecondStartTest(unittest.TestCase):
         again = self.mac.open()
         self.assertEqual(window.process.wait(PATIENCE), 0)
         self.assertIsNone(again.process.poll())
-        # It read the history only when the first had written it.
+        # It read the history only after the first had written it.
         again.press("page tab", "History")
         again.wait("list item", lambda name: name.startswith("Freed "))
 
@@ -312,7 +312,7 @@ class SecondStartTest(unittest.TestCase):
         self.assertTrue(beside.exists())
 
     def test_without_a_place_for_the_lock_opens(self):
-        # A file where the folder should be, since whoever runs this may write everywhere.
+        # A file where the folder should be, since root may write everywhere.
         place = self.mac.made().home() / ".config/vesk"
         shutil.rmtree(place)
         place.write_text("in the way")
@@ -320,7 +320,7 @@ class SecondStartTest(unittest.TestCase):
 
 
 class HomeTest(unittest.TestCase):
-    def test_that_is_the_whole_disk_is_refused(self):
+    def test_that_is_the_whole_disk_is_a_startup_error(self):
         before = os.listdir("/")
         window = Window(VESK, HOME="/")
         self.addCleanup(shutil.rmtree, window.folder, True)
@@ -330,7 +330,7 @@ class HomeTest(unittest.TestCase):
         self.assertEqual(os.listdir("/"), before)
 
     @unittest.skipUnless(os.geteuid() == 0, "only root can give a folder away")
-    def test_that_belongs_to_another_user_is_refused(self):
+    def test_that_belongs_to_another_user_is_a_startup_error(self):
         home = Path(tempfile.mkdtemp(prefix="vesk-home-test-"))
         self.addCleanup(shutil.rmtree, home, True)
         nobody = 65534

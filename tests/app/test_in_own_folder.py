@@ -1,4 +1,4 @@
-"""What tests leave behind: nothing, also when they are killed, and nothing in the home folder of whoever runs them."""
+"""Tests leave nothing behind, even if they are killed, and write nothing in the home folder of whoever runs them."""
 
 import os
 import shutil
@@ -20,7 +20,7 @@ class LeftBehindTest(unittest.TestCase):
         self.environment = dict(os.environ, TMPDIR=str(self.place))
 
     def start(self, script):
-        """Starts a command in its own folder, and returns once it has said something."""
+        """Starts a command in its own folder, and returns once it has printed something."""
         process = subprocess.Popen(
             [IN_OWN_FOLDER, "sh", "-c", script], env=self.environment, stdout=subprocess.PIPE, text=True,
             start_new_session=True)

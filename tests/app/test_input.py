@@ -34,7 +34,7 @@ class InputTest(unittest.TestCase):
             self.window.close()
 
     def stays(self, seconds, role, name):
-        """That item is there, and stays for so long."""
+        """Waits for the item, then checks that it stays for that long."""
         item = self.window.wait(role, name)
         time.sleep(seconds)
         self.assertIsNotNone(self.window.find(role, item.name), f"{role} {name} went away")

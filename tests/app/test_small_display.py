@@ -1,4 +1,4 @@
-"""On a display that is smaller than the window's usual size, and than its least one."""
+"""The window on a display that is smaller than the window's usual size and its minimum size."""
 
 import os
 import sys
@@ -37,7 +37,7 @@ class SmallDisplayTest(unittest.TestCase):
             places = [row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS) for row in rows]
             return [below.y - above.y - above.height for above, below in zip(places, places[1:])]
 
-        time.sleep(3)  # until they have come
+        time.sleep(3)  # until they have appeared
         wait_for("cards 10 apart", lambda: gaps() == [10] * 4)
 
     def in_view(self, item):

@@ -1,4 +1,4 @@
-"""What Vesk does before its window: asked for help, and where there is no display."""
+"""What Vesk does before it opens its window: when asked for help, and without a display."""
 
 import os
 import subprocess

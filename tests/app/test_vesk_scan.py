@@ -1,4 +1,4 @@
-"""vesk-scan as its users call it: options, the table, the JSON report, exit statuses."""
+"""vesk-scan as users call it: options, the table, the JSON report, exit statuses."""
 
 import json
 import os
@@ -121,12 +121,12 @@ class VeskScanTest(unittest.TestCase):
         self.make_file("private/var/folders/ab/cd/X/x.code_sign_clone/file", below=self.root)
         self.assertEqual([card["id"] for card in self.report()["cards"]], ["clones"])
 
-    def test_refused_areas_are_named(self):
+    def test_denied_areas_are_named(self):
         caches = self.home / "Library/Caches"
         caches.mkdir(parents=True)
         caches.chmod(0)
         self.addCleanup(caches.chmod, 0o700)
-        # Both look into that folder.
+        # Both of these rules look into that folder.
         self.assertEqual(self.report()["blockedAreas"], ["App caches", "Video editing caches"])
         self.assertIn(
             "Could not be read: App caches\nCould not be read: Video editing caches\n", self.run_program().stdout)
@@ -193,7 +193,7 @@ class VeskScanTest(unittest.TestCase):
             self.assertIn(message, result.stderr)
             self.assertEqual(result.stdout, "")
 
-    def test_a_home_that_is_the_whole_disk_is_refused(self):
+    def test_a_home_that_is_the_whole_disk_is_not_scanned(self):
         link = self.root / "link"
         link.symlink_to("/")
         for env_home, options in (("/", []), ("//", []), (str(self.home), ["--home", str(link)])):
@@ -245,7 +245,7 @@ class VeskScanTest(unittest.TestCase):
             self.assertEqual(process.wait(60), 1)
             state = Path("/proc", told.read_text().strip(), "stat")
             while state.exists() and state.read_text().rsplit(")", 1)[1].split()[0] != "Z":
-                time.sleep(0.02)  # ctest ends this if it never comes true
+                time.sleep(0.02)  # if it never comes true, ctest's time limit ends this
 
     def test_leaves_no_trace(self):
         self.make_file("Library/Caches/App/deep/file", age=9 * DAY)

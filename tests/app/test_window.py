@@ -1,4 +1,4 @@
-"""The real program on a real display: what a user does, by mouse-less and by assistive means, and what is then on disk."""
+"""The real program on a real display, used by keyboard and by assistive technology, and what is on disk afterwards."""
 
 import os
 import subprocess
@@ -12,13 +12,13 @@ import pyatspi  # noqa: E402
 from window import PATIENCE, Window, act, is_checked, role_of, wait_for  # noqa: E402
 
 CARDS = 19
-# What a clean itself makes in the home: the Trash and the preferences.
+# What a clean itself creates in the home: the Trash and the preferences.
 OWN = {".local", ".config"}
 LARGEST = "Dormant AI models"
 
 
 def trash_list(home):
-    """What trash-cli, which shares no code with Vesk, finds in the Trash: original paths."""
+    """The original paths that trash-cli, which shares no code with Vesk, finds in the Trash."""
     environment = {"HOME": str(home), "XDG_DATA_HOME": str(home / ".local/share"), "PATH": "/usr/bin:/bin"}
     output = subprocess.run(["trash-list"], env=environment, capture_output=True, text=True, check=True).stdout
     return sorted(line.split(" ", 2)[2] for line in output.splitlines() if line)
@@ -40,7 +40,7 @@ class WindowTest(unittest.TestCase):
             self.window.close()
 
     def tick_only(self, title):
-        """Leaves that card as the one that is ticked."""
+        """Unticks every card but this one."""
         for row in self.window.cards():
             switch = next(item for item in row if role_of(item) == "check box")
             if is_checked(switch) != (row.name == title):
@@ -169,7 +169,7 @@ class WindowTest(unittest.TestCase):
         toggle = self.window.find("check box", "Preview only")
         self.window.press("push button", LARGEST)
         self.window.wait("dialog", LARGEST)
-        act(toggle, "Toggle")  # as something could that had it at hand
+        act(toggle, "Toggle")  # as a program could that still holds on to it
         inside = {LARGEST, "Done", "Include in clean", "Review", "Details"}
         wait_for("nothing else", lambda: not self.window.find("push button", "Scan again"))
         pressable = {item.name for item in self.window.items() if role_of(item) in ("push button", "check box", "page tab")}

@@ -1,7 +1,7 @@
-"""Drives a Vesk window from outside, as a user and as assistive technology does.
+"""Drives a Vesk window from outside, like a user and like assistive technology.
 
-Needs a display and a session bus of its own: `tests/app/with_display ...`. The program is vesk-demo, the real
-window over a made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
+Needs its own display and session bus: `tests/app/with_display ...`. The program is vesk-demo, the real window on a
+made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
 
 import contextlib
 import json
@@ -19,16 +19,16 @@ import pyatspi
 import x11
 from gi.repository import GLib
 
-PATIENCE = 30  # seconds; far more than anything takes, for machines that do much else
+PATIENCE = 30  # seconds; far more than anything takes, for busy machines
 
 
 def wait_for(what, condition):
-    """The first true answer of `condition`; fails after PATIENCE seconds."""
+    """The first true result of `condition`; fails after PATIENCE seconds."""
     end = time.monotonic() + PATIENCE
     while time.monotonic() < end:
         try:
             answer = condition()
-        except GLib.GError:  # the item looked at went away meanwhile
+        except GLib.GError:  # the item has gone in the meantime
             answer = None
         if answer:
             return answer
@@ -37,7 +37,7 @@ def wait_for(what, condition):
 
 
 def environment_for(folder, **more):
-    """The environment of a program that is to find and keep everything in `folder`."""
+    """The environment of a program that finds and keeps all its files in `folder`."""
     environment = dict(
         os.environ,
         TMPDIR=str(folder),
@@ -53,9 +53,9 @@ def environment_for(folder, **more):
 
 
 class Window:
-    """The window of a program that is started for it, with what it keeps in a folder that goes when it is closed.
-    A `mac` names a folder that stays instead: vesk-demo's own, whose home is used again the next time. `stderr` is where
-    its standard error goes, by default that of the tests."""
+    """Starts a program and drives its window. Its files are in a folder that is removed when it is closed. `mac` names a
+    folder to keep instead: vesk-demo's own, whose home is used again the next time. `stderr`: where its standard error
+    goes; by default, to that of the tests."""
 
     def __init__(self, program, mac=None, stderr=None, **environment):
         self.folder = Path(tempfile.mkdtemp(prefix="vesk-window-test-"))
@@ -65,7 +65,7 @@ class Window:
         self.display = environment.get("DISPLAY", os.environ["DISPLAY"])
         self.application = wait_for("the application", self._find_application)
         self.id = wait_for("the window", self._find_window)
-        # There is no window manager to do it.
+        # There is no window manager to do this.
         self._xdotool("windowfocus", "--sync", self.id)
 
     def _xdotool(self, *words, check=True):
@@ -81,7 +81,7 @@ class Window:
         return None
 
     def _find_window(self):
-        # Of several windows of that name, the one of this process.
+        # Of several windows of that name, this process's.
         for window in self._xdotool("search", "--onlyvisible", "--name", "^Vesk$", check=False).split():
             if self._xdotool("getwindowpid", window, check=False).strip() == str(self.process.pid):
                 return window
@@ -94,7 +94,7 @@ class Window:
         return next(self.folder.glob("vesk-demo-*/mac/Users/*"))
 
     def press_close(self):
-        """What a window manager does when the user presses a window's close button."""
+        """Closes the window as a window manager does when the user clicks its close button."""
         x11.ask_to_close(self.display, int(self.id))
 
     def close(self):
@@ -107,13 +107,13 @@ class Window:
     # As assistive technology
 
     def items(self, showing=True):
-        """Every accessible item of the window, from the top."""
+        """Every accessible item in the window, from the top."""
 
         def walk(item):
             for child in item:
                 if child is None:
                     continue
-                child.clear_cache()  # what is remembered may be from before
+                child.clear_cache()  # cached values may be out of date
                 if not showing or child.getState().contains(pyatspi.STATE_VISIBLE):
                     yield child
                     yield from walk(child)
@@ -121,7 +121,7 @@ class Window:
         return list(walk(self.application))
 
     def find(self, role, name):
-        """The first item with that role, whose name is `name` or is accepted by it; None when there is none."""
+        """The first item with this role whose name is `name`, or is accepted by it; None if there is none."""
         accepts = name if callable(name) else lambda text: text == name
         for item in self.items():
             if role_of(item) == role and accepts(item.name):
@@ -158,9 +158,9 @@ class Window:
         act_apart,
         kinds=("object:property-change:accessible-value", "object:state-changed:showing", "object:state-changed:focused"),
     ):
-        """What assistive technology is told of from the moment that `act_apart` is called until it has returned and
-        nothing has been told for a second: kind of event, role and name of its item, and the item's value where it has
-        one. What had gone when its news was read has neither name nor value."""
+        """Calls `act_apart`, and returns the events sent to assistive technology until it has returned and a second has
+        passed without one: kind of event, role and name of its item, and the item's value if it has one. An item that had
+        gone when its event was read has neither name nor value."""
         listener = subprocess.Popen(
             [sys.executable, Path(__file__).parent / "listen.py", *kinds], stdout=subprocess.PIPE, text=True)
         told = queue.Queue()
@@ -188,7 +188,7 @@ class Window:
 
     @contextlib.contextmanager
     def held(self, key):
-        """Holds a key down, which repeats it after a while."""
+        """Holds a key down; after a while it repeats."""
         self._xdotool("keydown", key)
         try:
             yield
@@ -196,7 +196,7 @@ class Window:
             self._xdotool("keyup", key)
 
     def middle(self, item):
-        """Where the middle of an item is, in pixels of the display. (Those of the window are told wrongly by Qt 6.4.)"""
+        """The centre of an item, in pixels of the display. (In Qt 6.4, window coordinates are wrong.)"""
         place = item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         return place.x + place.width // 2, place.y + place.height // 2
 
@@ -205,7 +205,7 @@ class Window:
         return place.x <= spot[0] < place.x + place.width and place.y <= spot[1] < place.y + place.height
 
     def click_at(self, *spots, between=0.12):
-        """Clicks at places of the display, one soon after the other."""
+        """Clicks at places on the display in quick succession."""
         words = []
         for x, y in spots:
             words += ["mousemove", str(x), str(y), "click", "1", "sleep", str(between)]
@@ -219,13 +219,13 @@ class Window:
         return int(values["WIDTH"]), int(values["HEIGHT"])
 
     def focused(self):
-        """The item that has the keyboard; None when none has."""
-        # What it lies in says so too; it is the innermost.
+        """The item with the keyboard focus; None if there is none."""
+        # Its ancestors report the focus too; the innermost item has it.
         focused = [item for item in self.items() if item.getState().contains(pyatspi.STATE_FOCUSED)]
         return focused[-1] if focused else None
 
     def tab_to(self, role, name):
-        """Presses Tab until the item has the keyboard."""
+        """Presses Tab until the item has the focus."""
         accepts = name if callable(name) else lambda text: text == name
         for _ in range(80):
             item = self.focused()

@@ -1,4 +1,4 @@
-"""The little of the X11 protocol that no tool at hand speaks."""
+"""The part of the X11 protocol for which there is no tool."""
 
 import ctypes
 
@@ -15,7 +15,7 @@ class ClientMessage(ctypes.Structure):
         ("message_type", ctypes.c_ulong),
         ("format", ctypes.c_int),
         ("data", ctypes.c_long * 5),
-        ("room", ctypes.c_long * 24),  # an event is as large as the largest of its kinds
+        ("room", ctypes.c_long * 24),  # an event is as large as the largest kind of event
     ]
 
 

@@ -71,7 +71,7 @@ TEST_F(ScannerTest, DormancyCountsFromTheLatestUse) {
     EXPECT_NEAR(card({entryOf(1, "a", daysAgo(45))})->dormancyDays, 45.0, 1e-6);
     EXPECT_NEAR(card({entryOf(1, "a", daysAgo(90)), entryOf(1), entryOf(1, "b", daysAgo(45.25))})->dormancyDays, 45.25,
                 1e-6);
-    // An entry that is dropped for its size has no say in it.
+    // An entry dropped for its size does not count.
     EXPECT_NEAR(card({entryOf(1, "a", daysAgo(90)), entryOf(0, "b", daysAgo(2))})->dormancyDays, 90, 1e-6);
 }
 
@@ -146,7 +146,7 @@ TEST_F(ScannerTest, NormalizeKeepsLettersAndNumbersInLowerCase) {
         {"\xF0\x9F\x98\x80"
          "a",
          "a"},
-        {"-\xCC\x88x", "x"},  // the mark goes with the hyphen it stands on
+        {"-\xCC\x88x", "x"},  // the mark is removed with its hyphen
         {"\xE2\x93\x90", "\xE2\x93\x90"},
     };
     for (const auto& c : cases) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""What ./dev installs, refuses, says and builds, tried in a copy of it where stand-ins take the place of apt, sudo,
-npm, CMake and the like. Nothing is installed or built, and only the stand-ins and a few plain tools can be called."""
+"""What ./dev installs, rejects, prints and builds, tested on a copy of it with stand-ins for apt, sudo, npm, CMake and
+the like. Nothing is installed or built; only the stand-ins and a few simple tools can be called."""
 
 import os
 import shutil
@@ -16,7 +16,7 @@ COPIED = ["dev", "dev.d", "lint/find.sh", "lint/format.sh", "tests/fuzz/run", "t
           "cmake/VeskTargets.cmake", "tests/summarise.py"]
 TOOLS = ["bash", "basename", "cat", "cp", "cut", "dirname", "env", "find", "grep", "head", "install", "mkdir", "rm", "sed",
          "sh", "sort", "tail", "tar", "tee", "touch", "tr", "wc", "xargs"]
-# What each stand-in does after it has written its name and its words to the log. $WORLD is a folder with the state:
+# What each stand-in does after it has logged its name and arguments. $WORLD is a folder with the state:
 # "installed" and "known" list packages, "uid" holds the user's number, other files are switches.
 STAND_INS = {
     "uname": "exec >/dev/stdout; case $1 in -s) echo Linux ;; *) echo Linux x86_64 ;; esac",
@@ -38,7 +38,7 @@ case $1 in
     if [ -e "$WORLD/broken-source" ]; then echo "E: The repository has no Release file" >&2; exit 100; fi ;;
   install) [ ! -e "$WORLD/install-fails" ] || exit 100 ;;
 esac''',
-    # As sudo does by default, it hands on nothing of the environment but the path.
+    # Like sudo by default, it passes on nothing of the environment but the path.
     "sudo": 'exec env -i PATH="$PATH" WORLD="$WORLD" "$@"',
     "npm": 'case " $* " in *" --silent "*) ;; *) echo "npm ERR! network unreachable" >&2 ;; esac; exit 1',
     "cmake": '''[ "$1" != --build ] || exit 0
@@ -62,7 +62,7 @@ done''',
   archive) tar -cf "${2#--output=}" -C "$WORLD/a tree" dev ;;
   status) ;;
 esac''',
-    # The words that make namespaces, then what is to run in them.
+    # The options for namespaces, then the command to run in them.
     "unshare": '''while [ "${1#--}" != "$1" ] || [ "$1" = private ]; do shift; done
 case $1 in
   debootstrap) [ ! -e "$WORLD/no-such-release" ] || exit 1; mkdir -p "$4/etc/apt" "$4/usr/local/bin" ;;
@@ -111,7 +111,7 @@ class DevTest(unittest.TestCase):
         (self.world / name).write_text(content, encoding="utf-8")
 
     def dev(self, *words, program="dev", **environment):
-        """Runs ./dev; gives its exit status and what it said. What was called is in self.log()."""
+        """Runs ./dev; returns its exit status and output. What it called is in self.log()."""
         self.set("log", "")
         run = subprocess.run([self.tree / program, *words], cwd=self.world, capture_output=True, text=True, check=False,
                              env={"PATH": str(self.bin), "WORLD": str(self.world), **environment})
@@ -126,7 +126,7 @@ class DevTest(unittest.TestCase):
         return {name for line in words for name in line[2:] if not name.startswith("-")}
 
     def install_all_but(self, *names):
-        """Lets everything that ./dev run and ./dev test need be there, but for these."""
+        """Pretends that everything ./dev run and ./dev test need is installed, except these."""
         self.set("installed", "")
         self.dev("setup")
         self.set("installed", "".join(f"{name}\n" for name in sorted(self.asked_of_apt() - set(names))))
@@ -325,7 +325,7 @@ class DevTest(unittest.TestCase):
         self.assertEqual(self.log()[-1], "vesk-scan --json --home /somewhere")
 
     def test_a_folder_that_cannot_be_written_says_so(self):
-        # As root, every folder can be written; what is no folder cannot.
+        # A file, since root can write in every folder.
         (self.tree / "build").write_text("", encoding="utf-8")
         status, said = self.dev("test")
         self.assertNotEqual(status, 0)

@@ -3,10 +3,9 @@
 //
 //   vesk-driver ROOT HOME [careful] [scan] [clean] [undo]
 //
-// "careful" lets cleans ask what other programs have in use; without it nothing counts as in use, and the calls that
-// fail in turn are Vesk's own work alone.
-// "clean" ticks every card first; "undo" takes the newest run that moved something. Exit status 3: a step has not ended
-// in time.
+// "careful": cleans check what other programs have in use. Without it nothing counts as in use, and the calls that fail
+// are those of the clean itself. "clean" ticks every card first; "undo" takes the newest run that moved something. Exit
+// status 3: a step did not end in time.
 
 #include <dlfcn.h>
 
@@ -30,7 +29,7 @@ using vesk::Store;
 constexpr std::chrono::seconds patience{60};
 constexpr int notInTime = 3;
 
-// Tells the fault library, which is there only when the program is run under it.
+// Tells the fault library, if it is loaded.
 void beginPhase(const char* name) {
     using Function = void(const char*);
     static auto* const tell = reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, "vesk_fault_phase"));
@@ -81,7 +80,7 @@ bool scan(Store& store, Json& told) {
     return ended;
 }
 
-// The scan that follows a clean or an undo is no part of its phase.
+// The scan after a clean or an undo is not part of its phase.
 bool clean(Store& store, Json& told) {
     for (const vesk::Card& card : store.cards()) {
         store.setSelected(QString::fromStdString(card.id), true);

@@ -1,4 +1,4 @@
-// Which error fits which file-system call: the table by which the fault library (fault_library.cpp) lets calls fail.
+// Which errors fit which file-system call: the table that the fault library (fault_library.cpp) uses.
 #pragma once
 
 #include <array>
@@ -69,7 +69,7 @@ inline bool changesNames(Call call) {
 }
 
 inline bool canFail(const Fit& fit, std::size_t error) {
-    // No name is part of another one.
+    // No name is part of another.
     return errors[error].number == 0 || std::strstr(fit.errors, errors[error].name) != nullptr;
 }
 

@@ -1,23 +1,21 @@
-// Preloaded into a program, this library makes the file-system calls of a chosen phase of it fail one at a time, or
-// kills the program there. It replaces libc's functions, so it also meets the calls that Qt and the C++ library make
-// for the program; the calls that libc makes inside itself it does not see.
+// Preloaded into a program, this library makes one file-system call in a chosen phase fail, or kills the program there.
+// It replaces libc's functions, so it also sees the calls that Qt and the C++ library make, but not those inside libc.
 //
-// The program says where a phase begins by calling vesk_fault_phase, which it looks up by name; nothing is counted
-// before. Environment:
+// The program marks the start of a phase by calling vesk_fault_phase, which it looks up by name; nothing is counted
+// before that. Environment:
 //   VESK_FAULT_PHASE   the phase in which calls are counted and fail
 //   VESK_FAULT_ERROR   a name of the table in fault_fits.h (EIO, ...), or KILL
 //   VESK_FAULT_AT      which of the calls that can fail like this, from 1; 0 or unset: none, only count
 //   VESK_FAULT_LASTS   set: every later call that can fail like this does so too, in later phases as well
-//   VESK_FAULT_MADE    set: calls that change names are made and then say that they failed, as a network disk may whose
-//                      first answer was lost; other calls neither count nor fail
-//   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some of FUSE
+//   VESK_FAULT_MADE    set: calls that change names are made but report failure, like a network disk whose first answer
+//                      was lost; other calls neither count nor fail
+//   VESK_FAULT_OLD     set: no file system has a rename that refuses to replace (EINVAL), as on NFS and some FUSE
 //   VESK_FAULT_ALIKE   set: all files have one inode number, as on some FUSE file systems and network disks
-//   VESK_FAULT_EMPTIED set: the record of each item vanishes just before the item comes into the Trash, as when another
-//                      program empties it; "taken": a third program then records an item of its own under the name;
-//                      "always": whatever name it is given
+//   VESK_FAULT_EMPTIED set: the record of each item vanishes just before the item is moved into the Trash; "taken": a
+//                      third program then records an item of its own under the name; "always": at every name
 //   VESK_FAULT_UNORDERED
-//                      set: every file system says that it is one of those that keep no order of changes to names;
-//                      not set: that it is one of those that do
+//                      set: every file system reports a type that does not preserve the order of renames; not set:
+//                      one that does
 //   VESK_FAULT_TRACE   set: a line "call CALL" for each call of the phase
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
@@ -118,7 +116,7 @@ public:
         counting_ = counts;
     }
 
-    // The errno value with which this call is to fail; 0 when it is to be made.
+    // The errno value with which this call must fail; 0 to make the call.
     int errorFor(Call call) {
         const Fit& fit = fitOf(call);
         if (failsFromNowOn_ && canFail(fit, chosen_)) {
@@ -184,7 +182,7 @@ Plan& plan() {
     return instance;
 }
 
-// Whether the call is to fail; errno says how.
+// Whether the call must fail; sets errno.
 bool fails(Call call) {
     const int number = plan().errorFor(call);
     if (number != 0) {
@@ -193,7 +191,7 @@ bool fails(Call call) {
     return number != 0;
 }
 
-// Pipes, sockets and the wake-up descriptors of event loops are no files.
+// Pipes, sockets and the wake-up descriptors of event loops do not count.
 bool isOnDisk(int file) {
     struct stat found {};
     const int kept = errno;
@@ -221,7 +219,7 @@ int numbered(int answer, struct statx* found) {
     return answer;
 }
 
-// Takes away the record of the item that is about to get this name in the folder of a Trash's items.
+// Removes the record of the item that is about to get this name in a Trash.
 void takeRecordAway(long files, const char* name) {
     std::array<char, 512> record{};
     std::snprintf(record.data(), record.size(), "../info/%s.trashinfo", name);
@@ -241,14 +239,14 @@ Call openingWith(int flags) {
 
 }  // namespace
 
-/// Begins a phase; a name that no test asks for ends the one before.
+/// Starts a phase. A name that no test uses just ends the one before.
 extern "C" void vesk_fault_phase(const char* name);
 void vesk_fault_phase(const char* name) {
     plan().enter(name);
 }
 
-// ---- What replaces them ---------------------------------------------------------------------------------------------
-// Each function asks for the real one by its own name, once.
+// ---- The replacements -----------------------------------------------------------------------------------------------
+// Each function looks up the real one by name, once.
 
 #define VESK_REAL(name)                                         \
     (*[] {                                                      \
@@ -258,7 +256,7 @@ void vesk_fault_phase(const char* name) {
 
 extern "C" {
 
-// The plain form: fails as the plan says, or passes everything on.
+// The usual form: fails as planned, or calls the real function.
 #define VESK_WRAP(result, failed, name, parameters, arguments, call)        \
     result name parameters {                                                \
         if (!fails(call)) {                                                 \
@@ -272,19 +270,19 @@ extern "C" {
         return failed;                                                      \
     }
 
-// Those that look at something.
+// Calls that stat something.
 #define VESK_WRAP_LOOK(name, parameters, arguments)                                 \
     int name parameters {                                                           \
         return fails(Call::look) ? -1 : numbered(VESK_REAL(name) arguments, found); \
     }
 
-// Those of an open file, and of a disk alone.
+// Calls on an open file, which count only if it is on a disk.
 #define VESK_WRAP_FILE(result, name, parameters, arguments, call)        \
     result name parameters {                                             \
         return failsOnDisk(call, file) ? -1 : VESK_REAL(name) arguments; \
     }
 
-// Opening takes a mode only where it makes something.
+// Opening takes a mode only if it may create the file.
 #define VESK_WRAP_OPEN(name, parameters, arguments, mode)                  \
     int name parameters {                                                  \
         va_list rest;                                                      \
@@ -370,15 +368,15 @@ VESK_WRAP_FILE(int, sync_file_range, (int file, off64_t at, off64_t size, unsign
 VESK_WRAP(int, -1, statvfs, (const char* path, struct statvfs* found), (path, found), Call::volume)
 VESK_WRAP(int, -1, statvfs64, (const char* path, struct statvfs64* found), (path, found), Call::volume)
 
-// A memory card's file system has no journal. Otherwise the calls are those of a file system that keeps the order,
-// whatever the tests lie on.
+// Reports a memory card's file system, which has no journal, or else one that preserves the order of renames,
+// whatever the tests' file system is.
 int fstatfs(int file, struct statfs* found) {
     const int answer = VESK_REAL(fstatfs)(file, found);
     found->f_type = plan().isUnordered() ? MSDOS_SUPER_MAGIC : TMPFS_MAGIC;
     return answer;
 }
 
-// Whatever a close answers, Linux has closed.
+// Linux closes the descriptor even if close reports an error.
 int close(int file) {
     const bool failed = failsOnDisk(Call::close, file);
     const int number = errno;
@@ -389,7 +387,7 @@ int close(int file) {
     return failed ? -1 : closed;
 }
 
-// The calls for which Vesk goes by their numbers.
+// The calls that Vesk makes by number.
 long syscall(long number, ...) {
     va_list rest;
     va_start(rest, number);

@@ -57,9 +57,9 @@ FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& poin
     std::ofstream(reportFile()).close();
     std::vector<std::string> environment = {
         "LD_PRELOAD=" + faultLibrary.path(),
-        // A build with the address sanitizer wants to be loaded first, which no more than a preloaded library hinders.
+        // The address sanitizer insists on being loaded first, before any preloaded library.
         "ASAN_OPTIONS=" + setting("ASAN_OPTIONS", "verify_asan_link_order=1") + ":verify_asan_link_order=0",
-        // The thread sanitizer would have each of these many runs wait for a second.
+        // The thread sanitizer would make each of these many runs wait for a second at exit.
         "TSAN_OPTIONS=" + setting("TSAN_OPTIONS", "history_size=7") + ":atexit_sleep_ms=0",
         "VESK_FAULT_PHASE=" + point.phase,
         "VESK_FAULT_ERROR=" + point.error,

@@ -1,4 +1,4 @@
-// Vesk without its window, run while its calls fail as a plan says.
+// Runs Vesk without its window while a call fails.
 #pragma once
 
 #include <map>
@@ -10,7 +10,7 @@
 
 namespace vesk::testing {
 
-/// One place where a run goes wrong; see faults/fault_library.cpp.
+/// Where and how a run goes wrong; see faults/fault_library.cpp.
 struct FaultPoint {
     std::string phase{};
     /// "EIO" and its like, or "KILL".
@@ -21,14 +21,14 @@ struct FaultPoint {
     bool lasts = false;
     /// Whether file systems have no rename that refuses to replace.
     bool old = false;
-    /// Whether the call is made all the same; then only calls that change names fail.
+    /// Whether the call is made but reports failure; then only calls that change names fail.
     bool made = false;
     /// Whether all files have one inode number.
     bool alike = false;
-    /// Whether the record of each item vanishes just before the item comes into the Trash: "yes", or "taken" when there
-    /// is another item's then, or "always" when that goes on for as long as Vesk tries other names.
+    /// Whether the record of each item vanishes just before the item is moved into the Trash: "yes"; "taken" if another
+    /// item's record then has the name; "always" if that happens with every name that Vesk tries.
     std::string emptied{};
-    /// Whether file systems keep no order of changes to names.
+    /// Whether file systems do not preserve the order of renames.
     bool unordered = false;
 
     std::string text() const;
@@ -36,25 +36,25 @@ struct FaultPoint {
 
 struct FaultRun {
     ProgramRun program;
-    /// What Vesk showed; null when it did not come to its end.
+    /// What Vesk showed; null if it did not run to its end.
     nlohmann::json told;
-    /// The call that failed; empty when none did.
+    /// The call that failed; empty if none did.
     std::string hit;
     /// How many calls of the phase can fail with each error.
     std::map<std::string, long> counts;
-    /// The calls of the phase in order, by the names that the table in fault_fits.h gives them.
+    /// The calls of the phase in order, by their names in fault_fits.h.
     std::vector<std::string> calls;
 };
 
 /// Runs the driver in the made-up world of the test, with these steps ("scan", "clean", "undo").
 FaultRun runDriver(const std::vector<std::string>& steps, const FaultPoint& point = {});
 
-/// All points of a phase, or as many of them as a test has time for, by the numbers that a run without a fault counted;
-/// VESK_FAULTS=all has all. Which ones these are is told by VESK_FAULT_SEED.
+/// A random sample of the points of a phase, as counted by a run without a fault, or with VESK_FAULTS=all every point.
+/// VESK_FAULT_SEED selects the sample.
 std::vector<FaultPoint> pointsOf(const FaultRun& counted, const FaultPoint& like,
                                  const std::vector<std::string>& errors, std::size_t atMost);
 
-/// Tells how many points each error had.
+/// Prints how many points each error had.
 void printPoints(const std::string& what, const std::map<std::string, long>& tried);
 
 }  // namespace vesk::testing

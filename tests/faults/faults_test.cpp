@@ -1,5 +1,5 @@
-// Each file-system call of a start, a scan, a clean and an undo fails in turn, in every way that fits it. Afterwards no
-// byte is lost, Vesk has told what happened on disk, and the history can be read.
+// Each file-system call of a start, a scan, a clean and an undo fails in turn, with every error that fits it.
+// Afterwards no byte is lost, Vesk has reported what happened on disk, and the history can be read.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,9 +19,9 @@ using namespace testing;
 
 const std::vector<std::string> everyError = {"EACCES", "EPERM", "EIO",   "ENOSPC", "EMFILE",
                                              "ENOENT", "EINTR", "EXDEV", "EROFS"};
-// What a disk that is failing, full or read-only, and a program out of descriptors, go on saying.
+// The lasting errors of a failing, full or read-only disk, and of a program out of descriptors.
 const std::vector<std::string> lastingErrors = {"EACCES", "EIO", "ENOSPC", "EMFILE", "EROFS"};
-// What a call that was made may say all the same.
+// What a call that took effect may still report.
 const std::vector<std::string> answersLost = {"EIO", "ENOENT"};
 const std::vector<std::string> kill = {"KILL"};
 
@@ -37,7 +37,7 @@ class FaultsTest : public TemporaryHome {
 protected:
     SmallHome home_;
 
-    // Tries every point that there is time for, and says how many there were.
+    // Tries every point in the sample, and prints their number.
     template <typename Prepare, typename Attempt>
     static void atPoints(const std::string& what, const FaultPoint& like, const std::vector<std::string>& errors,
                          std::size_t atMost, Prepare prepare, Attempt attempt) {
@@ -69,7 +69,7 @@ protected:
         EXPECT_TRUE(run.told.is_object());
     }
 
-    // What became of all that the scan offered.
+    // The entries that the scan offered.
     static Entries entriesOf(const nlohmann::json& told) {
         Entries entries;
         for (const auto& card : told["cards"]) {
@@ -118,7 +118,7 @@ protected:
         EXPECT_EQ(told["celebration"]["snapshots"], deleted);
     }
 
-    // The newest run of a history tells where each item went.
+    // The newest run in the history lists where each item went.
     static void expectMovesAre(const nlohmann::json& run, const std::set<std::string>& gone) {
         std::set<std::string> originals;
         for (const auto& move : run["moves"]) {
@@ -128,7 +128,7 @@ protected:
         EXPECT_EQ(originals, gone);
     }
 
-    // A new start reads the history that is stored. Returns it.
+    // Returns the stored history as a new start reads it.
     static nlohmann::json historyAtNextStart() {
         const std::vector<HistoryEntry> stored = SmallHome::storedHistory();
         const FaultRun next = runDriver({});
@@ -171,7 +171,7 @@ protected:
         return run;
     }
 
-    // One failing call does not keep a run from being stored: it is tried again at the end.
+    // A run is stored in spite of one failing call: saving is retried at the end.
     static void expectStored(const FaultPoint& point, const FaultRun& run, const nlohmann::json& history) {
         if (!point.lasts) {
             EXPECT_EQ(history, run.told["history"]);
@@ -216,7 +216,7 @@ protected:
                 EXPECT_EQ(history, run.told["history"]);
             }
         }
-        // The next one brings back what is left, and leaves no ghost behind.
+        // The next undo restores what is left, and leaves no record without an item.
         const FaultRun next = runDriver({"undo"});
         EXPECT_EQ(next.program.status, 0);
         home_.expectAllInPlace();
@@ -316,7 +316,7 @@ TEST_F(FaultsTest, AFileOfTheSameInodeNumberInTheItemsPlaceCostsNoFile) {
     EXPECT_EQ(SmallHome::trashedFrom(place), trashed) << "its record stays";
 }
 
-// In the Trash lies something without a record that has the name and the inode number of an item.
+// The Trash contains something without a record, with the name and inode number of an item.
 TEST_F(FaultsTest, AFileOfTheSameInodeNumberInTheTrashCostsNoFile) {
     home_.make();
     writeFile(homeTrash() / "files/Fetcher.db", "an orphan");
@@ -325,7 +325,7 @@ TEST_F(FaultsTest, AFileOfTheSameInodeNumberInTheTrashCostsNoFile) {
     EXPECT_EQ(contentOf(homeTrash() / "files/Fetcher.db"), "an orphan");
 }
 
-// A clean and an undo killed at any system call stand in cleaning_killed_test.cpp; here is what it does not come by.
+// cleaning_killed_test.cpp kills a clean and an undo at every system call; this covers what it does not.
 TEST_F(FaultsTest, AStartOrScanKilledAnywhereLosesNothing) {
     cleansAtPoints("start, killed", {.phase = "start"}, kill, 5);
     cleansAtPoints("scan, killed", {.phase = "scan"}, kill, 5);

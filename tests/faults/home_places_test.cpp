@@ -1,4 +1,4 @@
-// Homes at odd places, each cleaned and undone by a program of its own, since a program knows one home.
+// Homes at odd places. Each has its own process, since a process has only one home.
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
-// What has to be on the disk before what, by the order of the calls that Vesk makes. tests/soak/power_loss tries on
-// real file systems what comes of it.
+// Checks by the order of Vesk's calls what must be on the disk before what. tests/soak/power_loss tests the outcome on
+// real file systems.
 
 #include <gmock/gmock.h>
 
@@ -22,8 +22,7 @@ using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
 
-// Of the calls of a phase, those that change names or wait for the disk, a letter each: m(ake a file), r(ename),
-// d(elete), s(ync).
+// The calls of a phase that change names or wait for the disk, as letters: m(ake a file), r(ename), d(elete), s(ync).
 std::string orderOf(const FaultRun& run) {
     const std::map<std::string, char> letters = {
         {"open to make a file", 'm'}, {"rename", 'r'}, {"unlink or rmdir", 'd'}, {"fsync", 's'}};
@@ -43,7 +42,7 @@ std::string repeated(const std::string& text, std::size_t times) {
     return all;
 }
 
-// The history, as a file of its own that takes the old one's place; the run's receipt likewise.
+// The history is written as a new file that replaces the old one; so is the run's receipt.
 const std::string historyStored = "msrs";
 const std::string receiptStored = "msrs";
 
@@ -61,8 +60,8 @@ protected:
 
 TEST_F(PowerLossTest, MovesAreOnTheDiskBeforeTheHistoryTellsOfThem) {
     const FaultRun clean = runDriver({"scan", "clean"}, {.phase = "clean"});
-    // The notes and all records are made, and written, and waited for, before the first item moves; then the notes go.
-    // An item whose name is taken in the Trash has found that out by trying to make its record.
+    // The notes and all records are created, written and synced before the first item moves; then the notes are
+    // deleted. An item finds out that its name is taken in the Trash by trying to create its record.
     const std::string order = orderOf(clean);
     const std::string records = repeated("m", 1 + items) + "m*" + repeated("s", 2 * (1 + items) + 1);
     EXPECT_THAT(order, MatchesRegex(records + repeated("r", items) + "ds" + receiptStored + historyStored));
@@ -79,7 +78,7 @@ TEST_F(PowerLossTest, EachMoveIsSyncedWhereNamesAreNotOrdered) {
     EXPECT_EQ(orderOf(undo), repeated("rss", items) + "s" + repeated("d", items) + historyStored);
 }
 
-// The number among the calls that can fail with an error (by its place in the table) of the first wait for the disk.
+// The number of the first sync among the calls that can fail with this error (its index in the table).
 long firstSync(const FaultRun& run, std::size_t error) {
     long number = 1;
     for (const std::string& call : run.calls) {
@@ -105,7 +104,7 @@ TEST_F(PowerLossTest, ARecordStaysUntilTheMoveBackIsOnTheDisk) {
     ASSERT_EQ(failed.hit, "fsync EIO");
     EXPECT_EQ(failed.told["notice"], "All " + std::to_string(items) + " items are back where they were.");
     EXPECT_EQ(namesIn(homeTrash() / "info"), records);
-    // The next undo finds the items back, and ends what is left of them in the Trash.
+    // The next undo finds the items restored, and removes what is left of them in the Trash.
     runDriver({"undo"});
     home_.expectAllInPlace();
 }

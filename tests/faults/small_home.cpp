@@ -24,7 +24,7 @@ constexpr const char* snapshotTool =
     "deletelocalsnapshots) echo \"$2\" >>\"${0%/*}/deleted\" ;;\n"
     "esac\n";
 
-// Of the same name as an item, so that the two must be kept apart in the Trash.
+// Has the same name as an item, so that the two must be told apart in the Trash.
 constexpr const char* olderName = "old.ips";
 
 fs::path trashFiles() {
@@ -48,7 +48,7 @@ HistoryEntry olderRun() {
     return run;
 }
 
-// Dates an item and all that is in it, innermost first.
+// Dates an item and everything in it, innermost first.
 void age(const fs::path& item, Date date) {
     std::error_code ignored;
     if (fs::is_directory(fs::symlink_status(item))) {
@@ -125,7 +125,7 @@ void SmallHome::make() {
     keep(tool);
     keep(trashFiles() / olderName);
     keep(trashInfo() / (std::string(olderName) + std::string(trashInfoSuffix)));
-    ageAll();  // the look at each has set the date of its last use
+    ageAll();  // reading them has set their access dates
 }
 
 std::vector<fs::path> SmallHome::items() const {

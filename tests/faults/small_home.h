@@ -1,5 +1,4 @@
-// A small home in which several rules find something, and the account of it: where each item is, and whether it is
-// still what it was.
+// A small home in which several rules find something, and checks of where each item is and whether it is unchanged.
 #pragma once
 
 #include <filesystem>
@@ -11,31 +10,29 @@
 
 namespace vesk::testing {
 
-/// Lies at testRoot() and testHome(). Holds items that rules offer, others that nobody may touch, a backup tool with
-/// one snapshot, an item of an older day in the Trash, and a history that tells of it.
+/// At testRoot() and testHome(). Contains items that rules offer, others that must not be touched, a backup tool with
+/// one snapshot, an older item in the Trash, and a history that lists it.
 class SmallHome {
 public:
-    /// Makes it, in place of whatever was there.
+    /// Creates it, replacing whatever was there.
     void make();
 
-    /// Items that a scan offers when nothing fails.
+    /// The items that a scan offers if nothing fails.
     std::vector<std::filesystem::path> items() const;
-    /// What is offered only when the installed applications could not be told: by rule they then count as gone, and the
-    /// card that offers their folders starts without a tick.
+    /// Offered only if the installed applications cannot be listed: they then count as gone. That card starts unticked.
     static std::filesystem::path folderOfAnApplication();
 
-    /// Fails the test unless each item is, whole, at its place or in the Trash with its place on record, and all else
-    /// is as it was made. With `onceOnly`, none may be at both.
+    /// Fails the test unless each item is whole, at its place or in the Trash with a record of its place, and
+    /// everything else is unchanged. With `onceOnly`, none may be in both.
     void expectNothingLost(bool onceOnly) const;
-    /// Fails the test unless every item is at its place, and the Trash holds nothing but the item of the older day and
-    /// no record but its.
+    /// Fails the test unless every item is at its place, and the Trash contains only the older item and its record.
     void expectAllInPlace() const;
 
-    /// The items in the Trash whose record tells this place.
+    /// The items in the Trash whose record has this place.
     static std::vector<std::filesystem::path> trashedFrom(const std::filesystem::path& place);
     /// How often the backup tool has deleted the snapshot.
     static std::size_t snapshotsDeleted();
-    /// Fails the test unless the stored history can be read and tells of the older day.
+    /// Returns the stored history. Fails the test unless it can be read and lists the older item.
     static std::vector<HistoryEntry> storedHistory();
 
 private:

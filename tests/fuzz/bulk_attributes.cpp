@@ -1,4 +1,4 @@
-// The records in which macOS tells of a folder's items: nothing outside of them is read, whatever they hold.
+// macOS's records of a folder's items: nothing outside them is read, whatever they contain.
 
 #include <cstring>
 #include <memory>
@@ -34,7 +34,7 @@ void isSound(const BulkItem& item, std::span<const std::byte> records) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Memory of just this size, so that a byte too many is found.
+    // Memory of exactly this size, so that reading one byte too many is detected.
     const auto buffer = std::make_unique<std::byte[]>(size);
     if (size > 0) {
         std::memcpy(buffer.get(), data, size);

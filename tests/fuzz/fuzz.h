@@ -1,5 +1,5 @@
-// What the fuzz targets share. Each target is one function on bytes that somebody else made up, and ends the process
-// when what Vesk makes of them breaks a promise.
+// Shared by the fuzz targets. Each target is a function of arbitrary bytes that ends the process if Vesk's result
+// breaks a promise.
 #pragma once
 
 #include <cstddef>
@@ -18,12 +18,12 @@
         }                                                                                     \
     } while (false)
 
-/// The target: what libFuzzer calls, and the replaying program too.
+/// The target, called by libFuzzer and by replay.cpp.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace vesk::testing {
 
-/// A copy of its own, so that the address sanitizer sees every reading past its end.
+/// A separate copy, so that the address sanitizer detects every read past its end.
 inline std::string bytesOf(const std::uint8_t* data, std::size_t size) {
     return size == 0 ? std::string() : std::string(reinterpret_cast<const char*>(data), size);
 }

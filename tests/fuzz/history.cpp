@@ -1,4 +1,5 @@
-// The stored history: whatever the preferences hold is either refused or read as what can be written again.
+// The stored history: whatever the preferences contain is either rejected or read as something that can be written
+// again.
 
 #include "fuzz.h"
 #include "platform/text.h"
@@ -29,7 +30,7 @@ void readsWhatItWrites(const HistoryEntry& entry) {
     VESK_HOLDS(read && read->size() == 1);
     const HistoryEntry& back = read->front();
     VESK_HOLDS(back.id == entry.id && back.moves.size() == 1 && back.titles.size() == 2);
-    // A text that is not UTF-8 changes, and only that one.
+    // A text that is not valid UTF-8 changes; no other text does.
     VESK_HOLDS(kept(entry.titles[0]).empty() || back.titles[0] == entry.titles[0]);
     VESK_HOLDS(kept(entry.moves[0].original).empty() || back.moves[0].original == entry.moves[0].original);
     VESK_HOLDS(kept(entry.moves[0].trashed).empty() || back.moves[0].trashed == entry.moves[0].trashed);
@@ -41,7 +42,7 @@ void readsWhatItWrites(const HistoryEntry& entry) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes = vesk::testing::bytesOf(data, size);
     if (const auto entries = vesk::decodeHistory(bytes)) {
-        // What a second program start would find.
+        // What the next start of the program would find.
         const std::string written = vesk::encodeHistory(*entries);
         VESK_HOLDS(vesk::isUtf8(written));
         const auto again = vesk::decodeHistory(written);

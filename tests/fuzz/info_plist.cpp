@@ -1,5 +1,5 @@
-// An application's Info.plist, which anybody can have written: it is read or refused, and what a well-formed one says
-// is what comes out.
+// An application's Info.plist, which anybody may have written: it is read or rejected, and a well-formed one is read
+// correctly.
 
 #include "fuzz.h"
 #include "platform/system/bundle.h"
@@ -15,7 +15,7 @@ std::string holdable(const std::string& bytes) {
             text += c;
         }
     }
-    // U+FFFE and U+FFFF are no characters to XML.
+    // U+FFFE and U+FFFF are not characters in XML.
     for (const char* const none : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
         for (std::size_t at = text.find(none); at != std::string::npos; at = text.find(none)) {
             text.erase(at, 3);
@@ -46,7 +46,7 @@ std::string oldWith(const std::string& identifier) {
     return result + "\"; }";
 }
 
-// A binary one: a dictionary of one key and one text of single bytes, at most 200 long.
+// A binary Info.plist: a dictionary with one key and one ASCII text of at most 200 bytes.
 std::string binaryWith(const std::string& identifier) {
     std::string bytes = "bplist00";
     const auto text = [&](const std::string& value) {

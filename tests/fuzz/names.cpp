@@ -1,4 +1,4 @@
-// Names made comparable and readable: Scanner::normalize and Scanner::pretty take any bytes.
+// Scanner::normalize and Scanner::pretty accept any bytes.
 
 #include <QString>
 #include <algorithm>
@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string pretty = vesk::Scanner::pretty(bytes);
     VESK_HOLDS(pretty.empty() == bytes.empty());
     if (pretty != bytes) {
-        // One part of an identifier, told by its dots, with nothing but its first character changed.
+        // One part of an identifier with dots, with only its first character changed.
         VESK_HOLDS(std::count(bytes.begin(), bytes.end(), '.') >= 2);
         VESK_HOLDS(pretty.find('.') == std::string::npos && vesk::isUtf8(pretty));
         VESK_HOLDS(vesk::lowercased(pretty).size() <= 8 * bytes.size());

@@ -1,4 +1,4 @@
-// The receipt of a run: whatever its file holds is either refused or read as what is written again byte for byte.
+// The receipt of a run: whatever its file contains is either rejected or written again byte for byte as it was.
 
 #include "fuzz.h"
 #include "state/receipts.h"
@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (const auto receipt = vesk::decodeReceipt(text)) {
             const std::string written = vesk::encodeReceipt(*receipt);
             VESK_HOLDS(vesk::decodeReceipt(written) == receipt);
-            // A number may be written with zeros before it, which are dropped.
+            // Leading zeros of a number are dropped.
             VESK_HOLDS(written.size() <= text.size());
         }
     }

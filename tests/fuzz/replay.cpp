@@ -1,4 +1,4 @@
-// Runs a fuzz target on every file of its corpus, without a fuzzer: REPLAY FOLDER. Fails when there is no file.
+// Runs a fuzz target on every file of its corpus, without a fuzzer: REPLAY FOLDER. Fails if there is no file.
 
 #include <filesystem>
 #include <fstream>

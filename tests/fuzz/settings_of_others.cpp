@@ -1,5 +1,5 @@
-// Settings of other programs that a scan of a Linux home reads: user-dirs.dirs, key files, and variables that name
-// folders. Whatever stands in them, what comes out is an absolute path in its plain form, or nothing.
+// Other programs' settings that a scan of a Linux home reads: user-dirs.dirs, key files, and variables that name
+// folders. Whatever they contain, the result is a normalised absolute path, or nothing.
 
 #include "fuzz.h"
 #include "platform/system/folder_variables.h"
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         VESK_HOLDS(line.key.find_first_of("=\n") == std::string::npos && line.value.find('\n') == std::string::npos);
         VESK_HOLDS(line.group.size() + line.key.size() + line.value.size() < bytes.size());
     }
-    // Variables cannot hold a zero.
+    // Variables cannot contain a NUL.
     const std::string text = bytes.substr(0, bytes.find('\0'));
     const std::string expanding = "HF_HOME=" + text;
     const std::string trimming = "OLLAMA_MODELS=" + text;

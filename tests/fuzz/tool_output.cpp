@@ -1,4 +1,4 @@
-// What the backup tool says: any bytes become text, and the stamps in it are found line by line.
+// The backup tool's output: any bytes become text, and the stamps in it are found line by line.
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +19,7 @@ std::string replacedIn(std::string text, const std::string& part) {
     return text;
 }
 
-// The stamps of a text, found another way: piece by piece, by erasing.
+// The stamps in a text, found in another way: by erasing.
 std::vector<std::string> expectedStamps(std::string text) {
     std::vector<std::string> stamps;
     text += '\n';
@@ -38,15 +38,15 @@ std::vector<std::string> expectedStamps(std::string text) {
     return stamps;
 }
 
-// A date that a stamp was read as is written as that stamp again.
+// A date read from a stamp is written as that stamp again.
 void isDateOf(vesk::Date date, const std::string& stamp) {
-    // Of the far past and future, double precision knows a second less a millionth.
+    // In the far past and future, a double is precise to about a millionth of a second.
     const auto seconds = static_cast<std::time_t>(std::llround(vesk::unixSeconds(date)));
     std::tm parts{};
     gmtime_r(&seconds, &parts);
     char text[64];
     const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%d-%H%M%S", &parts);
-    // Earlier and later years are further away than a date can tell.
+    // Earlier and later years are outside a date's range.
     const int year = std::stoi(stamp.substr(0, 4));
     VESK_HOLDS(year < 1700 || year > 2200 || std::string(text, length) == stamp);
 }

@@ -1,5 +1,5 @@
-// The record that the Trash keeps of an item: every place that can be written is read again as it was, and what other
-// programs wrote is read or refused.
+// The Trash's record of an item: every place that can be written is read back unchanged, and other programs' records
+// are read or rejected.
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-// The place is written in such a way that no program can mistake it: plain characters, on a line of its own.
+// The place is written so that no program can misread it: plain characters on a line of its own.
 void isPlainText(const std::string& text) {
     VESK_HOLDS(std::count(text.begin(), text.end(), '\n') == 3);
     VESK_HOLDS(std::all_of(text.begin(), text.end(), [](char c) { return c == '\n' || (c >= ' ' && c <= '~'); }));

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds that lint/includes.py finds each kind of include against the layers, and lets the right ones pass."""
+"""Checks that lint/includes.py finds each kind of include against the layers, and accepts the right ones."""
 
 import subprocess
 import sys
@@ -54,7 +54,7 @@ WRONG = [
 
 
 def check(*files):
-    """Runs the check over a tree of these files; gives its exit status and what it printed."""
+    """Runs the check on a tree of these files; returns its exit status and output."""
     with tempfile.TemporaryDirectory() as tree:
         for path, line in files:
             file = Path(tree) / path

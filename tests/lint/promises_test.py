@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds that lint/promises.py finds tests that are not there and promises without one."""
+"""Checks that lint/promises.py finds tests that do not exist, and promises without a test."""
 
 import subprocess
 import sys
@@ -19,7 +19,7 @@ RIGHT = "# Title\n\n## One\n\nText.\n\n- `CardTest.IsACard`, `Plain.Test`\n\n## 
 
 
 def check(document):
-    """Runs the check over a tree with this document; gives its exit status and what it printed."""
+    """Runs the check on a tree with this document; returns its exit status and output."""
     with tempfile.TemporaryDirectory() as tree:
         for path, text in {**TESTS, "docs/safety.md": document}.items():
             file = Path(tree) / path

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds that tests/summarise.py counts and names whatever a run has skipped."""
+"""Checks that tests/summarise.py counts and names whatever a run has skipped."""
 
 import subprocess
 import sys
@@ -37,7 +37,7 @@ class SummariseTest(unittest.TestCase):
             summary(skipped("core.A.B", output), case("c")),
             ["1 skipped:", "  core.A.B: no namespaces here", "1 passed, 0 failed"])
 
-    # ctest counts a Python program as passed whose tests are all skipped.
+    # ctest counts a Python program as passed even if all its tests are skipped.
     def test_of_python_and_of_the_views_each_inner_test_is_named(self):
         python = (
             "test_plain (test_scan.ScanTest.test_plain) ... ok\n"
@@ -60,7 +60,7 @@ class SummariseTest(unittest.TestCase):
 
 
 class SourcesTest(unittest.TestCase):
-    # Otherwise it says how many tests it has skipped, and not which.
+    # Otherwise a program prints how many tests it has skipped, but not which.
     def test_every_python_program_names_its_tests(self):
         programs = [*SUMMARISE.parent.rglob("test_*.py"), *SUMMARISE.parent.rglob("*_test.py")]
         self.assertGreater(len(programs), 5)

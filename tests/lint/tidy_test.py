@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Holds that lint/tidy.py finds what is wrong in any of the sources that are compiled together, and looks again at what
-changed and at nothing else. A stand-in takes the place of clang-tidy: it complains of the word FAULT."""
+"""Checks that lint/tidy.py finds faults in any of the sources that are compiled together, and checks again only what has
+changed. Uses a stand-in for clang-tidy, which reports the word FAULT."""
 
 import json
 import os
@@ -37,7 +37,7 @@ class TidyTest(unittest.TestCase):
         self.make_tree("tree")
 
     def make_tree(self, name):
-        """A checkout with two sources that are compiled together, one alone, and what is generated."""
+        """A checkout with two sources that are compiled together, one by itself, and generated files."""
         self.tree = self.place / name
         for path, text in {
             "src/a.cpp": '#include "a.h"', "src/b.cpp": "", "src/alone.cpp": "", "src/a.h": "", ".clang-tidy": "Checks: all",
@@ -58,7 +58,7 @@ class TidyTest(unittest.TestCase):
         (self.tree / path).write_text(text, encoding="utf-8")
 
     def tidy(self, version="1"):
-        """Gives the exit status, what was printed, and the files that were looked at."""
+        """Returns the exit status, the output, and the files that were checked."""
         log = self.place / "log"
         log.write_text("", encoding="utf-8")
         run = subprocess.run([sys.executable, self.tree / "lint/tidy.py", self.program, self.tree / "build/lint"],

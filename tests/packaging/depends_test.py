@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""What the Debian package depends on, judged as apt does: without the plugin for SVG files, every pictogram is blank."""
+"""The Debian package's dependencies, evaluated as apt does: without the plugin for SVG files, every pictogram is
+blank."""
 
 import os
 import re
@@ -21,7 +22,7 @@ def satisfied(alternative, installed):
 
 
 def unmet(installed):
-    """The dependencies that are not met by these packages, of whichever version."""
+    """The dependencies that these packages, in any version, do not satisfy."""
     return [group for group in DEPENDS.split(", ") if not any(satisfied(a, installed) for a in group.split("|"))]
 
 

@@ -1,4 +1,4 @@
-"""The icon's files that the build draws, read anew: macOS shows nothing at all for a file that it cannot read."""
+"""Reads the icon files that the build draws: macOS shows nothing at all for a file that it cannot read."""
 
 import os
 import struct

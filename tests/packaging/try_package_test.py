@@ -1,4 +1,4 @@
-"""Holds that trying a package does not take an empty display for a window."""
+"""Checks that try_package does not take an empty display for a window."""
 
 import struct
 import subprocess

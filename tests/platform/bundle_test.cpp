@@ -52,7 +52,7 @@ std::string repeated(std::string_view text, int times) {
     return result;
 }
 
-// ASCII in two bytes a character, the lower one first.
+// ASCII as UTF-16, little-endian.
 std::string utf16(std::string_view ascii) {
     std::string bytes;
     for (const char character : ascii) {
@@ -62,7 +62,7 @@ std::string utf16(std::string_view ascii) {
     return bytes;
 }
 
-// A number in `size` bytes, the most significant first.
+// A number in `size` bytes, big-endian.
 std::string bigEndian(std::size_t number, int size) {
     std::string bytes;
     for (int i = size - 1; i >= 0; --i) {
@@ -71,7 +71,7 @@ std::string bigEndian(std::size_t number, int size) {
     return bytes;
 }
 
-// A binary list of arrays, each holding the next one as often as told.
+// A binary list of arrays, each of which contains the next one `copies` times.
 std::string nestedBinary(std::size_t levels, int copies) {
     std::string bytes = "bplist00";
     std::string offsets;
@@ -181,7 +181,7 @@ TEST_F(Bundle, WithoutAReadableTextHasNoIdentifier) {
     }
 }
 
-// Each of these ends a reader that builds the whole tree: by its depth, or by the size that it expands to.
+// Each of these crashes a reader that builds the whole tree, by its depth or by the size that it expands to.
 TEST_F(Bundle, HoldsAgainstListsMadeToEndTheReader) {
     constexpr int deep = 300'000;
     const std::string nest = repeated("<array>", deep) + repeated("</array>", deep);
@@ -200,7 +200,7 @@ TEST_F(Bundle, HoldsAgainstListsMadeToEndTheReader) {
     }
     entities += "]><plist><dict><key>CFBundleIdentifier</key><string>&a11;</string></dict></plist>";
     EXPECT_EQ(bundleIdentifierIn(entities), std::nullopt);
-    // Within what the XML reader lets an entity expand to, but again and again.
+    // Each entity is within the XML reader's limit, but there are many.
     EXPECT_EQ(bundleIdentifierIn("<!DOCTYPE plist [<!ENTITY a \"" + repeated("a", 4000) +
                                  "\">]><plist><dict><key>CFBundleIdentifier</key><string>" + repeated("&a;", 1000) +
                                  "</string></dict></plist>"),
@@ -221,7 +221,7 @@ TEST_F(Bundle, SurvivesAnyDamage) {
         bytes.resize(bytes.size() - (turn % 5 == 0 ? random() % bytes.size() : 0));
         read += bundleIdentifierIn(bytes).has_value() ? 1 : 0;
     }
-    // Some damage leaves the identifier readable, most does not harm or hide it all the time.
+    // Some of the damage leaves the identifier readable.
     EXPECT_GT(read, 1'000);
     EXPECT_LT(read, 29'000);
 }
@@ -234,7 +234,7 @@ TEST_F(Bundle, KeepsItsPropertyListInOneOfFourPlaces) {
     EXPECT_EQ(bundleIdentifier(bundle), std::nullopt);
     makeFolder(bundle);
     EXPECT_EQ(bundleIdentifier(bundle), std::nullopt);
-    // From the last place to the first, each of which takes over.
+    // From the last place to the first: each takes precedence over those before.
     for (const char* place : {"", "Resources", "Support Files", "Contents"}) {
         writeFile(bundle / place / "Info.plist", list(std::string("in.") + place));
         EXPECT_EQ(bundleIdentifier(bundle), std::string("in.") + place);

@@ -26,7 +26,7 @@ protected:
     std::filesystem::path folder = testHome() / "folder";
 };
 
-// Where a system delivers figures with the names, they must be those that a look at each item gives.
+// If a system delivers figures with the names, they must equal those of a stat call for each item.
 TEST_F(DirectoryTest, ListedValuesEqualStatValues) {
     makeFile(folder / "small", 1);
     makeFile(folder / "large", 1'000'000);
@@ -70,7 +70,7 @@ TEST_F(DirectoryTest, FiguresThatCameWithTheNameSpareTheLook) {
     delivered.isRegularFile = true;
     delivered.totalFileAllocatedSize = 4096;
     ResourceValues values;
-    // No folder at all: a look would fail.
+    // No folder at all: a stat call would fail.
     EXPECT_EQ(statItem(-1, ListedItem{"name", ItemKind::regularFile, &delivered}, values), 0);
     EXPECT_TRUE(values.isRegularFile);
     EXPECT_EQ(values.totalFileAllocatedSize, 4096);

@@ -79,7 +79,7 @@ TEST_F(FileLockTest, GoesWithAProcessThatIsKilled) {
     close(ready[1]);
 }
 
-// Whatever else stands where the file should: nobody is held up, and nothing outside is touched.
+// Whatever else is in the file's place, nothing blocks and nothing outside is touched.
 TEST_F(FileLockTest, IsImpossibleWhereItsFileCannotBe) {
     makeFile(testHome() / "in the way");
     makeFolder(testHome() / "folder");

@@ -75,12 +75,12 @@ TEST_F(FilesTest, ListsThroughALinkToAFolder) {
 
 TEST_F(FilesTest, FailedListingsSayWhy) {
     makeFile(testHome() / "file", 1);
-    makeFile(testHome() / "refused/file", 1);
-    fs::permissions(testHome() / "refused", fs::perms::none);
+    makeFile(testHome() / "denied/file", 1);
+    fs::permissions(testHome() / "denied", fs::perms::none);
     const struct {
         const char* name;
         int number;
-    } cases[] = {{"missing", ENOENT}, {"file", ENOTDIR}, {"refused", EACCES}};
+    } cases[] = {{"missing", ENOENT}, {"file", ENOTDIR}, {"denied", EACCES}};
     for (const auto& c : cases) {
         const FolderListing listing = listFolder(testHome() / c.name, ListingDetail::dates);
         EXPECT_TRUE(listing.items.empty());
@@ -112,16 +112,16 @@ TEST_F(FilesTest, ExistenceFollowsLinks) {
     makeLink(testHome() / "link", "file");
     makeLink(testHome() / "dangling", "nowhere");
     makeLink(testHome() / "loop", "loop");
-    makeFile(testHome() / "refused/file", 1);
-    fs::permissions(testHome() / "refused", fs::perms::none);
+    makeFile(testHome() / "denied/file", 1);
+    fs::permissions(testHome() / "denied", fs::perms::none);
     EXPECT_TRUE(itemExists(testHome() / "file"));
     EXPECT_TRUE(itemExists(testHome() / "link"));
     EXPECT_FALSE(itemExists(testHome() / "dangling"));
     EXPECT_FALSE(itemExists(testHome() / "loop"));
     EXPECT_FALSE(itemExists(testHome() / "missing"));
     EXPECT_FALSE(itemExists(testHome() / "file/below"));
-    EXPECT_TRUE(itemExists(testHome() / "refused"));
-    EXPECT_FALSE(itemExists(testHome() / "refused/file"));
+    EXPECT_TRUE(itemExists(testHome() / "denied"));
+    EXPECT_FALSE(itemExists(testHome() / "denied/file"));
 }
 
 TEST_F(FilesTest, FollowsALinkToItsEnd) {
@@ -130,12 +130,12 @@ TEST_F(FilesTest, FollowsALinkToItsEnd) {
     makeLink(testHome() / "chain", "link/file");
     makeLink(testHome() / "dangling", "nowhere");
     makeLink(testHome() / "loop", "loop");
-    makeFolder(testHome() / "refused/inner");
-    makeLink(testHome() / "to refused", "refused/inner");
-    fs::permissions(testHome() / "refused", fs::perms::none);
+    makeFolder(testHome() / "denied/inner");
+    makeLink(testHome() / "to denied", "denied/inner");
+    fs::permissions(testHome() / "denied", fs::perms::none);
     EXPECT_EQ(followLink(testHome() / "link"), fs::canonical(testHome() / "folder"));
     EXPECT_EQ(followLink(testHome() / "chain"), fs::canonical(testHome() / "folder/file"));
-    for (const char* nowhere : {"dangling", "loop", "to refused", "missing"}) {
+    for (const char* nowhere : {"dangling", "loop", "to denied", "missing"}) {
         EXPECT_EQ(followLink(testHome() / nowhere), std::nullopt) << nowhere;
     }
 }

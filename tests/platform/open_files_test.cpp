@@ -1,4 +1,4 @@
-// What the programs of this computer have in use.
+// What this computer's programs have in use.
 
 #include "platform/system/open_files.h"
 
@@ -23,10 +23,10 @@ namespace {
 
 using namespace testing;
 
-// A process that has something in use until the end of this object.
+// A process that keeps something in use while this object exists.
 class Holder {
 public:
-    // `hold` runs in the process, which makes plain system calls alone; false when it could not.
+    // `hold` runs in the process, and may only make system calls. It returns false if it failed.
     explicit Holder(const std::function<bool()>& hold) {
         int ends[2];
         EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
@@ -121,7 +121,7 @@ TEST_F(OpenFilesTest, ABoundSocketIsInUse) {
     expectInUse([] {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
-        // A short path, for a path of a socket has room for no more than some hundred bytes.
+        // A short path, since a socket's path is limited to about a hundred bytes.
         const std::string path = (item() / "s").string();
         std::memcpy(address.sun_path, path.c_str(), std::min(path.size() + 1, sizeof address.sun_path));
         return bind(socket(AF_UNIX, SOCK_STREAM, 0), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
@@ -134,7 +134,7 @@ TEST_F(OpenFilesTest, AFileReachedThroughALinkIsInUse) {
     const Holder holder([] { return open(file().c_str(), O_RDONLY) >= 0; });
     makeLink(testHome() / "caches", testHome() / "cache");
     EXPECT_TRUE(OpenFiles().use(testHome() / "caches/app"));
-    // What goes is the link itself, which nobody has open.
+    // Only the link itself would move, and nobody has that open.
     EXPECT_FALSE(OpenFiles().use(testHome() / "way"));
 }
 

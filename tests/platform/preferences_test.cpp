@@ -1,4 +1,4 @@
-// The per-user store of values: kept for its owner alone, replaced whole or not at all.
+// The user's stored preferences: readable by their owner only, replaced whole or not at all.
 
 #include "platform/system/preferences.h"
 
@@ -114,7 +114,7 @@ TEST_F(PreferencesTest, AnOddThingInTheFilesPlaceIsNoValue) {
 
 TEST_F(PreferencesTest, AValueThatVeskCannotHaveWrittenIsNotTakenIntoMemory) {
     ASSERT_TRUE(preferences.setData("vesk.history", "x"));
-    fs::resize_file(file, std::uintmax_t{2} << 30U);  // takes no room on the disk
+    fs::resize_file(file, std::uintmax_t{2} << 30U);  // takes no space on the disk
     const StoredBytes read = preferences.read("vesk.history");
     EXPECT_FALSE(read.bytes);
     EXPECT_FALSE(read.unreadable) << "it is no value, and may be replaced";
@@ -132,7 +132,7 @@ TEST_F(PreferencesTest, WhatAKilledSaveLeftIsRemoved) {
     writeFile(folder / "vesk.preview.000000", "");
     makeFolder(folder / "vesk.history.folder");
     makeLink(folder / "vesk.history.linked", folder / "notes.AbCd12");
-    // One that is being written has a lock on it.
+    // A file that is being written is locked.
     writeFile(folder / "vesk.history.inWork", "[");
     const int writer = open((folder / "vesk.history.inWork").c_str(), O_WRONLY | O_CLOEXEC);
     ASSERT_EQ(flock(writer, LOCK_EX), 0);

@@ -1,4 +1,4 @@
-// Settings of other programs that Vesk goes by: variables that name folders, user-dirs.dirs, key files.
+// Other programs' settings that Vesk uses: variables that name folders, user-dirs.dirs, key files.
 
 #include <gmock/gmock.h>
 

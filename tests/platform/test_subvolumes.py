@@ -1,7 +1,7 @@
-"""A home with btrfs's subvolumes in it: no rename leads from one to another, so each has a Trash of its own.
+"""A home with btrfs subvolumes: nothing can be renamed from one to another, so each has a Trash of its own.
 
-Needs root, loop devices, btrfs and its tools; exits with 77, and says why, where they are lacking. Everything is mounted
-in a namespace of its own.
+Needs root, loop devices, btrfs and its tools; otherwise exits with 77 and says why. Everything is mounted in a namespace
+of its own.
 """
 
 import json
@@ -18,7 +18,7 @@ SKIPPED = 77
 
 
 def lacking():
-    """Why this cannot be tried here; None when it can."""
+    """Why this cannot run here; None if it can."""
     if os.geteuid() != 0:
         return "only root can mount a file system"
     if not os.path.exists("/dev/loop-control"):
@@ -71,7 +71,7 @@ class SubvolumesTest(unittest.TestCase):
             self.assertIn(f"\nPath={item.name}\n", (trash / "info" / f"{item.name}.trashinfo").read_text())
         self.assertEqual(self.run_driver("scan")["cards"], [], "the Trash itself is no cache")
 
-        # Other programs look where something is mounted.
+        # Other programs look only at mount points.
         again = self.folder / "mounted by itself"
         again.mkdir()
         device = call("findmnt", "--noheadings", "--output", "SOURCE", self.disk).strip()

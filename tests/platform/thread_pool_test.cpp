@@ -1,4 +1,4 @@
-// How many threads take part in shared work, while they wait and while they do not.
+// How many threads share work, while they wait and while they do not.
 
 #include "platform/threads/thread_pool.h"
 
@@ -24,10 +24,10 @@ int coresHere() {
     return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
 }
 
-// So many equal items, of which each does `what`.
+// Work of equal items, each of which calls `what`.
 class CountedWork {
 public:
-    // The most threads that were at work at a time.
+    // The largest number of threads at work at the same time.
     int mostAtOnce(int items, const std::function<void()>& what) {
         Shared work([] { return 0; },
                     [&](const int& count, Shared::Worker& worker) {
@@ -57,12 +57,12 @@ private:
     std::atomic<int> done_ = 0;
 };
 
-// As the disk has a thread wait.
+// Waits like a thread that reads from the disk.
 void waitAMoment() {
     std::this_thread::sleep_for(std::chrono::microseconds(500));
 }
 
-// Half a millisecond of this thread's own time.
+// Takes half a millisecond of CPU time.
 void computeAMoment() {
     const std::clock_t enough = CLOCKS_PER_SEC / 2'000;
     timespec begin{};
@@ -81,7 +81,7 @@ TEST(ThreadPoolTest, MoreThreadsThanCoresWorkWhileTheyWaitButABoundedNumber) {
 
 TEST(ThreadPoolTest, NoMoreThanTheCoresWorkWhenNobodyWaitsAnyLonger) {
     CountedWork().mostAtOnce(3'000, waitAMoment);
-    // A thread that waits for a lock of the work itself may look like one that waits for the disk.
+    // A thread that waits for one of the work's own locks may look like one that waits for the disk.
     int most = 0;
     for (int tries = 0; tries < 50 && (most == 0 || most > coresHere()); ++tries) {
         most = CountedWork().mostAtOnce(100, computeAMoment);
@@ -123,7 +123,7 @@ TEST(ThreadPoolTest, AllWorkAtOnceSharesOneBound) {
     EXPECT_LE(most.load(), std::max(mostLentThreads, coresHere()) + callers);
 }
 
-// A disk that does not answer holds the threads that ask it, whatever is done with their work meanwhile.
+// A disk that does not answer keeps all lent threads waiting.
 TEST(ThreadPoolTest, OtherWorkIsDoneWhileAllLentThreadsAreHeldUp) {
     std::mutex lock;
     std::condition_variable released;

@@ -1,4 +1,4 @@
-// Many items on their way into the Trash, put on record together and moved one at a time.
+// Moving many items to the Trash, with their records written in batches.
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
@@ -23,7 +23,7 @@ class TrashBatchTest : public TrashTest {
 protected:
     const fs::path notes = world().configHome / "vesk/records-under-way";
 
-    // So many items of different names, as a scan would see them.
+    // New items with different names, as a scan would see them.
     std::vector<SeenItem> made(std::size_t count) const {
         std::vector<SeenItem> items;
         for (std::size_t i = 0; i < count; ++i) {
@@ -40,7 +40,7 @@ protected:
         const TrashOutcome outcome = batch.move(item);
         return outcome.error ? outcome.error->code : 0;
     }
-    // What a clean leaves that is killed once these items are on record.
+    // Leaves what a clean leaves that was killed after recording these items.
     void beKilledAfterRecording(const std::vector<SeenItem>& items) const {
         const pid_t child = fork();
         if (child == 0) {
@@ -67,7 +67,7 @@ TEST_F(TrashBatchTest, EachItemIsOnRecordBeforeTheFirstMoves) {
         const TrashOutcome outcome = batch.move(each);
         ASSERT_FALSE(outcome.error);
         EXPECT_EQ(contentOf(outcome.place), each.path.filename());
-        EXPECT_EQ(puttingBack(outcome.place, each.path, outcome.identity), 0) << "told from all others by its identity";
+        EXPECT_EQ(restoring(outcome.place, each.path, outcome.identity), 0) << "told from all others by its identity";
     }
     EXPECT_THAT(namesIn(info), IsEmpty());
 }
@@ -107,7 +107,7 @@ TEST_F(TrashBatchTest, WhatIsNotMovedIsTakenOffTheRecord) {
     EXPECT_TRUE(isThere(items[1].path));
 }
 
-// As when a program has it in use.
+// For example since a program has it in use.
 TEST_F(TrashBatchTest, AnItemLeftOutOfItsTurnCostsTheOthersNotTheirRecords) {
     if (!homeKeepsOrderOfNames()) {
         GTEST_SKIP() << "no record is made ahead where names are not kept in order";
@@ -219,7 +219,7 @@ TEST_F(TrashBatchTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) 
     }
     const std::vector<SeenItem> items = made(3);
     beKilledAfterRecording(items);
-    // Another program's record has one's name by now, and another one's item has come.
+    // Since then, one record has become another program's, and one item has reached the Trash.
     writeFile(info / "item0.trashinfo", "[Trash Info]\nPath=/elsewhere\nDeletionDate=2026-01-01T00:00:00\n");
     fs::rename(items[1].path, files / "item1");
     const TrashBatch next(notes);

@@ -1,4 +1,4 @@
-// What tests of the home Trash share.
+// Shared by the tests of the home Trash.
 #pragma once
 
 #include <gmock/gmock.h>

@@ -85,7 +85,7 @@ TEST_F(TrashInfoTest, AnHourThatComesTwiceIsTheFirstOfTheTwo) {
         EXPECT_EQ(deletionInTrashInfo(trashInfoText("/a", atUnixSeconds(seconds))), dateFromUnix(summer, 0));
     }
     setZone("Australia/Lord_Howe");
-    constexpr std::int64_t halfAnHour = 1'775'313'900;  // 2026-04-05 01:45, half an hour before 01:45 comes again
+    constexpr std::int64_t halfAnHour = 1'775'313'900;  // 2026-04-05 01:45, half an hour before 01:45 occurs again
     for (const std::int64_t seconds : {halfAnHour, halfAnHour + 1800}) {
         EXPECT_EQ(deletionInTrashInfo(trashInfoText("/a", atUnixSeconds(seconds))), dateFromUnix(halfAnHour, 0));
     }

@@ -1,4 +1,4 @@
-// What a program that ended in the middle, or a disk that fails, leaves to the next undo.
+// What an interrupted program, or a failing disk, leaves to the next undo.
 
 #include "support/trash_home.h"
 
@@ -23,7 +23,7 @@ protected:
 // Where no rename refuses to replace, a file has two names for a moment.
 TEST_F(TrashInterruptedTest, AFileWithBothNamesLosesTheOneInTheTrash) {
     fs::create_hard_link(files / "item", item);
-    EXPECT_EQ(puttingBack(files / "item", item), 0);
+    EXPECT_EQ(restoring(files / "item", item), 0);
     EXPECT_EQ(contentOf(item), "x");
     EXPECT_TRUE(namesIn(files).empty());
     EXPECT_TRUE(namesIn(info).empty());
@@ -31,26 +31,26 @@ TEST_F(TrashInterruptedTest, AFileWithBothNamesLosesTheOneInTheTrash) {
 
 TEST_F(TrashInterruptedTest, AnEqualFileInThePlaceIsAnotherOne) {
     writeFile(item, "x");
-    EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+    EXPECT_EQ(restoring(files / "item", item), EEXIST);
     EXPECT_TRUE(isThere(files / "item"));
     EXPECT_TRUE(isThere(info / "item.trashinfo"));
 }
 
 TEST_F(TrashInterruptedTest, ARecordStaysUntilItsItemIsBack) {
     fs::rename(files / "item", testHome() / "aside");
-    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_EQ(restoring(files / "item", item), ENOENT);
     EXPECT_TRUE(isThere(info / "item.trashinfo"));
     fs::rename(testHome() / "aside", item);
-    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_EQ(restoring(files / "item", item), ENOENT);
     EXPECT_FALSE(isThere(info / "item.trashinfo"));
 }
 
 TEST_F(TrashInterruptedTest, AnItemThatCannotBeLookedAtKeepsItsRecord) {
     fs::permissions(files, fs::perms::none);
-    EXPECT_EQ(puttingBack(files / "item", item), EACCES);
+    EXPECT_EQ(restoring(files / "item", item), EACCES);
     fs::permissions(files, fs::perms::owner_all);
     EXPECT_TRUE(isThere(info / "item.trashinfo"));
-    EXPECT_EQ(puttingBack(files / "item", item), 0);
+    EXPECT_EQ(restoring(files / "item", item), 0);
 }
 
 }  // namespace

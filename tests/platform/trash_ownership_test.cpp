@@ -1,4 +1,5 @@
-// The Trash, and the places of its items, are everybody's: what has a name there may be somebody else's by now.
+// Any program may change the Trash and the items' original places: what has an item's name there may be another item by
+// now.
 
 #include <gmock/gmock.h>
 
@@ -16,7 +17,7 @@ using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Something of the item's name lies in the Trash without a record, and the item vanishes just before it is moved.
+// The Trash contains something with the item's name but without a record, and the item vanishes just before its move.
 TEST_F(TrashTest, AVanishedItemIsNotTakenForAnOrphanOfItsName) {
     makeFolder(item.parent_path());
     writeFile(files / "item", "an orphan");
@@ -25,7 +26,7 @@ TEST_F(TrashTest, AVanishedItemIsNotTakenForAnOrphanOfItsName) {
     EXPECT_THAT(namesIn(info), IsEmpty());
 }
 
-// The item's folder has become a link into the Trash, so that both paths lead to the one name of one file.
+// The item's folder has become a link into the Trash, so that both paths lead to the only name of the same file.
 TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwo) {
     for (const bool hasAnother : {false, true}) {
         writeFile(item, "the only copy");
@@ -35,11 +36,11 @@ TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwo) {
         }
         fs::remove_all(item.parent_path());
         makeLink(item.parent_path(), files);
-        EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+        EXPECT_EQ(restoring(files / "item", item), EEXIST);
         EXPECT_EQ(contentOf(files / "item"), "the only copy");
         EXPECT_THAT(namesIn(info), ElementsAre("item.trashinfo"));
         fs::remove(item.parent_path());
-        EXPECT_EQ(puttingBack(files / "item", item), 0);
+        EXPECT_EQ(restoring(files / "item", item), 0);
     }
 }
 
@@ -50,12 +51,12 @@ TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwoThroughAMount) {
     writeFile(item, "the only copy");
     ASSERT_EQ(trashing(seen(item)), 0);
     ASSERT_TRUE(mountFolderAgain(files, item.parent_path()));
-    EXPECT_EQ(puttingBack(files / "item", item), EEXIST);
+    EXPECT_EQ(restoring(files / "item", item), EEXIST);
     EXPECT_EQ(contentOf(files / "item"), "the only copy");
     unmount(item.parent_path());
 }
 
-// Another program trashes the item that has come back: its record is there, the item comes a moment later.
+// Another program trashes the restored item: its record exists already, and the item follows a moment later.
 TEST_F(TrashTest, ARecordThatAnotherProgramHasJustWrittenStays) {
     writeFile(item, "x");
     const Date cleaned = now();
@@ -64,7 +65,7 @@ TEST_F(TrashTest, ARecordThatAnotherProgramHasJustWrittenStays) {
     fs::remove(info / "item.trashinfo");
     const std::string fresh = trashInfoText(item.string(), cleaned + std::chrono::seconds(2));
     writeFile(info / "item.trashinfo", fresh);
-    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_EQ(restoring(files / "item", item), ENOENT);
     EXPECT_EQ(contentOf(info / "item.trashinfo"), fresh);
 }
 

@@ -1,4 +1,4 @@
-// What may go to the Trash at all, and how a folder is told that is not the one that was seen.
+// What may go to the Trash at all, and how a swapped folder is recognised.
 
 #include <gmock/gmock.h>
 
@@ -101,7 +101,7 @@ TEST_F(TrashTest, RefusesAnItemWhoseFolderWasSwapped) {
 }
 
 TEST_F(TrashTest, TellsAFolderMadeAnewUnderTheSameNumber) {
-    // File systems give a freed inode number to the next folder made.
+    // File systems may reuse a freed inode number for the next folder.
     makeFolder(home / "Junk");
     const auto first = folderIdentity(home / "Junk");
     fs::remove(home / "Junk");
@@ -129,7 +129,7 @@ TEST_F(TrashTest, FollowsALinkedFolderAsTheScanDid) {
     ASSERT_EQ(trashing(seen(home / "Caches/item")), 0);
     EXPECT_TRUE(isThere(files / "item"));
     EXPECT_THAT(contentOf(info / "item.trashinfo"), ::testing::HasSubstr("/Caches/item\n"));
-    EXPECT_EQ(puttingBack(files / "item", home / "Caches/item"), 0);
+    EXPECT_EQ(restoring(files / "item", home / "Caches/item"), 0);
     EXPECT_TRUE(isThere(home / "Elsewhere/item"));
 }
 

@@ -1,4 +1,5 @@
-// The Trash as other programs read it: trash-cli's list and restore find what Vesk trashed, and no ghosts afterwards.
+// The Trash as other programs read it: trash-cli lists and restores what Vesk trashed, and finds no records without
+// items after an undo.
 
 #include <gmock/gmock.h>
 
@@ -23,7 +24,7 @@ protected:
             << "trash-cli is needed for this test (Debian: trash-cli)";
     }
 
-    // What a shell command prints, in the made-up world.
+    // The output of a shell command in the made-up world.
     static std::string run(const std::string& command) {
         setenv("HOME", testHome().c_str(), 1);
         setenv("XDG_DATA_HOME", world().dataHome.c_str(), 1);
@@ -37,7 +38,7 @@ protected:
         pclose(pipe);
         return printed;
     }
-    // Only of this home: what lies on the machine's own volumes is none of a test's business.
+    // Only of this home, not of the machine's own volumes.
     static std::string list() { return run("trash-list 2>&1 | grep -F '" + testHome().string() + "'"); }
 
     const fs::path junk = testHome() / "Junk";
@@ -76,7 +77,7 @@ TEST_F(TrashReadersTest, AnUndoLeavesNoGhosts) {
         ASSERT_EQ(trashing(seen(junk / name)), 0);
     }
     for (const char* name : {"a", "c"}) {
-        ASSERT_EQ(puttingBack(homeTrash() / "files" / name, junk / name), 0);
+        ASSERT_EQ(restoring(homeTrash() / "files" / name, junk / name), 0);
     }
     const std::string listed = list();
     EXPECT_THAT(listed, HasSubstr((junk / "b").string()));

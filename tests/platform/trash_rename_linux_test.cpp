@@ -1,4 +1,4 @@
-// The Trash where no rename refuses to replace, as on NFS: a filter takes that system call from a process.
+// The Trash without a rename that refuses to replace, as on NFS: a seccomp filter makes that system call fail.
 
 #include <gtest/gtest.h>
 #include <linux/audit.h>
@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing;
 
-// From here on this process sees a file system that has no rename which refuses to replace.
+// From here on, this process has no rename that refuses to replace.
 void loseExclusiveRename() {
     sock_filter program[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -61,9 +61,9 @@ TEST_F(TrashTest, WorksWhereNoRenameRefusesToReplace) {
             [&] { return trashing(seen(home / "Junk/folder")) == 0; },
             [&] { return fs::is_empty(files / "folder") && contentOf(files / "folder.2/inner") == "inner"; },
             [&] { return trashing(seen(home / "Junk/link")) == 0 && fs::is_symlink(files / "link"); },
-            [&] { return puttingBack(files / "item.2", item) == 0 && contentOf(item) == "file"; },
-            [&] { return puttingBack(files / "folder.2", home / "Junk/folder") == 0; },
-            [&] { return puttingBack(files / "link", home / "Junk/link") == 0 && namesIn(info).empty(); },
+            [&] { return restoring(files / "item.2", item) == 0 && contentOf(item) == "file"; },
+            [&] { return restoring(files / "folder.2", home / "Junk/folder") == 0; },
+            [&] { return restoring(files / "link", home / "Junk/link") == 0 && namesIn(info).empty(); },
             [&] { return trashing(seen(home / ".local")) == EINVAL && namesIn(info).empty(); },
         }),
         ::testing::ExitedWithCode(0), "");

@@ -26,7 +26,7 @@ TEST_F(TrashTest, BringsATreeBackAsItWas) {
     const auto before = portrait(item);
     const unsigned parentMode = modeOf(item.parent_path());
     ASSERT_EQ(trashing(seen(item)), 0);
-    ASSERT_EQ(puttingBack(files / "item", item), 0);
+    ASSERT_EQ(restoring(files / "item", item), 0);
     EXPECT_EQ(portrait(item), before);
     EXPECT_EQ(modeOf(item.parent_path()), parentMode);
     EXPECT_THAT(namesIn(info), IsEmpty());
@@ -38,7 +38,7 @@ TEST_F(TrashTest, MakesMissingFoldersOnTheWayBack) {
     ASSERT_EQ(trashing(seen(home / "a/b/c/item")), 0);
     fs::remove_all(home / "a");
     const auto mask = umask(0022);
-    EXPECT_EQ(puttingBack(files / "item", home / "a/b/c/item"), 0);
+    EXPECT_EQ(restoring(files / "item", home / "a/b/c/item"), 0);
     umask(mask);
     EXPECT_EQ(contentOf(home / "a/b/c/item"), "x");
     EXPECT_EQ(modeOf(home / "a/b"), 0755U);
@@ -50,7 +50,7 @@ TEST_F(TrashTest, NeverPutsAnItemOverAnother) {
     const auto trashed = portrait(files / "item");
     const auto refused = [&](const char* what) {
         const auto newer = portrait(item);
-        EXPECT_EQ(puttingBack(files / "item", item), EEXIST) << what;
+        EXPECT_EQ(restoring(files / "item", item), EEXIST) << what;
         EXPECT_EQ(portrait(item), newer) << what;
         EXPECT_EQ(portrait(files / "item"), trashed) << what;
         EXPECT_TRUE(isThere(info / "item.trashinfo")) << what;
@@ -62,7 +62,7 @@ TEST_F(TrashTest, NeverPutsAnItemOverAnother) {
     refused("an empty folder");
     fs::create_symlink("nowhere", item);
     refused("a dangling link");
-    EXPECT_EQ(puttingBack(files / "item", item), 0);
+    EXPECT_EQ(restoring(files / "item", item), 0);
 }
 
 TEST_F(TrashTest, LeavesInTheTrashWhatCannotGoBack) {
@@ -70,11 +70,11 @@ TEST_F(TrashTest, LeavesInTheTrashWhatCannotGoBack) {
     ASSERT_EQ(trashing(seen(item)), 0);
     fs::remove_all(item.parent_path());
     writeFile(item.parent_path(), "a file where the folder was");
-    EXPECT_EQ(puttingBack(files / "item", item), ENOTDIR);
+    EXPECT_EQ(restoring(files / "item", item), ENOTDIR);
     fs::remove(item.parent_path());
     makeFolder(item.parent_path());
     fs::permissions(item.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
-    EXPECT_EQ(puttingBack(files / "item", item), EACCES);
+    EXPECT_EQ(restoring(files / "item", item), EACCES);
     EXPECT_EQ(contentOf(files / "item"), "x");
     EXPECT_TRUE(isThere(info / "item.trashinfo"));
 }
@@ -83,9 +83,9 @@ TEST_F(TrashTest, ForgetsTheRecordThatAnInterruptedUndoLeft) {
     writeFile(item, "x");
     ASSERT_EQ(trashing(seen(item)), 0);
     fs::rename(files / "item", item);
-    EXPECT_EQ(puttingBack(files / "item", home / "Junk/other"), ENOENT);
+    EXPECT_EQ(restoring(files / "item", home / "Junk/other"), ENOENT);
     EXPECT_TRUE(isThere(info / "item.trashinfo")) << "the record of another item";
-    EXPECT_EQ(puttingBack(files / "item", item), ENOENT);
+    EXPECT_EQ(restoring(files / "item", item), ENOENT);
     EXPECT_FALSE(isThere(info / "item.trashinfo"));
     EXPECT_EQ(contentOf(item), "x");
 }
@@ -94,12 +94,12 @@ TEST_F(TrashTest, PutsNothingToOrFromAnOddPath) {
     writeFile(item, "x");
     ASSERT_EQ(trashing(seen(item)), 0);
     const std::string cut = item.string() + std::string("\0more", 5);
-    EXPECT_EQ(puttingBack(files / "item", cut), EINVAL);
-    EXPECT_EQ(puttingBack((files / "item").string() + std::string("\0more", 5), item), EINVAL);
-    EXPECT_EQ(puttingBack(files / "item", "relative"), EINVAL);
-    EXPECT_EQ(puttingBack(files / "item", ""), EINVAL);
-    EXPECT_EQ(puttingBack("", item), EINVAL);
-    EXPECT_EQ(puttingBack(files / "item", "/"), ESTALE) << "its record says otherwise";
+    EXPECT_EQ(restoring(files / "item", cut), EINVAL);
+    EXPECT_EQ(restoring((files / "item").string() + std::string("\0more", 5), item), EINVAL);
+    EXPECT_EQ(restoring(files / "item", "relative"), EINVAL);
+    EXPECT_EQ(restoring(files / "item", ""), EINVAL);
+    EXPECT_EQ(restoring("", item), EINVAL);
+    EXPECT_EQ(restoring(files / "item", "/"), ESTALE) << "its record says otherwise";
     EXPECT_TRUE(isThere(files / "item"));
 }
 

@@ -51,7 +51,7 @@ TEST_F(TrashTest, TakesALinkItselfAndLeavesItsTarget) {
         ASSERT_EQ(trashing(seen(home / "Junk" / name)), 0) << name;
         EXPECT_TRUE(fs::is_symlink(files / name)) << name;
         EXPECT_EQ(portrait(files / name), before) << name;
-        EXPECT_EQ(puttingBack(files / name, home / "Junk" / name), 0) << name;
+        EXPECT_EQ(restoring(files / name, home / "Junk" / name), 0) << name;
         EXPECT_EQ(portrait(home / "Junk" / name), before) << name;
     }
     EXPECT_EQ(portrait(home / "Target"), target);
@@ -116,11 +116,11 @@ TEST_F(TrashTest, ShortensANameThatLeavesNoRoomForItsRecord) {
             EXPECT_TRUE(contentOf(outcome.place) == content);
             const auto record = info / (kept + ".trashinfo");
             EXPECT_TRUE(isThere(record)) << record;
-            // Cut between characters, so that every reader can show it.
+            // Cut between characters, so that every program can show it.
             const std::string base = kept.ends_with(".2") ? kept.substr(0, kept.size() - 2) : kept;
             EXPECT_TRUE(name.starts_with(base));
             EXPECT_NE(static_cast<unsigned char>(name[base.size()]) & 0xC0U, 0x80U);
-            ASSERT_EQ(puttingBack(outcome.place, original), 0);
+            ASSERT_EQ(restoring(outcome.place, original), 0);
             EXPECT_EQ(contentOf(original), content);
             EXPECT_FALSE(isThere(record));
             ASSERT_EQ(trashing(seen(original)), 0);
@@ -134,7 +134,7 @@ TEST_F(TrashTest, RecordsAnyNameOnOneLine) {
     ASSERT_EQ(trashing(seen(home / "Junk" / name)), 0);
     EXPECT_THAT(contentOf(info / (name + ".trashinfo")),
                 ::testing::HasSubstr("/Junk/line%0Abreak%20%2541%20%22quoted%22%20%23%C3%A9%20%5C%20tab%09\nDel"));
-    ASSERT_EQ(puttingBack(files / name, home / "Junk" / name), 0);
+    ASSERT_EQ(restoring(files / name, home / "Junk" / name), 0);
     EXPECT_THAT(namesIn(info), IsEmpty());
 }
 
@@ -171,7 +171,7 @@ TEST_F(TrashTest, RefusesWhenTheTrashIsNoFolderOfOurs) {
     tryWith("a link to nothing", ENOENT);
     writeFile(homeTrash(), "a file");
     tryWith("a file", ENOTDIR);
-    fs::create_symlink("/usr", homeTrash());  // another user's folder, which is only looked at
+    fs::create_symlink("/usr", homeTrash());  // another user's folder, which is only read
     tryWith("not ours", EPERM);
     makeFolder(homeTrash());
     fs::permissions(homeTrash(), fs::perms::owner_read | fs::perms::owner_exec);

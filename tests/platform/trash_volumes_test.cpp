@@ -1,4 +1,4 @@
-// The Trash of other volumes, on file systems mounted for the test alone.
+// The Trash on other volumes, which are mounted for the test only.
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -43,7 +43,7 @@ protected:
         EXPECT_THAT(contentOf(trash / "info/item.trashinfo"), HasSubstr("\nPath=folder/item\n"));
         EXPECT_EQ(modeOf(trash), 0700U);
         EXPECT_FALSE(isThere(homeTrash()));
-        EXPECT_EQ(puttingBack(outcome.place, item), 0);
+        EXPECT_EQ(restoring(outcome.place, item), 0);
         EXPECT_EQ(contentOf(item), "content");
         EXPECT_THAT(namesIn(trash / "info"), IsEmpty());
     }
@@ -113,7 +113,7 @@ TEST_F(TrashVolumesTest, AFolderLinkedToAnotherDiskUsesThatDisksTrash) {
     ASSERT_FALSE(outcome.error);
     EXPECT_EQ(outcome.place, own / "files/item");
     EXPECT_THAT(contentOf(own / "info/item.trashinfo"), HasSubstr("\nPath=folder/item\n"));
-    EXPECT_EQ(puttingBack(outcome.place, testHome() / "Caches/item"), 0);
+    EXPECT_EQ(restoring(outcome.place, testHome() / "Caches/item"), 0);
     EXPECT_EQ(contentOf(item), "content");
 }
 
@@ -149,7 +149,7 @@ TEST_F(TrashVolumesTest, AReadOnlyDiskKeepsItsItems) {
 }
 
 TEST_F(TrashVolumesTest, AFolderMountedASecondTimeIsAVolumeToo) {
-    // Its device number is the home's, yet no rename leads out of it.
+    // It has the home's device number, but nothing can be renamed out of it.
     const fs::path again = testHome() / "again";
     makeFolder(testHome() / "shown");
     makeFolder(again);
@@ -159,7 +159,7 @@ TEST_F(TrashVolumesTest, AFolderMountedASecondTimeIsAVolumeToo) {
     ASSERT_FALSE(outcome.error) << outcome.error->code;
     EXPECT_EQ(outcome.place, again / (".Trash-" + user) / "files/item");
     EXPECT_FALSE(isThere(homeTrash()));
-    EXPECT_EQ(puttingBack(outcome.place, again / "folder/item"), 0);
+    EXPECT_EQ(restoring(outcome.place, again / "folder/item"), 0);
     unmount(again);
 }
 
@@ -205,7 +205,7 @@ TEST_F(TrashVolumesTest, AHomeWhoseProgramDataLiesOnAnotherDiskIsAVolumeOfItsOwn
 }
 
 TEST_F(TrashVolumesTest, AMadeUpWorldReachesNoTrashOutsideItself) {
-    // The items lie on the disk that the world itself lies on, but the home Trash does not.
+    // The items are on the same disk as the made-up world, but the home Trash is not.
     makeFolder(disk / "data");
     makeLink(world().dataHome, disk / "data");
     writeFile(testHome() / "junk", "x");
@@ -214,7 +214,7 @@ TEST_F(TrashVolumesTest, AMadeUpWorldReachesNoTrashOutsideItself) {
 }
 
 TEST_F(TrashVolumesTest, ADiskWithANameThatIsNotUtf8KeepsItsItems) {
-    // Where the item went could not be written into the history.
+    // The history could not store the item's place in the Trash.
     const fs::path odd = testHome() / "odd\xFF";
     makeFolder(odd);
     ASSERT_TRUE(mountTemporaryFileSystem(odd));
@@ -229,7 +229,7 @@ TEST_F(TrashVolumesTest, AnItemWhosePlaceIsOnAnotherDiskNowStaysInTheTrash) {
     writeFile(testHome() / "folder/item", "x");
     ASSERT_EQ(trashing(seen(testHome() / "folder/item")), 0);
     ASSERT_TRUE(mountTemporaryFileSystem(testHome() / "folder"));
-    EXPECT_EQ(puttingBack(homeTrash() / "files/item", testHome() / "folder/item"), EXDEV);
+    EXPECT_EQ(restoring(homeTrash() / "files/item", testHome() / "folder/item"), EXDEV);
     EXPECT_EQ(contentOf(homeTrash() / "files/item"), "x");
     EXPECT_TRUE(isThere(homeTrash() / "info/item.trashinfo"));
     unmount(testHome() / "folder");
@@ -238,10 +238,10 @@ TEST_F(TrashVolumesTest, AnItemWhosePlaceIsOnAnotherDiskNowStaysInTheTrash) {
 TEST_F(TrashVolumesTest, AnInterruptedUndoOnAVolumeLeavesNoRecordForGood) {
     ASSERT_EQ(trashing(seen(item)), 0);
     fs::rename(own / "files/item", item);
-    EXPECT_EQ(puttingBack(own / "files/item", disk / "folder/other"), ENOENT);
+    EXPECT_EQ(restoring(own / "files/item", disk / "folder/other"), ENOENT);
     EXPECT_TRUE(isThere(own / "info/item.trashinfo"));
     makeLink(testHome() / "Caches", disk / "folder");
-    EXPECT_EQ(puttingBack(own / "files/item", testHome() / "Caches/item"), ENOENT);
+    EXPECT_EQ(restoring(own / "files/item", testHome() / "Caches/item"), ENOENT);
     EXPECT_FALSE(isThere(own / "info/item.trashinfo"));
 }
 

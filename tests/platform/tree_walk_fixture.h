@@ -1,4 +1,4 @@
-// What tests of the walk share.
+// Shared by the tests of the walk.
 #pragma once
 
 #include <fcntl.h>
@@ -19,7 +19,7 @@ protected:
 
     Probe::Measurement measure(const std::filesystem::path& path) { return probe.measure(path); }
 
-    // Makes an empty file in an open folder: quick, for large numbers of them.
+    // Makes an empty file in an open folder, quickly.
     static void touch(int folder, const std::string& name) {
         const int file = openat(folder, name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
         ASSERT_GE(file, 0) << name;

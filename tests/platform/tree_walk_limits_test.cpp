@@ -1,4 +1,5 @@
-// Walks at the limits of the system: trees deeper than a path can name, few descriptors, folders that change meanwhile.
+// Walks at the limits of the system: trees deeper than the longest path, few descriptors, folders that change
+// meanwhile.
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -15,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing;
 
-// Runs `work` with at most so many descriptors.
+// Runs `work` with a limited number of descriptors.
 template <typename Work>
 void withDescriptors(rlim_t count, Work work) {
     rlimit before{};
@@ -26,12 +27,12 @@ void withDescriptors(rlim_t count, Work work) {
     setrlimit(RLIMIT_NOFILE, &before);
 }
 
-// A chain of nested folders far deeper than a path can name.
+// A chain of nested folders, far deeper than the longest path.
 class DeepTreeTest : public TreeWalkTest {
 protected:
     static constexpr int levels = 2'000;
 
-    // At each level a sibling before and one after the way down (as most file systems list them), each with a file.
+    // Each level has a sibling before and one after the next level (in most file systems' order), each with a file.
     void makeChain() const {
         int folder = open(top.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         for (int level = 0; level < levels; ++level) {
@@ -49,7 +50,7 @@ protected:
         close(folder);
     }
 
-    // Takes the chain apart from above: what lies two levels down is moved up until nothing is left.
+    // Removes the chain from the top: moves up what is two levels down until nothing is left.
     void removeChain() const {
         const fs::path spare = testHome() / "spare";
         for (int level = 0; level < levels; ++level) {
@@ -135,14 +136,14 @@ TEST_F(TreeWalkTest, FoldersMayVanishOrTurnIntoFilesMeanwhile) {
     changer.join();
 }
 
-TEST_F(TreeWalkTest, ARefusalDeepDownDoesNotStopTheWalkWithFewDescriptors) {
+TEST_F(TreeWalkTest, ADeniedFolderDeepDownDoesNotStopTheWalkWithFewDescriptors) {
     fs::path folder = top;
     std::int64_t expected = 0;
     for (int level = 0; level < 60; ++level) {
-        makeFile(folder / "refused/file", 5'000);
+        makeFile(folder / "denied/file", 5'000);
         makeFile(folder / "zz/file", 5'000);
         expected += allocated(folder / "zz/file");
-        fs::permissions(folder / "refused", fs::perms::none);
+        fs::permissions(folder / "denied", fs::perms::none);
         folder /= "level";
     }
     withDescriptors(32, [&] { EXPECT_EQ(measure(top).size, expected); });

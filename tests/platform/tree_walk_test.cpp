@@ -1,4 +1,4 @@
-// What a walk counts, what it passes over, and that it leaves no trace.
+// What a walk counts and skips, and that it leaves no trace.
 
 #include "platform/files/tree_walk.h"
 
@@ -105,7 +105,7 @@ TEST_F(TreeWalkTest, TheNewestUseIsTheLatestWhicheverThreadMeetsIt) {
     const Date newest = daysAgo(4);
     for (std::size_t place = 0; place < files.size(); place += 7) {
         for (std::size_t i = 0; i < files.size(); ++i) {
-            // Changed in the order against that of the uses: only the latter count.
+            // Changed in the opposite order of the uses: only uses count.
             const double age = 10 + static_cast<double>(i % 13);
             setDates(files[i], daysAgo(30 - age), i == place ? newest : daysAgo(age));
         }
@@ -191,7 +191,7 @@ TEST_F(TreeWalkTest, AFolderOfVeryManyFiles) {
     std::printf("names: %d in one folder\n", count);
 }
 
-TEST_F(TreeWalkTest, RefusedFoldersAreToldAndPassedOver) {
+TEST_F(TreeWalkTest, DeniedFoldersAreReportedAndSkipped) {
     const struct {
         const char* what;
         fs::perms left;
@@ -203,26 +203,26 @@ TEST_F(TreeWalkTest, RefusedFoldersAreToldAndPassedOver) {
     for (const auto& c : cases) {
         const fs::path tree = top / c.what;
         makeFile(tree / "open/file", 5'000);
-        makeFile(tree / "refused/file", 5'000);
-        makeFile(tree / "refused/inner/file", 5'000);
-        fs::permissions(tree / "refused", c.left);
-        Probe refused(tracker);
-        EXPECT_EQ(refused.measure(tree).size, allocated(tree / "open/file")) << c.what;
-        EXPECT_TRUE(refused.blocked) << c.what;
+        makeFile(tree / "denied/file", 5'000);
+        makeFile(tree / "denied/inner/file", 5'000);
+        fs::permissions(tree / "denied", c.left);
+        Probe denied(tracker);
+        EXPECT_EQ(denied.measure(tree).size, allocated(tree / "open/file")) << c.what;
+        EXPECT_TRUE(denied.blocked) << c.what;
     }
 }
 
-TEST_F(TreeWalkTest, ARefusedTopIsTold) {
+TEST_F(TreeWalkTest, ADeniedTopIsReported) {
     makeFile(top / "file", 5'000);
     fs::permissions(top, fs::perms::none);
     EXPECT_EQ(measure(top), Probe::Measurement{});
     EXPECT_TRUE(probe.blocked);
     fs::permissions(top, fs::perms::owner_all);
     EXPECT_GT(measure(top).size, 0);
-    EXPECT_TRUE(probe.blocked);  // never taken back
+    EXPECT_TRUE(probe.blocked);  // never reset
 }
 
-TEST_F(TreeWalkTest, AnItemInARefusedFolderIsNotThere) {
+TEST_F(TreeWalkTest, AnItemInADeniedFolderIsNotThere) {
     makeFile(top / "file", 5'000);
     fs::permissions(top, fs::perms::none);
     EXPECT_EQ(measure(top / "file"), Probe::Measurement{});
@@ -252,7 +252,7 @@ TEST_F(TreeWalkTest, LeavesNoTrace) {
     makeFile(top / "a/b/c", 5'000);
     makeFile(top / "a/d", 5'000);
     makeLink(top / "a/link", "b");
-    // Read long ago and changed since: a plain reading would set the access time.
+    // Read long ago and changed since, so that an ordinary read would set the access time.
     for (const char* path : {"a/b/c", "a/d", "a/link", "a/b", "a", ""}) {
         setDates(top / path, daysAgo(1), daysAgo(10));
     }
@@ -277,7 +277,7 @@ TEST_F(TreeWalkTest, OtherFileSystemsAreNotEntered) {
     EXPECT_EQ(measure(top).size, allocated(top / "file"));
     EXPECT_EQ(tracker->counts().files, 1);
     EXPECT_FALSE(probe.blocked);
-    // Nor where one of them is what is measured, unless a link leads there.
+    // Nor is a mount point itself measured, unless a link leads to it.
     EXPECT_EQ(measure(top / "mounted"), Probe::Measurement{});
     EXPECT_EQ(measure(top / "shown again"), Probe::Measurement{});
     EXPECT_EQ(measure(top / "mounted/inner").size, allocated(top / "mounted/inner/file"));

@@ -1,4 +1,4 @@
-// The threads of one walk, while the disk has them wait.
+// The threads of one walk while they wait for the disk.
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
@@ -26,7 +26,7 @@ using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::Pair;
 
-// Walks with visitors that wait as for a disk, so that many threads take part.
+// Walks with visitors that wait as if for a disk, so that many threads take part.
 class WalkingThreads : public TreeWalkTest {
 protected:
     static constexpr int folders = 600;
@@ -87,7 +87,7 @@ TEST_F(WalkingThreads, FindTheSameWithSixteenDescriptors) {
 
 TEST_F(WalkingThreads, AreAllInTheBackgroundWhenTheWalkIs) {
     makeFolders();
-    // What there is to say of each thread: its nice value, and what it is at the disk.
+    // Each thread's nice value and I/O priority.
     std::map<std::pair<int, long>, int> priorities;
     std::thread scan([&] {
         enterBackground();

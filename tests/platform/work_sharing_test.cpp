@@ -12,7 +12,7 @@
 namespace vesk {
 namespace {
 
-// An item of this work brings up two of the next lower height, so that a height of h makes 2^(h+1) - 1 items.
+// Each item adds two of the next lower height, so that an item of height h leads to 2^(h+1) - 1 items.
 using Doubling = WorkSharing<int, std::int64_t*>;
 
 class Sum {

@@ -42,7 +42,7 @@ TEST_F(WorldTest, TheUsersHomeIsRealByWhateverPathButOnlyBelowTheRealRoot) {
     }
 }
 
-// What this user's home is when the environment says it is `value`; null for nothing at all.
+// The world with $HOME set to `value`, or unset if null.
 World worldWithHome(const char* value) {
     // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs
     const char* const before = std::getenv("HOME");
@@ -54,7 +54,7 @@ World worldWithHome(const char* value) {
     return result;
 }
 
-// Seen in the terminal of a sandboxed editor: what Vesk moved would have gone to a Trash of that program's own.
+// Seen in the terminal of a sandboxed editor: items would have gone to that program's own Trash.
 TEST_F(WorldTest, FoldersOfASandboxAreNotTakenForTheUsers) {
     // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs
     const auto folders = [](const std::string& value, const char* host) {

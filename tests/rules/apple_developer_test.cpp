@@ -71,10 +71,10 @@ TEST_F(PhoneFiles, OfADeviceThatIsGoneKeepItsNumber) {
                             folder + "33333333-2B78-4F3C-8E69-71B1D5C09E42: Simulated device 3"));
 }
 
-TEST_F(PhoneFiles, ComeWithTheOtherCardWhenOneIsRefused) {
+TEST_F(PhoneFiles, ComeWithTheOtherCardWhenOneIsDenied) {
     makeFile(xcode() / "iOS DeviceSupport/a");
     makeFile(devices() / "11111111-2B78-4F3C-8E69-71B1D5C09E42/data");
-    const Refused folder(devices());
+    const Denied folder(devices());
     const RuleResult result = run(rules::phoneAndTabletFiles);
     EXPECT_THAT(idsOf(result), ElementsAre("devsupport"));
     EXPECT_TRUE(result.blocked);
@@ -123,13 +123,13 @@ TEST_F(XcodeBuilds, SayWhichFolderMayNotBeListed) {
     makeFile(xcode() / "Archives/2024-03-07/file");
     makeFile(xcode() / "DerivedData/A-b/file");
     {
-        const Refused folder(xcode() / "Archives");
+        const Denied folder(xcode() / "Archives");
         const RuleResult result = run(rules::xcodeBuilds);
         EXPECT_THAT(idsOf(result), ElementsAre("derived"));
         EXPECT_TRUE(result.blocked);
     }
     {
-        const Refused folder(xcode() / "DerivedData");
+        const Denied folder(xcode() / "DerivedData");
         const RuleResult result = run(rules::xcodeBuilds);
         EXPECT_THAT(idsOf(result), ElementsAre("archives"));
         EXPECT_TRUE(result.blocked);

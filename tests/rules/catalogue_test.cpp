@@ -1,4 +1,4 @@
-// The catalogue of rules, and what every rule keeps to, tried on homes made at random.
+// The catalogue of rules, and what all rules must observe, on random homes.
 
 #include "rules/catalogue.h"
 
@@ -25,7 +25,7 @@ TEST(Catalogue, HasItsRulesInOrder) {
                                        "Video editing caches", "Leftover app folders", "Old downloads"));
 }
 
-// Where each card's entries may lie, below the root ("~" is the home).
+// Where each card's entries may be, below the root ("~" is the home).
 const std::map<std::string, std::regex>& places() {
     const std::string name = "[^/]+";
     const std::string level = "(" + name + "/)";
@@ -64,7 +64,7 @@ const std::map<std::string, std::regex>& places() {
     return all;
 }
 
-// Things that random names would seldom bring together.
+// Combinations that random names rarely produce.
 constexpr const char* rare[] = {"code/app/Cargo.toml",
                                 "code/app/target/a",
                                 "app/package.json",

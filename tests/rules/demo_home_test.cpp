@@ -1,4 +1,4 @@
-// The demo's home, on which all rules are tried at once.
+// All rules on the demo's home.
 
 #include "demo_home/demo_home.h"
 
@@ -167,7 +167,7 @@ TEST_F(DemoHome, OffersNoPlaceTwice) {
             EXPECT_TRUE(places.insert(entry.url).second) << entry.url;
         }
     }
-    // Nor one inside another. (Sorted, what lies in a folder comes behind it.)
+    // Nor one inside another. (Sorted, a folder comes before what is in it.)
     for (auto inner = places.begin(); inner != places.end(); ++inner) {
         for (auto outer = places.begin(); outer != inner; ++outer) {
             EXPECT_FALSE(inner->string().starts_with(outer->string() + "/")) << *inner;

@@ -1,4 +1,4 @@
-// The rules that know nothing but a list of places: models, Homebrew, package caches and virtual machines.
+// The rules that consist of a list of places: models, Homebrew, package caches and virtual machines.
 
 #include "rules/rule_test.h"
 #include "rules/rules.h"
@@ -13,7 +13,7 @@ using ::testing::IsEmpty;
 
 class FixedPlaces : public RuleTest {
 protected:
-    // Makes each of the places hold one block, and expects an entry of that name for each, in order.
+    // Makes a file of one block at each place, and expects an entry of that name for each, in order.
     static void expectEach(Rule rule, const char* card,
                            const std::vector<std::pair<const char*, const char*>>& places) {
         std::vector<std::string> expected;
@@ -91,10 +91,10 @@ TEST_F(FixedPlaces, MayBeLinksOrFiles) {
                 ElementsAre(".ollama/models: Ollama models", ".cache/huggingface: Hugging Face models"));
 }
 
-TEST_F(FixedPlaces, ReportWhatMeasuringWasRefused) {
+TEST_F(FixedPlaces, ReportWhatMeasuringWasDenied) {
     makeFile(testHome() / ".npm/open/file");
-    makeFile(testHome() / ".npm/refused/file");
-    const Refused folder(testHome() / ".npm/refused");
+    makeFile(testHome() / ".npm/denied/file");
+    const Denied folder(testHome() / ".npm/denied");
     const RuleResult result = run(rules::developerDownloads);
     EXPECT_EQ(result.cards.at(0).size(), allocated(testHome() / ".npm/open/file"));
     EXPECT_TRUE(result.blocked);

@@ -1,4 +1,4 @@
-// Folders that idle coding projects can make again.
+// Folders that idle coding projects can rebuild.
 
 #include "rules/rule_test.h"
 
@@ -79,7 +79,7 @@ TEST_F(IdleProjects, AreNotSearchedForWhereOtherThingsAreKept) {
 
 TEST_F(IdleProjects, MayBeFoldersOfTheHomeItselfButNotTheHome) {
     makeOld({"app/node_modules/a", "node_modules/b/node_modules/c"});
-    // The folder of that name in the home is a place to search like any other.
+    // A folder of that name directly in the home is searched like any other.
     EXPECT_THAT(nodeLines(), UnorderedElementsAre("app/node_modules: app", "node_modules/b/node_modules: b"));
 }
 
@@ -94,7 +94,7 @@ TEST_F(IdleProjects, AreMatchedByExactNamesAndWhatLiesBeside) {
     makeFolder(testHome() / "code/c/package.json");
     makeLink(testHome() / "code/b/Cargo.toml", testRoot() / "nowhere");
     makeAllOld();
-    // What lies beside may be a folder, but has to be there.
+    // What must lie beside it may be a folder.
     EXPECT_THAT(idsOf(found()), ElementsAre("proj-next"));
 }
 
@@ -109,7 +109,7 @@ TEST_F(IdleProjects, AreNotSearchedForInsideAMatch) {
     const RuleResult result = found();
     EXPECT_THAT(linesOf(result.card("proj-node")), ElementsAre("code/a/node_modules: a"));
     EXPECT_THAT(linesOf(result.card("proj-venv")), ElementsAre("code/a/.venv: a"));
-    // Nor is a match of a project in use.
+    // Nor is a match in an active project.
     makeFile(testHome() / "code/a/new");
     EXPECT_THAT(found().cards, IsEmpty());
 }
@@ -146,7 +146,7 @@ TEST_F(IdleProjects, ComeToRestTwoWeeksAfterTheLastChange) {
         bool offered;
     } cases[] = {{fourteenDays + 1, true}, {fourteenDays, false}, {fourteenDays - 1, false},
                  {13 * 86'400.0, false},   {15 * 86'400.0, true}, {-1000, false}};
-    // Wherever the change is: beside the matched folder, or one folder down; the folders themselves count too.
+    // A change counts beside the matched folder or one level deeper; the folders' own dates count too.
     for (const char* changed :
          {"code/a/file", "code/a/src", "code/a/src/file", "code/a/src/inner", "code/a/.git/HEAD"}) {
         makeOld(
@@ -165,7 +165,7 @@ TEST_F(IdleProjects, AreNotKeptAliveByWhatLiesDeeperOrInTheMatch) {
     }
     const RuleResult result = found();
     EXPECT_THAT(linesOf(result.card("proj-node")), ElementsAre("code/a/node_modules: a"));
-    // The match's own newest use is no use of the project.
+    // A use of the match is not a use of the project.
     EXPECT_NEAR(result.cards.at(0).dormancyDays, 30, 1e-6);
 }
 
@@ -212,7 +212,7 @@ TEST_F(IdleProjects, OfEqualSizeComeInTheOrderOfTheirPaths) {
         expected.push_back(std::string("code/") + project + "/node_modules: " + name);
     }
     makeOld(files);
-    // Which thread finds which is chance.
+    // Which thread finds which is random.
     for (int turn = 0; turn < 5; ++turn) {
         EXPECT_EQ(nodeLines(), expected);
     }
@@ -224,30 +224,30 @@ TEST_F(IdleProjects, WithNamesThatAreNotUtf8AreShown) {
                                                   "code/cafe\xCC\x81/node_modules: cafe\xCC\x81"));
 }
 
-TEST_F(IdleProjects, ReportARefusalInsideAProjectAlone) {
+TEST_F(IdleProjects, ReportADenialInsideAProjectAlone) {
     makeOld({"code/a/node_modules/x", "code/a/src/file", "code/closed/inner/file"});
     {
-        // On the way: passed over without a word.
-        const Refused folder(testHome() / "code/closed");
+        // On the way: skipped without a report.
+        const Denied folder(testHome() / "code/closed");
         const RuleResult result = found();
         EXPECT_THAT(idsOf(result), ElementsAre("proj-node"));
         EXPECT_FALSE(result.blocked);
     }
     {
         // In a project: its dates are not all known.
-        const Refused folder(testHome() / "code/a/src");
+        const Denied folder(testHome() / "code/a/src");
         setDates(testHome() / "code/a/src", daysAgo(30));
         const RuleResult result = found();
         EXPECT_THAT(idsOf(result), ElementsAre("proj-node"));
         EXPECT_TRUE(result.blocked);
     }
     {
-        const Refused folder(testHome() / "code");
+        const Denied folder(testHome() / "code");
         const RuleResult result = found();
         EXPECT_THAT(result.cards, IsEmpty());
         EXPECT_FALSE(result.blocked);
     }
-    const Refused home(testHome());
+    const Denied home(testHome());
     const RuleResult result = found();
     EXPECT_THAT(result.cards, IsEmpty());
     EXPECT_FALSE(result.blocked);

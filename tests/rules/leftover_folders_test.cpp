@@ -1,4 +1,4 @@
-// Support folders of applications that are installed no more.
+// Support folders of applications that are no longer installed.
 
 #include "platform/files/files.h"
 #include "rules/rule_test.h"
@@ -17,7 +17,7 @@ protected:
 
     static std::filesystem::path support() { return testHome() / "Library/Application Support"; }
 
-    // A support folder with one file, changed and used so many seconds ago.
+    // A support folder with one file; ages in seconds.
     static void makeSupport(const std::string& name, double folderAge = 90 * 86'400, double fileAge = 90 * 86'400) {
         makeFile(support() / name / "file");
         setDates(support() / name / "file", secondsAgo(fileAge));
@@ -169,7 +169,7 @@ TEST_F(Leftovers, BelongToApplicationsOfFivePlacesAndOneFolderDeeper) {
         EXPECT_EQ(offers("Gone"), !seen) << application;
         std::filesystem::remove_all(application);
     }
-    // A link or a file by the name of an application still names one; a link to a folder of them is not looked into.
+    // A link or a file with an application's name counts as one; a link to a folder of applications is not searched.
     makeLink(testRoot() / "Applications/Gone.app", testRoot() / "nowhere");
     EXPECT_FALSE(offers("Gone"));
     std::filesystem::remove(testRoot() / "Applications/Gone.app");
@@ -199,12 +199,12 @@ TEST_F(Leftovers, SayWhenTheyMayNotBeListedButNotSoForApplications) {
     makeSupport("Gone");
     makeFolder(testRoot() / "Applications");
     {
-        const Refused folder(testRoot() / "Applications");
+        const Denied folder(testRoot() / "Applications");
         const RuleResult result = run(Scanner::orphanCard);
         EXPECT_EQ(result.cards.size(), 1U);
         EXPECT_FALSE(result.blocked);
     }
-    const Refused folder(support());
+    const Denied folder(support());
     const RuleResult result = run(Scanner::orphanCard);
     EXPECT_THAT(result.cards, IsEmpty());
     EXPECT_TRUE(result.blocked);

@@ -1,4 +1,4 @@
-// What a Linux home's applications leave: caches and crash reports.
+// Caches and crash reports in a Linux home.
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -152,9 +152,9 @@ TEST_F(LinuxCaches, WithAMountInsideStay) {
 
 TEST_F(LinuxCaches, SayWhenAFolderOrAPartOfOneMayNotBeRead) {
     make({".cache/mozilla/inside/file", ".cache/yarn/file", ".config/Notes/Local Storage/1", ".config/Notes/Cache/1"});
-    for (const char* refused : {".cache", ".cache/mozilla/inside", ".config"}) {
-        const Refused folder(testHome() / refused);
-        EXPECT_TRUE(run(rules::appCaches).blocked) << refused;
+    for (const char* denied : {".cache", ".cache/mozilla/inside", ".config"}) {
+        const Denied folder(testHome() / denied);
+        EXPECT_TRUE(run(rules::appCaches).blocked) << denied;
     }
     EXPECT_FALSE(run(rules::appCaches).blocked);
 }
@@ -242,7 +242,7 @@ TEST_F(LinuxCrashReports, AreOlderThanAWeekAndNoFolders) {
     Probe probe(std::make_shared<Tracker>());
     rules::oldCrashReports(probe);
     EXPECT_EQ(probe.judgedBy.at(reports / "before.ini").modified, secondsAgo(604'801));
-    const Refused folder(reports);
+    const Denied folder(reports);
     EXPECT_TRUE(run(rules::oldCrashReports).blocked);
 }
 

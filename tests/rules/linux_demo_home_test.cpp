@@ -1,4 +1,4 @@
-// The demo's Linux home, on which all rules are tried at once.
+// All rules on the demo's Linux home.
 
 #include <set>
 #include <stdexcept>

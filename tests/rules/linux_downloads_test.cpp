@@ -96,7 +96,7 @@ TEST_F(LinuxModels, MayBeLinksOrFilesButASingleModelIsAFolder) {
     makeLink(testHome() / ".cache/huggingface/hub/models--link", testRoot() / "disk/models");
     EXPECT_THAT(linesOf(run(rules::dormantModels)),
                 UnorderedElementsAre(".ollama/models: Ollama models", ".lmstudio/models: LM Studio models"));
-    const Refused folder(testHome() / ".cache/huggingface/hub");
+    const Denied folder(testHome() / ".cache/huggingface/hub");
     EXPECT_TRUE(run(rules::dormantModels).blocked);
 }
 
@@ -136,7 +136,7 @@ TEST_F(LinuxPackages, ThatProjectsLinkIntoStay) {
     makeFolder(testHome() / ".pnpm-store/v10/links/.hidden");
     EXPECT_THAT(packages(), IsEmpty());
     std::filesystem::remove(testHome() / ".pnpm-store/v10/links/.hidden");
-    const Refused folder(testHome() / ".pnpm-store/v10/links");
+    const Denied folder(testHome() / ".pnpm-store/v10/links");
     EXPECT_THAT(packages(), IsEmpty());
 }
 
@@ -146,7 +146,7 @@ TEST_F(LinuxPackages, InsideOneAnotherCountOnce) {
     EXPECT_THAT(packages(), ElementsAre(".npm: npm cache"));
 }
 
-// Seen with PIP_CACHE_DIR=~/.cache: the tool's files lie among everybody's, and the whole of it would go.
+// Seen with PIP_CACHE_DIR=~/.cache: all programs' caches would have been moved.
 TEST_F(LinuxPackages, AreNeverAFolderThatOthersUseToo) {
     make({".cache/http-v2/1", ".cache/yarn/1", ".config/1", ".local/share/1", "Dokumente/letter", "Bilder/1"});
     makeUserFolders("XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\nXDG_PICTURES_DIR=\"$HOME/Bilder/Alle\"\n");

@@ -76,7 +76,7 @@ TEST_F(LinuxLeftovers, AreFlatpaksThatNoInstallationHas) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(LinuxLeftovers, AreNoneWhileAnInstallationIsMissingOrRefuses) {
+TEST_F(LinuxLeftovers, AreNoneWhileAnInstallationIsMissingOrDenied) {
     make({".var/app/org.gone.App/data/a"});
     makeFolder(testRoot() / "var/lib/flatpak/app");
     makeFolder(testRoot() / "media/card/flatpak/app");
@@ -85,9 +85,9 @@ TEST_F(LinuxLeftovers, AreNoneWhileAnInstallationIsMissingOrRefuses) {
     makeFolder(testRoot() / ".flatpak");
     makeAllOld(61);
     EXPECT_EQ(found().size(), 1U);
-    for (const char* refused : {"var/lib/flatpak/app", "media/card", "etc/flatpak/installations.d", ".flatpak"}) {
-        const Refused folder(testRoot() / refused);
-        EXPECT_THAT(found(), IsEmpty()) << refused;
+    for (const char* denied : {"var/lib/flatpak/app", "media/card", "etc/flatpak/installations.d", ".flatpak"}) {
+        const Denied folder(testRoot() / denied);
+        EXPECT_THAT(found(), IsEmpty()) << denied;
     }
     std::filesystem::remove_all(testRoot() / "media/card");
     EXPECT_THAT(found(), IsEmpty());
@@ -110,7 +110,7 @@ TEST_F(LinuxLeftovers, AreSnapsThatAreNotInstalled) {
     makeFile(testRoot() / "var/lib/snapd/snaps/gone.txt");
     makeAllOld(61);
     EXPECT_THAT(found(), UnorderedElementsAre("snap/gone: gone", "snap/gone_two: gone_two"));
-    const Refused folder(testRoot() / "var/lib/snapd/snaps");
+    const Denied folder(testRoot() / "var/lib/snapd/snaps");
     EXPECT_THAT(found(), IsEmpty());
 }
 
@@ -128,7 +128,7 @@ TEST_F(LinuxLeftovers, LayUntouchedForSixtyDays) {
     EXPECT_EQ(probe.judgedBy.at(testHome() / ".var/app/org.a.Before").modified, secondsAgo(sixtyDays + 1));
 }
 
-// Their caches would have been offered twice, and counted twice.
+// Otherwise their caches would be offered and counted twice.
 TEST_F(LinuxLeftovers, TakeTheirCachesAndCrashReportsWithThem) {
     make({".var/app/org.mozilla.firefox/cache/mozilla/a",
           ".var/app/org.mozilla.firefox/.mozilla/firefox/Crash Reports/pending/a.dmp",
@@ -183,7 +183,7 @@ TEST_F(LinuxDownloads, AreNotTheFoldersThatOthersUse) {
     EXPECT_THAT(found(), UnorderedElementsAre("Downloads/plain: plain", "Downloads/new/a: a"));
 }
 
-// Whether they were opened since, nothing tells there.
+// There, nothing shows whether they were opened since.
 TEST_F(LinuxDownloads, AreNotJudgedWhereNoUseIsNoted) {
     if (!enterPrivateMounts()) {
         GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";

@@ -1,4 +1,4 @@
-// What every rule keeps to in a Linux home, tried on homes made at random.
+// What all rules must observe in a Linux home, on random homes.
 
 #include "rules/linux_rule_test.h"
 #include "rules/random_home.h"
@@ -8,7 +8,7 @@ namespace {
 
 using namespace testing;
 
-// Where each card's entries may lie, below the root ("~" is the home).
+// Where each card's entries may be, below the root ("~" is the home).
 std::map<std::string, std::regex> placesOfLinux() {
     const std::string name = "[^/]+";
     const std::string project =

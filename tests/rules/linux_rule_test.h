@@ -1,4 +1,4 @@
-// What tests of rules in a made-up Linux home share.
+// Shared by the tests of rules in a made-up Linux home.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ protected:
 
     static void showMac() { setWorld(World::below(testRoot(), testHome())); }
 
-    /// Sets variables that name folders, as far as Vesk reads them.
+    /// Sets the variables that name folders and that Vesk reads.
     static void setVariables(const std::vector<std::pair<std::string, std::filesystem::path>>& variables) {
         World wanted = linuxWorld();
         wanted.variableFolders = {variables.begin(), variables.end()};

@@ -24,7 +24,7 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 namespace fs = std::filesystem;
 
-// Generous, for machines that do much else; the tools themselves would go on for an hour.
+// Generous, for busy machines; the tools themselves would run for an hour.
 constexpr std::chrono::seconds patience(30);
 
 bool appears(const fs::path& path) {
@@ -45,7 +45,7 @@ pid_t numberIn(const fs::path& path) {
     return number;
 }
 
-// Whether a process is gone, or dead and only not yet taken note of by whoever inherited it.
+// Whether a process is gone, or a zombie that has not been reaped yet.
 bool isDead(pid_t process) {
     std::ifstream status("/proc/" + std::to_string(process) + "/stat");
     std::string text((std::istreambuf_iterator<char>(status)), std::istreambuf_iterator<char>());
@@ -73,16 +73,16 @@ protected:
         return runTool(tool(), {});
     }
 
-    // Has a tool run these commands, which write the number of what hangs into `started` in its folder, and ends Vesk
-    // then: that must end the tool by force, and the number's process with it.
+    // Runs a tool with these commands, which write the number of a hanging process to `started` in its folder, and then
+    // ends Vesk: that must kill the tool and that process.
     static void expectEndedWithTheProgram(const std::string& commands) {
         EXPECT_EXIT(endWhileRunning("cd '" + testRoot().string() + "'; " + commands), ExitedWithCode(0), "");
         EXPECT_TRUE(dies(numberIn(testRoot() / "started")));
     }
 
 private:
-    // Has a tool of this body run, ends everything that runs once `started` is there, and leaves with 0 if that ended
-    // the tool by force. To be run in a process of its own, which can start no tool afterwards.
+    // Runs a tool with this body, ends all tools once `started` exists, and exits with 0 if that killed the tool. For a
+    // process of its own, since it cannot start tools afterwards.
     [[noreturn]] static void endWhileRunning(const std::string& body) {
         writeScript(tool(), body);
         auto ended = std::async(std::launch::async, [] { return runTool(tool(), {}); });
@@ -98,7 +98,7 @@ private:
 };
 
 TEST_F(MisbehavingTool, AFloodOfOutputIsReadToItsEndButNotKept) {
-    // Two gigabytes, in lines of 80 bytes; more than this process may have.
+    // Two gigabytes in lines of 80 bytes: more memory than this process may use.
     struct rlimit before {};
     getrlimit(RLIMIT_AS, &before);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which set aside terabytes themselves
@@ -179,7 +179,7 @@ TEST_F(MisbehavingTool, ThatHangsIsEndedWithTheProgram) {
 }
 
 TEST_F(MisbehavingTool, WhatItStartedIsEndedToo) {
-    // The tool itself is over; what it left behind holds its output open.
+    // The tool itself has ended; what it started keeps its output open.
     expectEndedWithTheProgram(
         "sleep 3600 & echo $! >started.new\n"
         "mv started.new started; kill -KILL $$");

@@ -1,4 +1,4 @@
-// What lies in Downloads untouched.
+// Old items in Downloads.
 
 #include "platform/files/files.h"
 #include "rules/rule_test.h"
@@ -95,7 +95,7 @@ TEST_F(OldDownloads, ThatAreLinksAreJudgedByThemselvesAndMeasuredByWhatTheyLeadT
     setDates(downloads() / "old link to a file", daysAgo(90));
     makeLink(downloads() / "new link", testRoot() / "old folder");
     const RuleResult result = run(rules::oldDownloads);
-    // A link to a file holds nothing that a walk could meet.
+    // A walk does not follow the link, so a link to a file has nothing to measure.
     EXPECT_THAT(linesOf(result), ElementsAre("Downloads/old link: old link"));
     EXPECT_EQ(result.cards.at(0).entries.at(0).size, allocated(testRoot() / "new folder/file"));
     EXPECT_EQ(result.cards.at(0).entries.at(0).lastUsed, daysAgo(3));
@@ -135,12 +135,12 @@ TEST_F(OldDownloads, SayWhenTheyMayNotBeListed) {
     makeFile(downloads() / "file");
     setDates(downloads() / "file", daysAgo(90));
     {
-        const Refused folder(downloads());
+        const Denied folder(downloads());
         const RuleResult result = run(rules::oldDownloads);
         EXPECT_THAT(result.cards, IsEmpty());
         EXPECT_TRUE(result.blocked);
     }
-    // A folder that may be listed but not searched: every look at an item fails, and that is no refused listing.
+    // A folder that may be listed but not searched: every stat call fails, but no listing is denied.
     std::filesystem::permissions(downloads(), std::filesystem::perms::owner_read);
     const RuleResult result = run(rules::oldDownloads);
     std::filesystem::permissions(downloads(), std::filesystem::perms::owner_all);

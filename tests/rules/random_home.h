@@ -1,4 +1,4 @@
-// Homes made at random, and what every rule keeps to in them: nothing outside its places, twice the same, no trace.
+// Random homes, and what all rules must observe in them: nothing outside their places, the same result twice, no trace.
 #pragma once
 
 #include <fcntl.h>
@@ -22,22 +22,22 @@ namespace vesk::testing {
 
 namespace fs = std::filesystem;
 
-/// What random homes are made of.
+/// The parts of random homes.
 struct HomeParts {
-    /// Files of the home, each made in about every other one.
+    /// Files in the home, each made in about every second home.
     std::span<const char* const> rare;
     /// Folders below the root, or with "~" below the home.
     std::span<const char* const> locations;
-    /// Of what is made there.
+    /// Names for what is made there.
     std::span<const char* const> names;
 };
 
-/// Homes of all that rules look for, that they nearly look for, and that they stumble over.
+/// Homes with everything that rules look for, near misses, and obstacles.
 class RandomHome {
 public:
     RandomHome(unsigned seed, const HomeParts& parts) : parts_(parts), random_(seed) {
         const unsigned count = 50 + below(60);
-        // Rare things first, each in about every other home, that random names would seldom bring together.
+        // First the combinations that random names rarely produce.
         for (const char* path : parts_.rare) {
             if (below(2) == 0) {
                 makeSpace(made(testHome() / path));
@@ -50,7 +50,7 @@ public:
         closeSome();
     }
     ~RandomHome() {
-        // Backwards, since one may lie in another.
+        // In reverse, since one may be inside another.
         for (auto folder = closed_.rbegin(); folder != closed_.rend(); ++folder) {
             chmod(folder->c_str(), 0700);
         }
@@ -68,7 +68,7 @@ private:
     fs::path place() {
         fs::path path = oneOf(parts_.locations);
         for (unsigned depth = 1 + below(3); depth > 0; --depth) {
-            // Render files inside render files are offered both, so that a sum over them would count twice.
+            // Render files inside render files are both offered, so that a sum would count them twice.
             const char* name = oneOf(parts_.names);
             const std::string above = path.string();
             const bool rendered =
@@ -83,7 +83,7 @@ private:
                                      : testRoot() / path;
     }
 
-    // The path, with the folders above it, unless something is in the way.
+    // Makes the folders above the path, unless something is in the way, and returns it.
     static fs::path made(fs::path path) {
         std::error_code inTheWay;
         fs::create_directories(path.parent_path(), inTheWay);
@@ -108,7 +108,7 @@ private:
         }
     }
 
-    // Synced, since what is allocated must not change while it is looked at.
+    // Synced, since the allocated size must not change during the test.
     void makeSpace(const fs::path& path) {
         const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (file >= 0) {
@@ -138,7 +138,7 @@ private:
         }
     }
 
-    // Mostly long ago, sometimes on one side or the other of what rules cut off at.
+    // Mostly long ago, sometimes just on one side or the other of a rule's cut-off.
     Date someDate() {
         static constexpr double days[] = {200, 150, 100, 90, 61, 59, 15, 13, 8, 6, 0, -2};
         return daysAgo(days[below(below(8) == 0 ? 12 : 4)]);
@@ -158,7 +158,7 @@ private:
     std::vector<fs::path> closed_;
 };
 
-// One line an item: everything that can be told of it without touching it.
+// One line per item: everything that can be known about it without changing it.
 inline std::vector<std::string> everythingBelow(const fs::path& top, std::int64_t& allocatedBytes) {
     std::vector<std::string> lines;
     std::vector<fs::path> toDo = {top};
@@ -172,7 +172,7 @@ inline std::vector<std::string> everythingBelow(const fs::path& top, std::int64_
         }
         std::string line = path.string() + "|" + std::to_string(found.st_ino) + "|" + std::to_string(found.st_mode) +
                            "|" + std::to_string(found.st_size) + "|" + std::to_string(found.st_blocks);
-        // Whoever follows a link sets the link's own access time: nothing can follow one without.
+        // Following a link always sets the link's own access time.
         const timespec read = S_ISLNK(found.st_mode) ? timespec{} : accessed(found);
         for (const timespec& time : {modified(found), changed(found), read}) {
             line += "|" + std::to_string(time.tv_sec) + "." + std::to_string(time.tv_nsec);
@@ -189,7 +189,7 @@ inline std::vector<std::string> everythingBelow(const fs::path& top, std::int64_
     return lines;
 }
 
-// What a scan found, without the identifiers that every scan makes anew.
+// What a scan found, without identifiers, which are new in every scan.
 inline std::vector<std::string> linesOfScan(std::vector<Card>& cards) {
     std::vector<std::string> lines;
     for (const Spec& spec : Scanner::specs()) {
@@ -219,8 +219,8 @@ inline std::string placeOf(const fs::path& url) {
     return text.starts_with(root) ? text.substr(root.size()) : "outside: " + text;
 }
 
-/// Scans as many random homes and expects of each card's entries that they lie where `places` says, as their paths from
-/// the root with "~" for the home; and that each card of `places` comes up.
+/// Scans random homes and expects that each card's entries are where `places` says, by their paths from the root with
+/// "~" for the home, and that each card in `places` appears.
 inline void expectRulesToKeepToPlaces(const HomeParts& parts, const std::map<std::string, std::regex>& places,
                                       unsigned homes) {
     std::set<std::string> cardsSeen;
@@ -256,7 +256,7 @@ inline void expectRulesToKeepToPlaces(const HomeParts& parts, const std::map<std
             break;
         }
     }
-    // The homes are worth searching: each card but the snapshots, of which there is no tool to tell, comes up.
+    // The homes are good enough: each card has appeared, except the snapshots, for which there is no tool.
     for (const auto& [card, ignored] : places) {
         EXPECT_TRUE(cardsSeen.contains(card)) << card;
     }

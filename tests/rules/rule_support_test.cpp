@@ -1,4 +1,4 @@
-// What rules have in common.
+// Functions shared by the rules.
 
 #include "rules/rule_support.h"
 

@@ -1,4 +1,4 @@
-// What tests of rules share: running one rule in the made-up world, and short forms of what it found.
+// Shared by the tests of rules: running one rule in the made-up world, and short forms of its result.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -23,7 +23,7 @@ struct RuleResult {
     std::vector<Card> cards;
     bool blocked = false;
 
-    /// The card of that identifier; nullptr when the rule returned none.
+    /// The card with this identifier; nullptr if the rule returned none.
     const Card* card(std::string_view id) const {
         for (const Card& candidate : cards) {
             if (candidate.id == id) {
@@ -51,7 +51,7 @@ inline std::vector<std::string> idsOf(const RuleResult& result) {
     return ids;
 }
 
-/// One line an entry, "path from the home folder: name", in the card's order; empty for no card.
+/// One line per entry, "path from the home folder: name", in the card's order; empty without a card.
 inline std::vector<std::string> linesOf(const Card* card) {
     std::vector<std::string> lines;
     if (card != nullptr) {
@@ -70,24 +70,24 @@ inline std::vector<std::string> linesOf(const RuleResult& result) {
     return linesOf(result.cards.empty() ? nullptr : &result.cards.front());
 }
 
-/// A folder that this user may not list, until the end of its life.
-class Refused {
+/// A folder that this user may not list while this object exists.
+class Denied {
 public:
-    explicit Refused(std::filesystem::path folder) : folder_(std::move(folder)) {
+    explicit Denied(std::filesystem::path folder) : folder_(std::move(folder)) {
         std::filesystem::permissions(folder_, std::filesystem::perms::none);
     }
-    ~Refused() {
+    ~Denied() {
         std::error_code ignored;
         std::filesystem::permissions(folder_, std::filesystem::perms::owner_all, ignored);
     }
-    Refused(const Refused&) = delete;
-    Refused& operator=(const Refused&) = delete;
+    Denied(const Denied&) = delete;
+    Denied& operator=(const Denied&) = delete;
 
 private:
     std::filesystem::path folder_;
 };
 
-/// Writes a shell script that can be run.
+/// Writes an executable shell script.
 inline void writeScript(const std::filesystem::path& path, std::string_view body) {
     writeFile(path, "#!/bin/sh\n" + std::string(body));
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);

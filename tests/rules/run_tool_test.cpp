@@ -24,7 +24,7 @@ protected:
         writeScript(path, body);
         return runTool(path, args);
     }
-    // Whether the system tells in files what a process holds.
+    // Whether the system lists a process's descriptors.
     static bool hasProc() { return std::filesystem::exists("/proc/self/fd"); }
 };
 
@@ -77,7 +77,7 @@ TEST_F(RunTool, OutputIsMadeUtf8) {
 }
 
 TEST_F(RunTool, ErrorOutputFindsSomebodyListening) {
-    // Were the pipe closed, this would end by SIGPIPE.
+    // If the pipe were closed, SIGPIPE would end this.
     const ToolResult ended = script("head -c 30000 /dev/zero >&2 && echo written");
     EXPECT_EQ(ended.output, "written\n");
     EXPECT_EQ(ended.status, 0);
@@ -97,7 +97,7 @@ TEST_F(RunTool, RunsWithNoSignalBlockedOrIgnored) {
     sigaddset(&blocked, SIGTERM);
     sigaddset(&blocked, SIGUSR1);
     pthread_sigmask(SIG_BLOCK, &blocked, &maskBefore);
-    // The mask's lowest 31 bits, which leaves out the two signals that the C library keeps for itself.
+    // The mask's lowest 31 bits, without the two signals that the C library uses itself.
     const ToolResult ended =
         script("sed -n 's/^Sig\\(Blk\\|Ign\\):.*\\([0-9a-f]\\{8\\}\\)$/\\1 \\2/p' /proc/self/status");
     pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
@@ -116,7 +116,7 @@ TEST_F(RunTool, LeavesNoDescriptorOpen) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-// A tool that inherits another one's pipe keeps that one's caller waiting for the end of its output.
+// A tool that inherited another tool's pipe would keep that tool's caller waiting for the end of its output.
 TEST_F(RunTool, SharesNoDescriptorBetweenToolsThatRunAtOnce) {
     if (!hasProc()) {
         GTEST_SKIP() << "this system does not say which descriptors are open";

@@ -1,4 +1,4 @@
-// Local Time Machine snapshots, told by a stand-in for the backup tool.
+// Local Time Machine snapshots, listed by a stand-in for the backup tool.
 
 #include <ctime>
 
@@ -92,7 +92,7 @@ TEST_F(Snapshots, AreAsOldAsTheNewestOne) {
         {line(stampOf(daysAgo(-5))), 1.0},
     };
     for (const auto& [output, days] : cases) {
-        // An hour may lie between the two where the clocks were changed meanwhile, not here: it is one instant.
+        // Exact even across a clock change: stamp and date are the same instant.
         EXPECT_NEAR(listed(output).cards.at(0).dormancyDays, days, 1e-9) << output;
     }
 }

@@ -59,16 +59,16 @@ TEST_F(BrowserClones, MeasureTheFolderBehindALinkButNotADanglingOne) {
     EXPECT_EQ(result.cards.at(0).size(), allocated(testRoot() / "elsewhere/file"));
 }
 
-TEST_F(BrowserClones, NeverReportARefusedListing) {
+TEST_F(BrowserClones, NeverReportADeniedListing) {
     makeFile(folders() / "a/b/X/code_sign_clone/file");
     makeFile(folders() / "a/c/X/code_sign_clone/file");
     {
-        const Refused folder(folders() / "a/b");
+        const Denied folder(folders() / "a/b");
         const RuleResult result = run(rules::browserClones);
         EXPECT_THAT(linesOf(result), ElementsAre("private/var/folders/a/c/X/code_sign_clone: Chrome ghost clone"));
         EXPECT_FALSE(result.blocked);
     }
-    const Refused all(folders());
+    const Denied all(folders());
     const RuleResult result = run(rules::browserClones);
     EXPECT_THAT(result.cards, IsEmpty());
     EXPECT_FALSE(result.blocked);
@@ -128,8 +128,8 @@ TEST_F(AppCaches, AreNotMountsWhateverTheyHold) {
     makeFolder(caches() / "disk");
     ASSERT_TRUE(mountTemporaryFileSystem(caches() / "disk"));
     makeFile(caches() / "disk/file");
-    // The home inside itself: a walk that went in would count everything twice, and among mounts that are made
-    // whenever somebody looks, it would never end.
+    // The home inside itself: a walk that entered it would count everything twice. Among automounts, it would never
+    // end.
     ASSERT_TRUE(mountFolderAgain(testHome(), caches() / "net"));
     EXPECT_THAT(linesOf(run(rules::appCaches)), ElementsAre("Library/Caches/app: app"));
     unmount(caches() / "net");
@@ -160,7 +160,7 @@ TEST_F(AppCaches, OfNothingButEmptyItemsAreNoCard) {
 
 TEST_F(AppCaches, SayWhenTheyMayNotBeListed) {
     makeFile(caches() / "one/file");
-    const Refused folder(caches());
+    const Denied folder(caches());
     const RuleResult result = run(rules::appCaches);
     EXPECT_THAT(result.cards, IsEmpty());
     EXPECT_TRUE(result.blocked);
@@ -225,13 +225,13 @@ TEST_F(CrashReports, SayWhenEitherFolderMayNotBeListed) {
     setDates(reports() / "a", daysAgo(10));
     makeFile(reports() / "Retired/b");
     {
-        const Refused folder(reports() / "Retired");
+        const Denied folder(reports() / "Retired");
         const RuleResult result = run(rules::oldCrashReports);
         EXPECT_EQ(linesOf(result).size(), 1U);
         EXPECT_TRUE(result.blocked);
     }
     EXPECT_FALSE(run(rules::oldCrashReports).blocked);
-    const Refused folder(reports());
+    const Denied folder(reports());
     EXPECT_TRUE(run(rules::oldCrashReports).blocked);
 }
 

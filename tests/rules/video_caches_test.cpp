@@ -31,7 +31,7 @@ TEST_F(VideoCaches, OfAllThreeEditorsAreOneCard) {
     makeFile(testHome() / adobe / "Media Cache Files/x");
     makeFile(testHome() / adobe / "Other/x");
     const RuleResult result = run(rules::videoEditingCaches);
-    // All of one size, so in the order they are looked for.
+    // All of the same size, so in the order in which they are found.
     EXPECT_THAT(linesOf(result),
                 ElementsAre(adobe + "Media Cache Files: Premiere media cache",
                             adobe + "Media Cache: Premiere media cache", adobe + "Peak Files: Premiere audio previews",
@@ -85,18 +85,18 @@ TEST_F(VideoCaches, FollowLinksToLibrariesAndEventsButNotInsideEvents) {
                                      "Movies/Trip.fcpbundle/Event/Day/Render Files: Final Cut render files"));
 }
 
-TEST_F(VideoCaches, SayWhenAnyListingIsRefused) {
+TEST_F(VideoCaches, SayWhenAnyListingIsDenied) {
     const std::filesystem::path movies = testHome() / "Movies";
     makeFile(movies / "Trip.fcpbundle/Event/Day/Render Files/x");
     makeFile(testHome() / "Library/Caches/other/x");
-    for (const char* refused : {"Movies", "Movies/Trip.fcpbundle", "Movies/Trip.fcpbundle/Event",
-                                "Movies/Trip.fcpbundle/Event/Day", "Library/Caches"}) {
-        const Refused folder(testHome() / refused);
-        EXPECT_TRUE(run(rules::videoEditingCaches).blocked) << refused;
+    for (const char* denied : {"Movies", "Movies/Trip.fcpbundle", "Movies/Trip.fcpbundle/Event",
+                               "Movies/Trip.fcpbundle/Event/Day", "Library/Caches"}) {
+        const Denied folder(testHome() / denied);
+        EXPECT_TRUE(run(rules::videoEditingCaches).blocked) << denied;
     }
     EXPECT_FALSE(run(rules::videoEditingCaches).blocked);
-    // A refused folder that is none of its business.
-    const Refused folder(testHome() / "Library/Caches/other");
+    // A denied folder that does not concern this rule.
+    const Denied folder(testHome() / "Library/Caches/other");
     EXPECT_FALSE(run(rules::videoEditingCaches).blocked);
 }
 

@@ -1,4 +1,4 @@
-// The page that tells users where Vesk looks, held against the rules themselves.
+// Compares the page that tells users where Vesk looks with the rules themselves.
 
 #include <gmock/gmock.h>
 
@@ -69,12 +69,12 @@ std::set<std::string> placesOfLinux() {
     return places;
 }
 
-// The paths that stand in the rules' sources: texts with a slash in them.
+// The paths in the rules' sources: string literals with a slash.
 std::set<std::string> pathsInSources() {
     const std::string code = std::regex_replace(rulesCode, std::regex("(#include|//)[^\n]*"), "");
     std::set<std::string> paths = matchesIn(code, "\"([^\"\n]*)\"");
     std::erase_if(paths, [](const std::string& literal) { return literal.find('/') == std::string::npos; });
-    // Parts of paths, where desktop files lie, and what stands for XDG folders that no variable names.
+    // Not places: parts of paths, folders of desktop files, and the defaults of XDG variables.
     for (const char* other :
          {"/", "../", ".var/app", "~/", "lib/node_modules", ".local/share", ".local/share/flatpak",
           "flatpak/exports/share/applications", "/usr/share/applications", "/usr/local/share/applications",
@@ -98,7 +98,7 @@ TEST(WhereVeskLooks, NamesEveryPlaceOfTheRules) {
 TEST(WhereVeskLooks, NamesNoOtherPlace) {
     std::set<std::string> known = placesOfLinux();
     known.merge(pathsInSources());
-    // What the page explains, and exceptions from places.
+    // Explanations on the page, and exceptions from places.
     for (const char* other :
          {"~/.cache", "~/.config", "~/.local/share", "~/.lmstudio-home-pointer", "v*/links/*", "links/*"}) {
         known.insert(other);

@@ -1,4 +1,4 @@
-// What tests of a Store's cleans share.
+// Shared by the tests of a Store's cleans.
 #pragma once
 
 #include <string>

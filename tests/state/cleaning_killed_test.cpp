@@ -1,5 +1,5 @@
-// A program that is killed at any system call of a clean or of an undo: no file is lost, the history is the old one or
-// the new one, and the next start goes on where this one stopped.
+// A program is killed at any system call of a clean or an undo: no file is lost, the history is the old one or the new
+// one, and the next start continues where this one stopped.
 
 #include <gmock/gmock.h>
 
@@ -28,9 +28,7 @@ class Program {
 public:
     Program() {
         Store::Sources sources;
-        sources.lookAtUse = [] {
-            return OpenFiles(std::vector<UsedFile>());
-        };  // no calls but those of the clean itself
+        sources.lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };  // only the clean's own calls
         sources.catalogue = [] {
             return std::vector<Spec>{{"junk", [](Probe& probe) {
                                           const auto items = itemsOf(junk());
@@ -39,7 +37,7 @@ public:
                                                      : std::vector<Card>{cardOf(probe, "junk", "Junk", items)};
                                       }}};
         };
-        // A look at all processes is thousands of calls, none of which changes anything.
+        // Checking all processes would take thousands of calls, none of which changes anything.
         sources.lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };
         store_ = std::make_unique<Store>(std::move(sources));
     }
@@ -72,14 +70,14 @@ protected:
     const fs::path info = homeTrash() / "info";
     const std::vector<std::string> names = {"a", "b", "link"};
 
-    // The items as they are at the start, each under the path that it belongs to.
+    // The items as they are at the start, by their original path.
     std::map<fs::path, std::map<std::string, std::string>> made;
 
     void makeItems() {
         writeFile(junk() / "a", "content of a");
         writeFile(junk() / "b/inner/file", "content of b");
         makeLink(junk() / "link", "b/inner/file");
-        // A like-named item of an earlier day must stay in the Trash as it is.
+        // An older item with the same name must stay in the Trash unchanged.
         writeFile(files / "a", "older");
         writeFile(info / "a.trashinfo", trashInfoText((testHome() / "older/a").string(), now()));
         for (const std::string& name : names) {
@@ -87,7 +85,7 @@ protected:
         }
     }
 
-    // The items in the Trash whose record tells the given origin.
+    // The items in the Trash whose record has this origin.
     std::vector<fs::path> trashedFrom(const fs::path& origin) const {
         std::vector<fs::path> found;
         for (const std::string& record : namesIn(info)) {
@@ -99,7 +97,7 @@ protected:
         return found;
     }
 
-    // Every item is once, whole, at its place or in the Trash with a record of where it belongs.
+    // Every item exists once and whole, at its place or in the Trash with a record of its origin.
     void expectNothingLost(int call) const {
         for (const auto& [origin, before] : made) {
             const std::vector<fs::path> trashed = trashedFrom(origin);
@@ -126,7 +124,7 @@ protected:
         makeFolder(testHome());
         makeItems();
     }
-    // Tries every call up to the run that is not killed any more, or every `stride`-th one.
+    // Tries every call, or every `stride`-th one, until a run is no longer killed.
     template <typename Attempt>
     static void atEveryCall(const char* what, Attempt attempt) {
         int call = 1;
@@ -191,7 +189,7 @@ TEST_F(CleaningKilledTest, AnUndoKilledAnywhereIsFinishedByTheNext) {
             return program.undo(0);
         });
         EXPECT_TRUE(run.killed || run.succeeded);
-        // A record that outlived its item is the most that may be left; the item itself is there once.
+        // At most a record without its item may be left; the item itself exists once.
         for (const auto& [origin, before] : made) {
             const std::vector<fs::path> trashed = trashedFrom(origin);
             EXPECT_EQ(trashed.size() + (isThere(origin) ? 1U : 0U), 1U) << origin << " at call " << call;

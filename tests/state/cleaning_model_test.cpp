@@ -1,4 +1,4 @@
-// Random cleans and undos over random trees, held against a simple model of what must be where.
+// Random cleans and undos of random trees, compared with a simple model of what must be where.
 // VESK_MODEL_STEPS sets another number of steps.
 
 #include <gmock/gmock.h>
@@ -23,7 +23,7 @@ protected:
     std::mt19937 random{20260704};  // NOLINT(cert-msc51-cpp): the same steps at each run
     const fs::path home = testHome();
 
-    // The model: each item that exists, by its place now. An undo or a clean only ever moves one from key to key.
+    // The model: each item by its current place. A clean or an undo only moves items from key to key.
     std::map<fs::path, Portrait> places;
     std::vector<std::vector<TrashedItem>> cleans;
     // Which of the cleans has put an item into the Trash, by its place there.
@@ -79,7 +79,7 @@ protected:
         for (const SeenItem& item : workList) {
             const auto found = places.find(item.path);
             if (found == places.end()) {
-                continue;  // must have been a failure: the moves would not come out even
+                continue;  // must have been a failure: otherwise the number of moves would not match
             }
             ASSERT_NE(move, result.moves.end());
             ASSERT_EQ(move->original, item.path);
@@ -90,7 +90,7 @@ protected:
             ++move;
         }
         ASSERT_EQ(move, result.moves.end());
-        // Every other one without its receipt, by the Trash's records alone.
+        // Every second one without its receipt, by the Trash's records only.
         cleans.push_back(
             trashedItems(result.moves, now(), cleans.size() % 2 == 0 ? result.receipt : Receipt(result.moves.size())));
     }
@@ -126,13 +126,13 @@ protected:
     }
 
     void loseFolder() {
-        // With it goes the identity that a later scan sees.
+        // This also changes the identity that a later scan sees.
         const fs::path folder = home / ("folder" + std::to_string(below(4)));
         fs::remove_all(folder);
         std::erase_if(places, [&](const auto& item) { return item.first.parent_path() == folder; });
     }
 
-    // All that exists, and no more, is where the model says, as it was; every item in the Trash has its record.
+    // Everything is where the model says, unchanged, and nothing else exists; every item in the Trash has its record.
     void expectModel() {
         std::size_t found = 0;
         for (const auto& [place, before] : places) {
@@ -156,7 +156,8 @@ TEST_F(CleaningModelTest, RandomCleansAndUndosKeepEverythingAccountedFor) {
     const int steps = wanted != nullptr ? std::stoi(wanted) : 3'000;
     for (int step = 0; step < steps && !HasFailure(); ++step) {
         SCOPED_TRACE(step);
-        // Without a receipt, the second of its deletion tells an item from one that was cleaned from there earlier.
+        // Without a receipt, only the second of its deletion distinguishes an item from an earlier one at the same
+        // place.
         stopClock(dateFromUnix(1'790'000'000 + 2 * step, 0));
         const std::size_t kind = below(100);
         if (kind < 45) {

@@ -1,5 +1,4 @@
-// Quitting while a clean runs: the step under way is finished, the run is recorded, and nobody waits for a hanging
-// tool.
+// Quitting during a clean: the current step is finished, the run is recorded, and a hanging tool is not waited for.
 
 #include <gtest/gtest.h>
 
@@ -31,7 +30,7 @@ TEST_F(CleaningTest, QuittingEndsAPreviewAtOnceAndRecordsIt) {
 }
 
 TEST_F(CleaningTest, QuittingFinishesTheStepUnderWayAndRecordsTheRun) {
-    // The tool holds the clean up at its first snapshot; the second must not be tried any more.
+    // The tool hangs at the first snapshot; the second must not be tried.
     writeFile(junk() / "a", "a");
     std::atomic<int> calls = 0;
     sources_.runTool = [&](const std::string&, const std::vector<std::string>&) {
@@ -54,7 +53,7 @@ TEST_F(CleaningTest, QuittingFinishesTheStepUnderWayAndRecordsTheRun) {
 
 TEST_F(CleaningTest, QuittingDoesNotWaitForAToolThatHangs) {
     writeFile(junk() / "a", "a");
-    // Outlives the test where the tool does.
+    // Shared, since the tool may outlive the test.
     struct Hanging {
         std::mutex lock;
         std::condition_variable released;

@@ -160,7 +160,7 @@ TEST_F(CleaningTest, ACardOfSnapshotsAloneMovesNothing) {
 }
 
 TEST_F(CleaningTest, TheRealToolIsRunWhereNoOtherIsGiven) {
-    // The backup tool of this world leaves its arguments behind.
+    // This world's backup tool writes down its arguments.
     const fs::path tool = testRoot() / "usr/bin/tmutil";
     writeFile(tool, "#!/bin/sh\necho \"$@\" >> " + (testHome() / "calls").string() + "\ntest \"$2\" != bad\n");
     fs::permissions(tool, fs::perms::owner_all);
@@ -346,7 +346,7 @@ TEST_F(CleaningTest, AFolderSwappedAfterTheScanIsLeftAlone) {
     EXPECT_EQ(store.celebration()->failures, 1);
     EXPECT_EQ(contentOf(testHome() / "Documents/a"), "precious");
     EXPECT_EQ(contentOf(testHome() / "aside/inner/a"), "junk");
-    // The scan that followed has seen the new folder, which is as good as any.
+    // The scan after that has seen the new folder, so now it may be cleaned.
     clean();
     EXPECT_EQ(store.celebration()->failures, 0);
 }

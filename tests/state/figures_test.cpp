@@ -1,4 +1,4 @@
-// Where a figure is not what a clean makes free: it is a sum over entries, each measured by itself.
+// Where a figure differs from the space that a clean frees: it is a sum of entries, each measured separately.
 
 #include <gmock/gmock.h>
 

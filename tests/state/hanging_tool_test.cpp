@@ -1,4 +1,4 @@
-// A store whose rules or cleaning hang: what others find is not held up, and the store can always be ended.
+// A store with a hanging rule or clean: other rules are not delayed, and the store can always be ended.
 
 #include <gmock/gmock.h>
 
@@ -25,7 +25,7 @@ using testing::testRoot;
 using testing::waitFor;
 namespace fs = std::filesystem;
 
-// What an ending store may take. Vesk's limit is two seconds in all; a machine that does much else gets more.
+// How long a store may take to end. Vesk's limit is two seconds in all; a busy machine may need more.
 constexpr qint64 endLimit = 5000;
 
 class HangingTool : public testing::StoreHome {
@@ -41,7 +41,7 @@ protected:
         EXPECT_TRUE(waitFor([] { return runningWork() == 0; }));
     }
 
-    // A backup tool that tells of one snapshot and hangs in `hangingCommand` until released.
+    // A backup tool that lists one snapshot and hangs in `hangingCommand` until released.
     void makeTool(const std::string& hangingCommand) {
         const fs::path tool = testRoot() / "usr/bin/tmutil";
         fs::create_directories(tool.parent_path());
@@ -88,7 +88,7 @@ TEST_F(HangingTool, HoldsUpNoOtherRuleOfAScan) {
                       }});
     Store& store = makeStore();
     store.scan();
-    // Two of three rules are through, and what they found is told, while the tool still hangs.
+    // Two of three rules have finished and their figures are published while the tool still hangs.
     ASSERT_TRUE(waitFor([&] { return store.progress() > 0.6 && store.filesSeen() == 3; }));
     EXPECT_TRUE(store.busy());
     EXPECT_TRUE(hangs());
@@ -141,7 +141,7 @@ TEST_F(HangingTool, SnapshotsDeletedBeforeItHungAreOnRecord) {
     EXPECT_EQ(storedHistory()[0].moves.size(), 2U);
 }
 
-// A move cannot be made to hang here; what the log holds at that moment is what the store would record.
+// A test cannot make a move hang; this checks the log at that moment, which is what the store would record.
 TEST_F(HangingTool, EveryMoveBeforeOneThatHangsIsKnown) {
     CleaningLog log;
     std::vector<std::size_t> known;

@@ -1,4 +1,4 @@
-// The stored form of the history: what is written, and how strictly it is read.
+// The stored form of the history: how it is written, and how strictly it is read.
 
 #include "state/history_codec.h"
 
@@ -27,14 +27,14 @@ std::string sample() {
     return encodeHistory({sampleEntry()});
 }
 
-// The sample with one thing changed.
+// The sample with one change.
 std::string with(const std::function<void(json&)>& change) {
     json list = json::parse(sample());
     change(list);
     return list.dump();
 }
 
-// The sample with other text for its first title, or with one value more, as they would stand in a file.
+// The sample with another first title, or with an additional value, as JSON text.
 std::string withTitle(const std::string& text) {
     std::string changed = sample();
     const std::string title = "App caches";
@@ -241,7 +241,7 @@ TEST(HistoryCodecTest, ANameThatIsNotUtf8IsWrittenWithReplacements) {
 }
 
 TEST(HistoryCodecTest, NothingMakesItFail) {
-    // A changed text is read or refused; what is read can be written and read again.
+    // A changed text is read or rejected; what is read can be written and read again.
     std::mt19937 random(20260101);  // NOLINT(cert-msc51-cpp): the same texts at each run
     const std::string text = encodeHistory({sampleEntry(), HistoryEntry(), sampleEntry()});
     int readable = 0;

@@ -1,4 +1,5 @@
-// The stored history beside the one in memory: what another program, an older day or a disk that fails has left there.
+// The stored history compared with the one in memory: stored by another program, by an older version, or on a failing
+// disk.
 
 #include <gmock/gmock.h>
 
@@ -132,7 +133,7 @@ TEST_F(HistoryStoredTest, AFirstSaveThatSaidItFailedAddsNoRunTwice) {
     makeStore();
     setWritable(false);
     cleanWith(store_, "a");
-    // The save was made all the same, as a network disk may.
+    // The save took effect nevertheless, as it may on a network disk.
     setWritable(true);
     store(encodeHistory(store_->history()));
     cleanWith(store_, "b");

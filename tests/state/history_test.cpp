@@ -25,7 +25,7 @@ protected:
         entry.titles = {"Run " + std::to_string(number)};
         return entry;
     }
-    // As many runs as said, the newest with the highest number.
+    // This many runs, the newest with the highest number.
     static std::vector<HistoryEntry> runs(std::int64_t count) {
         std::vector<HistoryEntry> entries;
         for (std::int64_t number = count; number > 0; --number) {

@@ -1,5 +1,5 @@
-// Homes that nobody would make on purpose: odd names, odd things where files are expected, others at work in them. The
-// whole catalogue scans them, and a clean and an undo go through.
+// Unlikely homes: odd names, odd things where files are expected, other programs at work. All rules scan them, and a
+// clean and an undo succeed.
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -66,7 +66,7 @@ protected:
         return names;
     }
 
-    // The places that the records of the Trash tell.
+    // The places in the Trash's records.
     static std::vector<std::string> placesOnRecord() {
         std::vector<std::string> places;
         for (const std::string& record : namesIn(homeTrash() / "info")) {
@@ -75,7 +75,8 @@ protected:
         return places;
     }
 
-    // Makes these items, cleans those that can be, has a new start undo it, and expects everything as it was.
+    // Makes these items, cleans those that can be cleaned, undoes that after a new start, and expects everything
+    // unchanged.
     void expectCleanAndUndo(const std::vector<std::string>& names) {
         std::map<fs::path, std::map<std::string, std::string>> before;
         std::vector<std::string> movable;
@@ -160,7 +161,7 @@ TEST_F(HostileHomeTest, FilesMayGrowVanishAndBeReplacedWhileTheyAreMeasured) {
 
 // ---- Odd things where a file is expected ----------------------------------------------------------------------------
 
-// Whoever opened one of them would wait for a writer, or read for ever.
+// Opening one of them would wait for a writer, or reading it would never end.
 TEST_F(HostileHomeTest, APipeIsNeitherReadNorOffered) {
     const fs::path home = testHome();
     const std::vector<fs::path> pipes = {caches() / "pipe",

@@ -1,4 +1,4 @@
-// A clean leaves what programs have in use.
+// A clean does not move what programs have in use.
 
 #include <gmock/gmock.h>
 
@@ -21,7 +21,7 @@ class InUseTest : public TemporaryHome {
 protected:
     InUseTest() {
         tools_.moveToTrash = moveToTrash;
-        tools_.putBack = [](const TrashedItem& item) { return restoreItem(item); };
+        tools_.restore = [](const TrashedItem& item) { return restoreItem(item); };
         tools_.settle = [this](const std::vector<std::filesystem::path>& trashed) { settled_ = trashed; };
         tools_.lookAtUse = [this] {
             ++looks_;
@@ -69,7 +69,7 @@ TEST_F(InUseTest, WhatAProgramHasOpenIsNotMovedAndCounts) {
     EXPECT_FALSE(std::filesystem::exists(junk() / "a"));
 }
 
-// Seen without the second look: the program's file lay in the Trash, and the program went on writing into it.
+// Seen without the second check: the program went on writing to its file in the Trash.
 TEST_F(InUseTest, WhatIsOpenedWhileItMovesGoesBackAndCounts) {
     tools_.moveToTrash = [this](const SeenItem& item) {
         const TrashOutcome outcome = moveToTrash(item);

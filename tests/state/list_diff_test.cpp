@@ -1,4 +1,4 @@
-// What a list that views show becomes when it is replaced, and what the views are told of it.
+// Replacing a list that views show, and the notifications that the views receive.
 
 #include "state/list_diff.h"
 
@@ -20,7 +20,7 @@ std::vector<std::string> titlesOf(const std::vector<Card>& cards) {
     return titles;
 }
 
-// The rows as a view knows them from what it was told. A row is read again when it was inserted or has changed.
+// The rows as a view knows them from notifications. It reads a row again when it was inserted or changed.
 class View {
 public:
     explicit View(const CardList& list) : list_(list) {

@@ -1,4 +1,4 @@
-// Items that were offered for their age and are used between the scan and the clean.
+// Items that were offered for their age but used between the scan and the clean.
 
 #include <gmock/gmock.h>
 
@@ -38,7 +38,7 @@ protected:
         }
     }
 
-    // The items that a clean now takes, by name.
+    // The names of the items that a clean moves now.
     std::vector<std::string> cleaned() {
         clean();
         std::vector<std::string> names;
@@ -119,7 +119,7 @@ TEST_F(NewerItemsTest, AFolderOfAProjectBuiltAgainSinceTheScanStays) {
     for (const char* project : {"built", "idle"}) {
         makeOld({testHome() / "code" / project / "node_modules/a", testHome() / "code" / project / "package.json"});
     }
-    // What the folder itself tells does not count for the rule, and so need not be old.
+    // The rule ignores the folder's own date, so that need not be old.
     setDates(testHome() / "code/idle/node_modules", daysAgo(1));
     scanWith(Scanner::projectCards);
     ASSERT_EQ(store_->cards().at(0).entries.size(), 2U);

@@ -1,5 +1,5 @@
-// A system that allows no more threads: a scan goes on when it does again, a clean and an undo leave everything as it
-// was and say so.
+// A system that allows no more threads: a scan continues when it does again; a clean and an undo change nothing and say
+// so.
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>

@@ -1,4 +1,4 @@
-// The changes that a Store tells: their order, and what whoever hears of them may do.
+// A Store's signals: their order, and what their handlers may do.
 
 #include <gmock/gmock.h>
 
@@ -22,8 +22,8 @@ protected:
         sources_.volume = [] { return VolumeFigures{1000, 400}; };
     }
 
-    // Notes all changes from now on, each with what it is now. The figures that are polled while rules run come as
-    // often as the machine needs time: of those in a row, one pair is noted.
+    // Records all changes from now on, each with its new value. How often the polled figures arrive depends on the
+    // machine's speed: of consecutive ones, one pair is recorded.
     void record() {
         Store& store = *store_;
         const auto note = [this](const std::string& what) {
@@ -192,7 +192,7 @@ const std::map<std::string, Signal> notifications = {
     {"busy", &Store::busyChanged},
 };
 
-// Does each action inside the nth telling of each notification of each operation.
+// Performs each action in the nth call of a handler for each signal of each operation.
 class HandlersTest : public NotificationsTest, public ::testing::WithParamInterface<const char*> {
 protected:
     HandlersTest() { offerItemsOf(junk()); }
@@ -236,7 +236,7 @@ protected:
         }
     }
 
-    // Each file is once, at its place or in the Trash on record, and the history can be read.
+    // Each file exists once, at its place or in the Trash with a record, and the history can be read.
     void expectNothingLost(const std::string& when) const {
         for (const std::string name : {"a", "b", "c", "d"}) {
             const bool isInTrash = isThere(trashFiles() / name);

@@ -1,7 +1,6 @@
-// Other programs put into the Trash, take out of it and empty it while Vesk cleans and undoes: trash-cli's and gio, at
-// random moments, with equal names on purpose. Afterwards every file is at its place, or in the Trash under a record
-// that tells its place, with its own bytes; none is gone but those that were emptied away. VESK_RACE_ROUNDS says how
-// often it is tried, VESK_RACE_SEED draws other moments.
+// Other programs (trash-cli and gio) trash, restore and empty while Vesk cleans and undoes, at random moments and with
+// equal names on purpose. Afterwards every file is at its place, or in the Trash with a record of its place, and has
+// its own bytes; only emptied files are gone. VESK_RACE_ROUNDS sets the number of rounds, VESK_RACE_SEED the seed.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -37,7 +36,7 @@ struct Precious {
     fs::path place;
     fs::path item;
     std::string content;
-    // Keeps the inode number from being used again, and tells how many names the file has.
+    // Keeps the inode number from being reused, and shows how many names the file has.
     Descriptor file;
 
     struct stat look() const {
@@ -56,8 +55,8 @@ protected:
     std::vector<Precious> files;
     std::map<std::string, long> count;
 
-    // On a file system of its own: a program that cannot use the home Trash takes the one at the top of the volume,
-    // which must lie in the made-up world too.
+    // On a file system of its own: a program that cannot use the home Trash uses the volume's, which must be in the
+    // made-up world too.
     void SetUp() override {
         if (!enterPrivateMounts()) {
             GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";
@@ -109,7 +108,7 @@ protected:
         }
     }
 
-    // What one of the other programs is told to do.
+    // A random command for one of the other programs.
     std::string randomCommand() {
         const std::string item = "'" + files[below(files.size())].item.string() + "'";
         switch (below(7)) {
@@ -145,7 +144,7 @@ protected:
         while (running > 0 && !HasFailure()) {
             clean();
             if (store_->history().empty()) {
-                continue;  // nothing was there to be cleaned
+                continue;  // there was nothing to clean
             }
             ++count["cleans"];
             count["moved"] += static_cast<long>(store_->history()[0].moves.size());
@@ -173,7 +172,7 @@ protected:
         return found;
     }
 
-    // The place that the record tells of the item in a Trash that a path leads into: the home's, or the volume's.
+    // The recorded place of the item at a path in a Trash, the home's or the volume's.
     static fs::path recordedPlace(const fs::path& path) {
         for (const fs::path& trash : {homeTrash(), testRoot() / (".Trash-" + std::to_string(getuid()))}) {
             const fs::path inTrash = path.lexically_relative(trash / "files");

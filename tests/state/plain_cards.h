@@ -1,4 +1,4 @@
-// Cards and rules made by hand, for tests of a Store that need no files.
+// Cards and rules for tests of a Store that need no files.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace vesk::testing {
 
-/// A card without entries whose priority its size alone decides.
+/// A card without entries, whose priority depends only on its size.
 inline Card plainCard(std::string id) {
     Card card;
     card.id = std::move(id);
@@ -22,7 +22,7 @@ inline Card plainCard(std::string id) {
     return card;
 }
 
-/// A rule that comes back with these cards at once.
+/// A rule that returns these cards at once.
 inline Spec ruleOf(std::string label, std::vector<Card> cards, bool blocked = false) {
     return {std::move(label), [cards = std::move(cards), blocked](Probe& probe) {
                 probe.blocked = blocked;

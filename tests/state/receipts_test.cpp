@@ -1,4 +1,4 @@
-// What Vesk notes of each run's items beside the history, and what an undo makes of it.
+// Receipts: what Vesk records about each run's items beside the history, and how an undo uses it.
 
 #include "state/receipts.h"
 
@@ -82,7 +82,7 @@ protected:
         return *store_;
     }
     fs::path newest() const { return receipts / store_->history().at(0).id.text(); }
-    // In another item's stead, with the record of the item that was there.
+    // Replaces the item by another one, under the same record.
     static void replace(const std::string& name) {
         fs::rename(trashFiles() / name, testHome() / "aside");
         writeFile(trashFiles() / name, "another item");
@@ -138,7 +138,7 @@ TEST_F(ReceiptsTest, OneThatCannotBeReadStopsNoUndo) {
     expectBack("a");
 }
 
-// A home that was copied to another disk: everything in it is another file now.
+// A home was copied to another disk, so everything in it is another file now.
 TEST_F(ReceiptsTest, OneThatCameFromAnotherDiskSaysNothing) {
     cleanedStore({"a"});
     for (const fs::path& folder : {testHome() / ".config", testHome() / ".local"}) {

@@ -1,4 +1,4 @@
-// How the items of a run stand: what the row of a run in the history tells.
+// Where the items of a run are, as its row in the history says.
 
 #include "state/run_report.h"
 

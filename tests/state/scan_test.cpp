@@ -191,7 +191,7 @@ TEST_F(ScanTest, EachRuleHasItsOwnProbeOnTheSharedTracker) {
     std::latch together(2);
     const auto measuring = [&](const char* name) {
         return [&, name](Probe& probe) {
-            together.arrive_and_wait();  // both run at once, or this never ends
+            together.arrive_and_wait();  // never ends unless both run at the same time
             probe.measure(testHome() / name);
             const std::lock_guard guard(lock);
             probes.insert(&probe);
@@ -256,7 +256,7 @@ TEST_F(ScanTest, FiguresArePublishedAtMostTenTimesASecond) {
     time.start();
     store->scan();
     waitFor([] { return false; }, std::chrono::milliseconds(1'000));
-    // Two come at the start, before the first tenth of a second is over.
+    // Two are published in the first tenth of a second.
     EXPECT_LE(published.count(), time.elapsed() / 100 + 2);
     EXPECT_GE(published.count(), 3);
     goOn.release();

@@ -1,5 +1,4 @@
-// A Store over the made-up world of a test: rules that a test gives, an event loop to wait in, a backup tool that does
-// as it is told.
+// A Store in a test's made-up world, with the test's rules, an event loop, and a stand-in for the backup tool.
 #pragma once
 
 #include <QCoreApplication>
@@ -21,7 +20,7 @@
 
 namespace vesk::testing {
 
-/// A card that offers these items, measured whole, as its rule would after a look at the disk.
+/// A card with these items, measured as by a rule.
 inline Card cardOf(Probe& probe, std::string id, std::string title, const std::vector<std::filesystem::path>& items) {
     Card card = plainCard(std::move(id));
     card.title = std::move(title);
@@ -61,7 +60,7 @@ protected:
         };
     }
 
-    /// Adds a rule that offers, as one ticked card, whatever lies in this folder at the time of a scan.
+    /// Adds a rule that offers whatever is in this folder at the time of a scan, as one ticked card.
     void offerItemsOf(const std::filesystem::path& folder, const std::string& id = "junk") {
         rules_.push_back({id, [folder, id](Probe& probe) {
                               const auto items = itemsOf(folder);
@@ -73,7 +72,7 @@ protected:
     /// Adds a rule that offers exactly these cards.
     void offer(std::function<std::vector<Card>(Probe&)> run) { rules_.push_back({"cards", std::move(run)}); }
 
-    /// Makes the store and waits for its first scan.
+    /// Creates the store and waits for its first scan.
     Store& scannedStore() {
         makeStore();
         scan();
@@ -87,7 +86,7 @@ protected:
         store_->scan();
         ASSERT_TRUE(waitFor([this] { return !store_->busy(); }));
     }
-    /// Starts a clean and waits for it and for the scan that follows.
+    /// Starts a clean and waits for it and for the scan after it.
     void clean() {
         store_->performClean();
         ASSERT_TRUE(waitFor([this] { return !store_->busy(); }));

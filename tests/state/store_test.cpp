@@ -217,7 +217,7 @@ TEST_F(StoreTest, PreviewOnlyIsWrittenEvenWhenUnchanged) {
 
 TEST_F(StoreTest, PersonalBytesAreTakenOffOneAfterAnother) {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-    // The sum of the two buckets would not fit, and nobody needs it.
+    // The sum of the two buckets would overflow, but is never needed.
     const auto store =
         scannedStore({cardOf("safe", Bucket::safe, most, false), cardOf("smart", Bucket::smart, 1, false)}, {most, 0});
     EXPECT_EQ(store->personalBytes(), 0);

@@ -1,5 +1,5 @@
-// Somebody swaps folders for links while Vesk cleans. What the links lead to is never touched, and nothing of what Vesk
-// moves is lost. VESK_RACE_ROUNDS says how often it is tried.
+// Somebody swaps folders for links while Vesk cleans. The links' targets are never touched, and nothing that Vesk moves
+// is lost. VESK_RACE_ROUNDS sets the number of rounds.
 
 #include <gmock/gmock.h>
 
@@ -29,7 +29,7 @@ protected:
 
     SwappedFoldersTest() { offerItemsOf(junk); }
 
-    // Of the same names as the junk, at a place where Vesk may not go and at one in its reach.
+    // Have the same names as the junk: one at a place out of Vesk's reach, one within it.
     static std::vector<fs::path> canaries() { return {testRoot() / "Elsewhere", testHome() / "Documents"}; }
 
     void makeTrees() const {
@@ -46,7 +46,7 @@ protected:
         }
     }
 
-    // Swaps the thing at `place` for a link to `target` and back, until told to stop; at the end all is as before.
+    // Swaps the item at `place` for a link to `target` and back until `stop`; at the end everything is as before.
     static void swapUntil(const std::atomic<bool>& stop, const fs::path& place, const fs::path& target) {
         const fs::path aside = place.string() + ".aside";
         const fs::path link = place.string() + ".link";
@@ -75,7 +75,7 @@ protected:
         return static_cast<std::int64_t>(store_->history()[0].moves.size());
     }
 
-    // The text of every file below a folder that begins like this.
+    // The text of every file below a folder that starts like this.
     static std::vector<std::string> textsIn(const fs::path& folder, const std::string& beginning) {
         std::vector<std::string> texts;
         std::error_code ignored;
@@ -117,7 +117,7 @@ protected:
         return links;
     }
 
-    // `swapped`: which thing is swapped in a round.
+    // `swapped`: what is swapped in a round.
     Count race(const std::function<fs::path(int)>& swapped, const std::function<fs::path(int)>& target) {
         Count count;
         const int all = rounds();

@@ -1,4 +1,4 @@
-"""Programs that work in a folder while Vesk cleans it: what is in use stays, and nothing of it is lost."""
+"""Programs use a folder while Vesk cleans it: what is in use stays, and no data is lost."""
 
 import json
 import os
@@ -16,7 +16,8 @@ sys.path.insert(0, str(Path(__file__).parent.parent / "app"))
 
 from ordinary_user import reachable  # noqa: E402
 
-# Opens each file that it is told, and says so. Root's, where the tests were started by root, who then goes on as nobody.
+# Opens each file named on its standard input and says so. Runs as root if the tests were started as root (and continue as
+# nobody).
 OPENER = """
 import sys
 files = []
@@ -32,7 +33,7 @@ if os.geteuid() == 0:
 DRIVER = reachable(os.environ["VESK_DRIVER"])
 ROUNDS = int(os.environ.get("VESK_ROUNDS", "12"))
 
-# Writes numbers one by one, each in a transaction of its own, and says how far it came when it is told to end.
+# Writes numbers, each in its own transaction, and prints how many when it is asked to end.
 WRITER = """
 import signal, sqlite3, sys, time
 ended = []

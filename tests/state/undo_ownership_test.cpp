@@ -1,5 +1,5 @@
-// What lies in the Trash under the name of an item that Vesk moved there need not be that item: the Trash was emptied
-// meanwhile, and somebody trashed something else of that name. An undo leaves it alone, with its record.
+// What has a moved item's name in the Trash need not be that item: the Trash may have been emptied since, and something
+// else of that name trashed. An undo leaves that alone, with its record.
 
 #include <gmock/gmock.h>
 
@@ -138,7 +138,7 @@ TEST_F(UndoOwnershipTest, AnItemThatHasLostItsRecordStays) {
     EXPECT_EQ(contentOf(trashFiles() / "report.pdf"), "the report");
 }
 
-// Another program has put the item back and trashed it once more, from another place.
+// Another program has restored the item and trashed it again from another place.
 TEST_F(UndoOwnershipTest, TheItemItselfStaysWhenItWasTrashedFromElsewhere) {
     cleanedStore();
     fs::remove(trashInfo() / "report.pdf.trashinfo");
@@ -146,7 +146,8 @@ TEST_F(UndoOwnershipTest, TheItemItselfStaysWhenItWasTrashedFromElsewhere) {
     expectNothingTaken("the report");
 }
 
-// It has put the item back and is about to trash it again: the new record is there, the item comes a moment later.
+// Another program has restored the item and is trashing it again: the new record exists, and the item follows a moment
+// later.
 TEST_F(UndoOwnershipTest, ARecordThatAnotherProgramWroteInTheSameSecondStays) {
     cleanedStore();
     const std::string record = contentOf(trashInfo() / "report.pdf.trashinfo");

@@ -1,4 +1,4 @@
-// Undo of a Store: what comes back, what is told, and what the entry says afterwards.
+// Undo in a Store: what is restored, what the user is told, and what the entry says afterwards.
 
 #include <gmock/gmock.h>
 
@@ -25,14 +25,14 @@ protected:
         fs::permissions(junk() / "b", static_cast<fs::perms>(0750));
         setDates(junk() / "b", daysAgo(90));
         before_ = portrait(junk());
-        // A dangling link is never offered by a scan, so it is offered here by hand.
+        // No rule offers a dangling link, so this test does.
         offerItemsOf(junk());
         Store& store = scannedStore();
         clean();
         EXPECT_EQ(store.history().at(0).moves.size(), 3U);
         return store;
     }
-    // The items as they were, whatever became of the date of the folder they lie in.
+    // The items are as they were; their folder's date may differ.
     void expectAsBefore() {
         auto found = portrait(junk());
         found.erase(".");
@@ -197,7 +197,7 @@ TEST_F(UndoTest, QuittingRecordsWhatCameBack) {
     Store& store = cleanedStore();
     store.undo(store.history()[0].id);
     store_.reset();
-    // However many came back before the store went, the entry and the disk agree.
+    // However many items were restored before the store ended, the entry and the disk agree.
     Store& next = makeStore();
     const bool all = isThere(junk() / "a") && isThere(junk() / "b") && isThere(junk() / "c");
     EXPECT_EQ(next.history()[0].undone, all);

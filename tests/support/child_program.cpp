@@ -30,7 +30,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
     return pointers;
 }
 
-// Reads until the program closes its output. Returns false when the time is up before.
+// Reads until the program closes its output. Returns false if the time runs out first.
 bool readUntil(Clock::time_point deadline, int source, std::string& output) {
     std::array<char, 65536> block{};
     for (;;) {

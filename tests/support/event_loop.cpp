@@ -1,4 +1,4 @@
-// Gives a test program the one application object that Qt's event loop needs.
+// Creates the application object that Qt's event loop needs in a test program.
 
 #include <gtest/gtest.h>
 

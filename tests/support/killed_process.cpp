@@ -25,7 +25,7 @@ void* asData(unsigned long number) {
     return reinterpret_cast<void*>(number);  // NOLINT(performance-no-int-to-ptr): what ptrace takes
 }
 
-// Traces the threads of one process from call to call.
+// Traces the threads of one process, call by call.
 class Tracer {
 public:
     Tracer(pid_t process, int number) : process_(process), number_(number) {}

@@ -1,17 +1,17 @@
-// Work that is killed in the middle: in a process of its own, at a chosen system call, as a crash or `kill -9` would.
+// Kills work in the middle: in a process of its own, at a chosen system call, like a crash or `kill -9`.
 #pragma once
 
 #include <functional>
 
 namespace vesk::testing {
 
-/// Marks, inside the work of `runKilledAt`, where the counting of system calls begins.
+/// In the work of `runKilledAt`: starts the counting of system calls.
 void startCountingCalls();
 
 struct KilledRun {
-    /// Whether the process was killed; false when it ended before it came to that call.
+    /// Whether the process was killed; false if it ended before that call.
     bool killed = false;
-    /// Whether a process that was not killed ended well: the work came to its end and returned true.
+    /// Whether the work of a process that was not killed returned true.
     bool succeeded = false;
     /// System calls counted, of all its threads.
     int calls = 0;
@@ -21,7 +21,7 @@ struct KilledRun {
 /// after `startCountingCalls`. The calling process must have no other thread.
 KilledRun runKilledAt(int number, const std::function<bool()>& work);
 
-/// Runs the work in a process of its own and returns what it returned; false also when it crashed.
+/// Runs the work in a process of its own and returns its result; false if it crashed.
 bool runApart(const std::function<bool()>& work);
 
 }  // namespace vesk::testing

@@ -1,4 +1,4 @@
-// Mounts that no other process sees. macOS has no such thing: tests that need them are skipped there.
+// Mounts that no other process sees. macOS has none; tests that need them are skipped there.
 #pragma once
 
 #include <filesystem>
@@ -6,8 +6,8 @@
 
 namespace vesk::testing {
 
-/// Moves this process into its own mount namespace. Returns false where the system forbids that to ordinary
-/// users, or when the process already has other threads. Works again after it has worked once.
+/// Moves this process into its own mount namespace. Returns false if the system does not allow ordinary users to do
+/// that, or if the process already has other threads. May be called again.
 bool enterPrivateMounts();
 
 /// Whether a child of this process could enter such a namespace. Changes nothing.
@@ -17,10 +17,10 @@ bool privateMountsAreAllowed();
 /// Returns false on failure.
 bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::string& options = "");
 
-/// The same with one that keeps no dates of last use, of folders or of files either.
+/// The same with one that records no access dates of folders and, with `ofFilesEither`, none of files.
 bool mountWithoutUseDates(const std::filesystem::path& folder, bool ofFilesEither);
 
-/// Shows the folder `shown` at the existing folder `at` as well (a bind mount).
+/// Mounts the folder `shown` at the existing folder `at` too (a bind mount).
 bool mountFolderAgain(const std::filesystem::path& shown, const std::filesystem::path& at);
 
 /// Makes a mounted folder read-only.

@@ -20,8 +20,8 @@ bool write(const char* file, const std::string& text) {
     return stream.good();
 }
 
-// A new user namespace gives its maker every capability, also the one to read refused folders, which tests rely on
-// being refused.
+// A new user namespace gives its creator every capability, including the one to read folders that tests expect to be
+// denied.
 bool keepOnlyMounting() {
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
     constexpr unsigned mounting = 1U << static_cast<unsigned>(CAP_SYS_ADMIN);

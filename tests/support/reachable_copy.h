@@ -1,6 +1,6 @@
-// A program or a library of the build for a test to run or load, as a copy in the test program's own folder. Tests
-// started as root go on as "nobody", who may not be allowed into the build's folder; and that folder's path may have a
-// space in it, at which LD_PRELOAD splits.
+// A copy of a built program or library in the test program's own folder, for a test to run or load. Tests started as
+// root continue as "nobody", who may have no access to the build folder; and a path with a space cannot be in
+// LD_PRELOAD.
 #pragma once
 
 #include <fstream>
@@ -8,12 +8,12 @@
 
 namespace vesk::testing {
 
-/// Belongs into static storage: then the file is opened before the test program changes its user.
+/// Must have static storage duration, so that the file is opened before the test program changes its user.
 class ReachableCopy {
 public:
     explicit ReachableCopy(const std::string& original);
 
-    /// The copy's path. Made when this is first called; throws when that fails.
+    /// The copy's path. The first call makes the copy; throws if that fails.
     const std::string& path() const;
 
 private:

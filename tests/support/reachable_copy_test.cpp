@@ -12,7 +12,7 @@ namespace {
 
 const ReachableCopy thisProgram(VESK_TEST_PROGRAM);
 
-// As root below a folder that only root may enter, the build's own file cannot be run by then.
+// If only root can enter the build folder, the built file itself cannot be run any more.
 TEST(ReachableCopyTest, OfAProgramCanBeRunByTheTestsUser) {
     EXPECT_THAT(thisProgram.path(), ::testing::StartsWith(testFolder().string() + "/"));
     const ProgramRun run = runProgram(thisProgram.path(), {"--gtest_list_tests"});

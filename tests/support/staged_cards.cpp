@@ -50,7 +50,7 @@ Card stagedCard(const std::string& id, Bucket bucket, std::int64_t size, std::si
     card.selected = bucket == Bucket::safe;
     const auto count = static_cast<std::int64_t>(entries);
     for (std::int64_t place = 0; place < count; ++place) {
-        // Shares fall evenly: n, n - 1, ... 1 parts of the whole.
+        // Shares decrease evenly: n, n - 1, ... 1 parts of the whole.
         const std::int64_t share = size / (count * (count + 1) / 2) * (count - place);
         card.entries.push_back(stagedEntry(id + "/com.acme.Item" + std::to_string(place + 1), share));
     }
@@ -79,7 +79,7 @@ Spec staged(std::vector<Card> cards) {
     return {"Staged", [cards = std::move(cards)](Probe&) { return cards; }};
 }
 
-Spec refused(const std::string& label) {
+Spec denied(const std::string& label) {
     return {label, [](Probe& probe) {
                 probe.blocked = true;
                 return std::vector<Card>();

@@ -1,4 +1,4 @@
-// The times that a look at an item tells, which every system names in its own way.
+// The times of a stat result, whose fields have other names on each system.
 #pragma once
 
 #include <sys/stat.h>

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Empties one Trash with trash-cli's own program, and tells which files it deleted.
+"""Empties one Trash with trash-cli's own program, and logs which files it deleted.
 
     telling_trash_empty.py TRASH LOG
 
-Adds a line to LOG for each file of which a name was removed: its inode number. Asks for one Trash only: without that,
-the program would empty those of the machine's volumes too.
+Adds a line to LOG for each removed file name: the file's inode number. Empties only the given Trash; by default the
+program would also empty those on the machine's volumes.
 """
 
 import os

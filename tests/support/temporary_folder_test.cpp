@@ -1,4 +1,4 @@
-// The folders in which tests and tools keep what they make: none outlives its process for long, and none is somebody
+// The folders in which tests and tools keep their files: none outlives its process for long, and none is somebody
 // else's.
 
 #include "temporary_folder.h"
@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 using namespace testing;
 using ::testing::IsEmpty;
 
-// Does the work in a process of its own, which then waits to be killed.
+// Runs the work in a process of its own, which then waits to be killed.
 pid_t inAnotherProcess(const std::function<void()>& work) {
     int ends[2] = {};
     EXPECT_EQ(pipe(ends), 0);
@@ -53,12 +53,12 @@ protected:
     const fs::path place_ = testRoot() / "tmp";
     void SetUp() override { makeFolder(place_); }
 
-    // As a run that fills it and never ends by itself.
+    // Like a run that fills it and never ends by itself.
     pid_t folderInUse() {
         return inAnotherProcess([this] {
             static const TemporaryFolder folder("vesk-trial", place_);
-            makeFile(folder.path() / "refused/file");
-            fs::permissions(folder.path() / "refused", fs::perms::none);
+            makeFile(folder.path() / "denied/file");
+            fs::permissions(folder.path() / "denied", fs::perms::none);
         });
     }
 };
@@ -100,7 +100,7 @@ TEST_F(TemporaryFolderTest, IsEmptyWhereNoneCanBeMade) {
     EXPECT_TRUE(TemporaryFolder("vesk-trial", place_ / "missing").path().empty());
 }
 
-// A container's /dev/shm has 64 MB unless somebody asks for more.
+// A container's /dev/shm has 64 MB by default.
 TEST_F(TemporaryFolderTest, MemoryIsUsedForTestsOnlyWhereItHasRoom) {
     if (!enterPrivateMounts()) {
         GTEST_SKIP() << "this system lets no ordinary user make mount namespaces";

@@ -27,8 +27,8 @@ Date stoppedClock;
 
 constexpr const char* folderName = "vesk-test";
 
-// A file system in memory where it has room: tests make many small files, and a disk may be busy with other work.
-// TMPDIR has the last word, so that the tests can be run on any file system.
+// A file system in memory, if it has room: tests make many small files, and a disk may be busy. TMPDIR overrides this,
+// so that the tests can be run on any file system.
 fs::path placeForTests() {
     const fs::path memory = "/dev/shm";
     const bool chosen = std::getenv("TMPDIR") != nullptr;  // NOLINT(concurrency-mt-unsafe): no other thread yet
@@ -93,8 +93,8 @@ timespec timespecOf(Date date) {
 }  // namespace
 
 bool hasRoomForTests(const fs::path& place) {
-    // For as many tests side by side as there are: the seven with the largest worlds, the demo's, take most of it.
-    // Programs whose worlds are tiny say so.
+    // Enough for all tests at the same time: the seven with the largest worlds, the demo's, take most of it. Programs
+    // with tiny worlds need less, and say so.
     std::uintmax_t enough = std::uintmax_t{2} << 30U;
     if (const char* tiny = std::getenv("VESK_TEST_ROOM_MB")) {  // NOLINT(concurrency-mt-unsafe): no other thread yet
         enough = std::strtoull(tiny, nullptr, 10) << 20U;

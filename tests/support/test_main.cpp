@@ -1,4 +1,4 @@
-// The main of every GoogleTest program of Vesk.
+// The main function of all GoogleTest programs.
 
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,8 @@
 namespace {
 
 #ifdef __linux__
-// Changing the user locks a process's own files in /proc, which tests of descriptors and mounts need.
+// After changing its user, a process can no longer open its own files in /proc, which tests of descriptors and mounts
+// need.
 void unlockOwnFiles() {
     prctl(PR_SET_DUMPABLE, 1);
 }
@@ -27,7 +28,7 @@ void unlockOwnFiles() {
 }
 #endif
 
-// Root may read everything, so a test of a refused folder would see no refusal: tests run as an ordinary user.
+// Root is never denied a folder, so tests run as an ordinary user.
 void becomeOrdinaryUser() {
     if (geteuid() != 0) {
         return;

@@ -1,4 +1,4 @@
-// What tests of the Trash share: looks at items as they are, and at the home Trash of the made-up world.
+// Shared by the tests of the Trash: the state of items, and the home Trash of the made-up world.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@
 
 namespace vesk::testing {
 
-/// Whether anything has this name, a dangling link too.
+/// Whether anything has this name, including a dangling link.
 inline bool isThere(const std::filesystem::path& path) {
     struct stat found {};
     return lstat(path.c_str(), &found) == 0;
@@ -47,8 +47,8 @@ inline unsigned modeOf(const std::filesystem::path& path) {
     return lstat(path.c_str(), &found) == 0 ? found.st_mode & 07777U : 0;
 }
 
-/// All that a rename must not change of an item and what is in it: kind, mode, dates, size, content or target; by path
-/// relative to the item.
+/// Everything that a rename must not change in an item: kind, mode, dates, size, content or target, by path relative to
+/// the item.
 inline std::map<std::string, std::string> portrait(const std::filesystem::path& item) {
     namespace fs = std::filesystem;
     std::map<std::string, std::string> seen;
@@ -86,15 +86,16 @@ inline SeenItem seen(const std::filesystem::path& item) {
     return {item, folderIdentity(item.parent_path())};
 }
 
-/// The errno value with which an item is refused; 0 when it is moved.
+/// The errno value with which the Trash refuses an item; 0 if it was moved.
 inline std::int64_t trashing(const SeenItem& item) {
     const TrashOutcome outcome = moveToTrash(item);
     return outcome.error ? outcome.error->code : 0;
 }
 
-/// The errno value with which an item is not put back; 0 when it is. By its record alone, unless an identity is given.
-inline std::int64_t puttingBack(const std::filesystem::path& trashed, const std::filesystem::path& original,
-                                const std::optional<TrashedIdentity>& identity = std::nullopt) {
+/// The errno value with which restoring an item fails; 0 if it was restored. Uses only its record, unless an identity
+/// is given.
+inline std::int64_t restoring(const std::filesystem::path& trashed, const std::filesystem::path& original,
+                              const std::optional<TrashedIdentity>& identity = std::nullopt) {
     const std::optional<PlatformError> error = restoreItem({trashed, original, now(), identity});
     syncMoves({trashed});
     forgetReturned({trashed, original, now(), identity});

@@ -8,7 +8,7 @@
 
 namespace vesk::testing {
 
-/// Runs the event loop until `condition` holds. Returns false when it still does not after `limit`.
+/// Runs the event loop until `condition` is true. Returns false if it is still false after `limit`.
 inline bool waitFor(const std::function<bool()>& condition,
                     std::chrono::milliseconds limit = std::chrono::seconds(20)) {
     const QDeadlineTimer deadline(limit);

@@ -1,4 +1,4 @@
-// What the tests of the views share.
+// Shared by the tests of the views.
 import QtQuick
 import QtTest
 import Vesk
@@ -26,7 +26,7 @@ TestCase {
         }, more);
     }
 
-    /// A store whose first scan has ended.
+    /// A store after its first scan.
     function scanned(cards: var, options: var): var {
         const store = Stage.open(cards, options ?? {});
         store.scan();
@@ -34,7 +34,7 @@ TestCase {
         return store;
     }
 
-    /// A view that fills the test's window and goes with the test.
+    /// A view that fills the test's window and is destroyed with the test.
     function show(component: var, properties: var): var {
         const view = createTemporaryObject(component, test, properties);
         verify(view, "made");

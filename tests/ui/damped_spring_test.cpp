@@ -12,7 +12,7 @@ namespace {
 // The springs that the window uses.
 const std::vector<DampedSpring> springs = {{0.9, 0.6}, {0.9, 0.65}, {0.5, 0.8}, {0.55, 0.5}, {0.3, 0.5}};
 
-// The equation of motion x'' = -2 d w x' - w^2 x, followed in steps of a microsecond.
+// Integrates the equation of motion x'' = -2 d w x' - w^2 x in steps of a microsecond.
 DampedSpring::Motion integrated(const DampedSpring& spring, double seconds, DampedSpring::Motion motion) {
     const double omega = 2 * std::numbers::pi / spring.response;
     constexpr double step = 1e-6;

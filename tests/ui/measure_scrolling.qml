@@ -1,4 +1,4 @@
-// Prints the longest gap between two frames while long lists scroll and open: view_tests -input measure_scrolling.qml
+// Prints the longest gap between two frames while long lists open and scroll: view_tests -input measure_scrolling.qml
 import QtQuick
 import QtTest
 import Vesk

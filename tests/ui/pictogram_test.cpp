@@ -17,7 +17,7 @@
 namespace vesk {
 namespace {
 
-// Pixels of the picture that are drawn on, of any strength.
+// The number of pixels that are not fully transparent.
 int drawnPixels(const QImage& image) {
     int count = 0;
     for (int y = 0; y < image.height(); ++y) {

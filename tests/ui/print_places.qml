@@ -1,4 +1,4 @@
-// Prints where every item of the window is, for test_scale.py: view_tests -input print_places.qml
+// Prints the position of every item in the window, for test_scale.py: view_tests -input print_places.qml
 import QtQuick
 import QtTest
 import Vesk

@@ -1,4 +1,4 @@
-// The main of the views' tests: a made-up world, no display, no graphics processor.
+// The main function of the view tests: a made-up world, no display, no GPU.
 
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -16,12 +16,12 @@
 
 namespace {
 
-// What Qt Quick Test calls as it starts.
+// Called by Qt Quick Test when it starts.
 class Setup : public QObject {
     Q_OBJECT
 
 public:
-    // Qt and fontconfig keep caches and sockets in folders of whoever runs this.
+    // Qt and fontconfig would keep caches and sockets in the real user's folders.
     Setup() {
         if (folder_.path().empty()) {
             std::fputs("cannot make a folder for the tests; TMPDIR can name a place for it\n", stderr);

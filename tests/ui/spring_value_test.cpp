@@ -28,7 +28,7 @@ TEST_F(SpringValueTest, FollowsTheClosedFormWithinOnePercent) {
         value.setResponse(spring.response);
         value.setDampingFraction(spring.dampingFraction);
         value.setTarget(1);
-        value.pause();  // from here the test is its clock
+        value.pause();  // from here on, the test advances its time
         for (int time = 0; value.state() != QAbstractAnimation::Stopped; time += 8) {
             ASSERT_LT(time, 2000);
             value.setCurrentTime(time);

@@ -76,13 +76,13 @@ std::vector<HistoryEntry> historyOf(const QVariantList& descriptions) {
     return history;
 }
 
-// Controls and figures; what only groups others needs no name.
+// Controls and figures need a name; groups do not.
 bool needsName(const QAccessibleInterface& item) {
     const QAccessible::Role role = item.role();
     return role != QAccessible::Client && role != QAccessible::Window && role != QAccessible::NoRole;
 }
 
-// Everything accessible that is in an item, from the top; what only groups others is no part of it.
+// Everything accessible in an item, from the top, without groups.
 QList<QAccessibleInterface*> accessibleIn(QQuickItem* item) {
     QList<QAccessibleInterface*> found;
     if (QAccessibleInterface* const own = QAccessible::queryAccessibleInterface(item)) {
@@ -118,7 +118,7 @@ Store* Stage::open(const QVariantList& cards, const QVariantMap& options) {
     latch_ = std::make_shared<std::latch>(1);
     std::vector<Spec> others;
     for (const QString& label : options.value(QStringLiteral("blocked")).toStringList()) {
-        others.push_back(refused(label.toStdString()));
+        others.push_back(denied(label.toStdString()));
     }
     for (int held = options.value(QStringLiteral("hold")).toInt(); held > 0; --held) {
         others.push_back(waiting(options.value(QStringLiteral("holdBytes")).toLongLong(), latch_));
@@ -134,7 +134,7 @@ Store* Stage::open(const QVariantList& cards, const QVariantMap& options) {
     const std::int64_t free = options.value(QStringLiteral("free"), 400'000'000).toLongLong();
     sources.volume = [=] { return VolumeFigures{capacity, free}; };
     store_ = std::make_unique<Store>(sources);
-    // What a method returns belongs to the scripts otherwise.
+    // Otherwise the QML engine would own what a method returns.
     QJSEngine::setObjectOwnership(store_.get(), QJSEngine::CppOwnership);
     return store_.get();
 }

@@ -1,4 +1,4 @@
-"""On a dense screen everything is where it is on any other: in points, not in pixels."""
+"""On a dense screen, everything is at the same position in points."""
 
 import os
 import subprocess
@@ -9,7 +9,7 @@ TOLERANCE = 1  # point: an image is as large as its pixels, which are whole
 
 
 def places(scale):
-    """Where each item of the window is, in points, by its way through the tree."""
+    """The position of each item in the window, in points, by its path in the tree."""
     command = [os.environ["VESK_VIEW_TESTS"], "-input", str(Path(__file__).parent / "print_places.qml")]
     environment = dict(os.environ, QT_SCALE_FACTOR=str(scale))
     result = subprocess.run(command, env=environment, capture_output=True, text=True, timeout=120, check=False)

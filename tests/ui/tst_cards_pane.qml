@@ -144,7 +144,7 @@ ViewTest {
         compare(Stage.nameless(view), []);
     }
 
-    // Newer Qt places what a list's delegates are made of itself.
+    // Newer Qt changes the position of a list's delegates.
     function test_cards_end_where_the_buttons_above_do() {
         const view = show(pane, {store: scanned([card("a", "safe", [2 * mb]), card("b", "safe", [mb])])});
         for (let index = 0; index < 2; ++index) {

@@ -1,4 +1,4 @@
-// What the views look like where that can be said in figures.
+// Properties of the layout that can be checked by figures.
 import QtQuick
 import QtTest
 import Vesk
@@ -38,7 +38,7 @@ ViewTest {
         return list.itemAtIndex(index);
     }
 
-    // The least that a text is drawn at, in points. (Chips are smaller by design, and never shrink.)
+    // The smallest size at which a text is drawn, in points. (Chips are smaller by design, and never shrink.)
     function leastSize(text) {
         return text.parent?.objectName === "chip" || text.parent?.objectName === "sheetChip" ? Theme.chip : Theme.caption;
     }
@@ -72,7 +72,7 @@ ViewTest {
         const words = named(view, "readyText");
         const wheel = words.parent.parent;
         verify(wheel.ringWidth >= 14 && wheel.ringWidth <= 34);
-        // Both ends of its last line lie inside the ring.
+        // Both ends of its last line are inside the ring.
         const place = wheel.mapFromItem(words, (words.width - words.contentWidth) / 2, words.height);
         const distance = Math.hypot(place.x - wheel.width / 2, place.y - wheel.height / 2);
         verify(distance <= wheel.width / 2 - wheel.ringWidth + 2, `${distance} of ${wheel.width / 2 - wheel.ringWidth}`);
@@ -261,7 +261,7 @@ ViewTest {
         const place = view.mapFromItem(fade, 0, 0);
         compare([fade.whole.x, fade.whole.y], [-place.x, -place.y]);
         waitForRendering(view, 200);
-        // Between two rows, where nothing but the background shows, there is no seam.
+        // Between two rows, where only the background shows, there is no seam.
         const picture = grabImage(view);
         const y = place.y + 1;
         const [inside, beside] = [picture.pixel(place.x + 4, y), picture.pixel(place.x - 4, y)];

@@ -20,12 +20,12 @@ ViewTest {
         return view;
     }
 
-    /// Waits until what is in front is wholly shown.
+    /// Waits until the layer in front has fully appeared.
     function settled(view) {
         wait(named(view, "inputGuard").settling);
     }
 
-    // The items that Tab reaches, from where the focus is, until it comes round.
+    // The items that Tab reaches, from the current focus until it comes round.
     function reachable(view) {
         const found = [];
         for (let step = 0; step < 40; ++step) {
@@ -279,7 +279,7 @@ ViewTest {
         compare(named(view, "leftPanel").contentHeight <= named(view, "leftPanel").height, true);
     }
 
-    // What the tests above ask would otherwise be true of anything.
+    // Without this, the tests above might pass for any view.
     function test_a_control_without_a_name_is_found() {
         const button = "Rectangle { width: 9; height: 9; Accessible.role: Accessible.Button }";
         const view = createTemporaryQmlObject(`import QtQuick; Item { ${button} }`, test);

@@ -56,7 +56,7 @@ ViewTest {
                 "a" + "\ufffd".repeat(marks.length) + "b\u0301\u200d\ufe0f");
     }
 
-    // Combining marks stand one above the other, as high as a name has them.
+    // Combining marks stack, as high as the name has them.
     function test_marks_stay_in_their_row() {
         const tower = "y" + "\u0301\u0323".repeat(40);
         let rows = [];

@@ -71,7 +71,7 @@ ViewTest {
         compare(Stage.nameless(view), []);
     }
 
-    // Newer Qt places what a list's delegates are made of itself.
+    // Newer Qt changes the position of a list's delegates.
     function test_rows_are_as_wide_as_the_pane() {
         const view = open([{bytes: mb, titles: ["a"]}, {bytes: mb, titles: ["b"]}]);
         for (let index = 0; index < 2; ++index) {
@@ -107,7 +107,7 @@ ViewTest {
         compare(shown(row(view, 0), "undoButton"), false);
     }
 
-    /// The history after a clean of three items, of which one's place is taken and an undo has brought back the others.
+    /// The history after a clean of three items and an undo that restored two: the third one's place was taken.
     function partlyUndone() {
         const view = open([], [card("a", "safe", [5 * mb, 3 * mb, 2 * mb])]);
         view.store.performClean();

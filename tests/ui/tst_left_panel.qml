@@ -166,7 +166,7 @@ ViewTest {
         compare(named(view, "freeText").visible, false);
         const progress = named(view, "progressRing");
         compare(progress.value, 33);
-        compare(progress.said, "Sniffing around… 33%, 10 MB checked");
+        compare(progress.accessibleName, "Sniffing around… 33%, 10 MB checked");
         Stage.release();
         tryCompare(store, "phase", "done");
         compare(findChild(view, "progressRing"), null);

@@ -1,5 +1,5 @@
-// What the palette comes to where its colours lie on one another: small words 4.5 to 1 at least, pictograms, edges,
-// large words and focus rings 3 to 1.
+// The contrast between colours of the palette: at least 4.5 to 1 for small text, 3 to 1 for pictograms, edges, large
+// text and focus rings.
 import QtQuick
 import QtTest
 import Vesk
@@ -24,7 +24,7 @@ TestCase {
         return Qt.tint(below, Theme.faded(top, share));
     }
 
-    // The darkest and the lightest of what a window's words lie on.
+    // The darkest and the lightest backgrounds of text.
     readonly property var surfaces: ({cream: Theme.cream, peach: Theme.peach, card: Theme.card})
 
     function test_small_words_data() {
@@ -93,7 +93,7 @@ TestCase {
         verify(figure >= 3, figure.toFixed(2));
     }
 
-    // The palette itself stays as it was composed, and its colours on fills.
+    // The palette itself, and its colours on fills, stay as designed.
     function test_fills_keep_the_palette() {
         compare(String(Theme.bucketColor("safe")), "#61ba78");
         compare(String(Theme.bucketColor("smart")), "#fac43d");

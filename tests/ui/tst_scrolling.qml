@@ -1,4 +1,4 @@
-// How lists and what is too large for its room are moved: by keys, wheel and touch, not by dragging with a mouse.
+// Lists, and content that is too large, scroll by keys, wheel and touch, but not by dragging with the mouse.
 import QtQuick
 import QtQuick.Templates as T
 import QtTest
@@ -143,7 +143,7 @@ ViewTest {
         compare(button.enabled, true);
     }
 
-    // A display may be smaller than the least that the content is composed for.
+    // A display may be smaller than the content's minimum size.
     function test_all_can_be_reached_in_a_window_that_is_too_small() {
         const view = open(5);
         view.store.setSelected("card0", true);
@@ -208,7 +208,7 @@ ViewTest {
                                         === list.itemAtIndex(index - 1).y + list.itemAtIndex(index - 1).height + list.spacing));
     }
 
-    // The scan after a clean ends beneath the celebration, where everything is disabled.
+    // The scan after a clean ends while the celebration covers the list and everything there is disabled.
     function test_rows_that_come_beneath_a_layer_are_there_afterwards() {
         const view = open(3);
         const list = named(view, "cardList");
@@ -227,7 +227,7 @@ ViewTest {
         const list = named(view, "cardList");
         Motion.reduced = false;
         const going = list.itemAtIndex(1);
-        // The list tells its row later than its count, and the row is gone when it is: what it was meanwhile is kept here.
+        // The list destroys the row some time after its count has changed, so this records the row's values until then.
         const seen = [];
         going.opacityChanged.connect(() => seen.push({enabled: going.enabled, opacity: going.opacity}));
         const cards = ["card0", "card2"].map(id => card(id, "safe", [mb], {selected: false}));

@@ -223,10 +223,10 @@ void addScanScenes(std::vector<Scene>& scenes) {
     scenes.push_back(scene("results-none-ticked", results, [](VeskApp& app) { setAll(app.store(), false); }));
     scenes.push_back(scene("results-preview", results, [](VeskApp& app) { app.store().setPreviewOnly(true); }));
     scenes.push_back(scene("blocked", [] {
-        return sourcesOf({staged(foundCards(realistic)), refused("App caches"), refused("Old downloads"),
-                          refused("Phone and tablet files")});
+        return sourcesOf({staged(foundCards(realistic)), denied("App caches"), denied("Old downloads"),
+                          denied("Phone and tablet files")});
     }));
-    scenes.push_back(scene("blocked-and-empty", [] { return sourcesOf({refused("App caches")}); }));
+    scenes.push_back(scene("blocked-and-empty", [] { return sourcesOf({denied("App caches")}); }));
     scenes.push_back(scene("long-names", [] {
         std::vector<Card> cards = threeCards();
         cards.insert(cards.begin(), longNamedCard());

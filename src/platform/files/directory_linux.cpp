@@ -50,7 +50,7 @@ Descriptor openChildOnSameDevice(int parent, const char* name) {
         how.flags = static_cast<unsigned>(openFlags | O_NOFOLLOW | extra);
         return static_cast<int>(syscall(SYS_openat2, parent, name, &how, sizeof how));
     });
-    // A refusal of the call itself and of this folder look alike (EPERM), so the older way has the last word.
+    // EPERM may mean this folder or the call itself, so the older call decides.
     if (!child && (errno == ENOSYS || errno == EPERM)) {
         if (errno == ENOSYS) {
             missing.store(true, std::memory_order_relaxed);

@@ -1,5 +1,5 @@
-// Follows links in child processes whose mounts are all read-only: there the kernel sets no access date. A child
-// answers one question after the other, since making it costs as much as a hundred answers.
+// Follows links in child processes with only read-only mounts, where the kernel sets no access date. A child answers
+// many questions, since creating it costs as much as a hundred answers.
 
 #include <fcntl.h>
 #include <linux/mount.h>
@@ -33,14 +33,14 @@ namespace vesk {
 
 namespace {
 
-// A child that nobody asks ends after so many milliseconds, since a volume that it sees cannot be ejected.
+// In milliseconds. An idle child ends after this, since the volumes in its mount namespace cannot be ejected.
 constexpr int followersPatience = 200;
 
-// The child, from here to `answerQuestions`: between fork and exit it may make plain system calls alone, since other
-// threads may have held locks.
+// From here to `answerQuestions` is the child. Between fork and exit it may only make system calls, since other threads
+// may have held locks.
 
-// Closes all that it inherited but the socket, which is moved to 0: a pipe or a file of the parent's is none of its
-// business, and nobody may have to wait for its end.
+// Closes all inherited descriptors except the socket, which becomes 0: nobody may have to wait until the child closes a
+// pipe of the parent's.
 bool keepOnly(int socket) {
     return dup2(socket, 0) == 0 && syscall(SYS_close_range, 1U, ~0U, 0U) == 0;
 }
@@ -48,17 +48,17 @@ bool keepOnly(int socket) {
 bool enterReadOnlyMounts() {
     mount_attr readOnly{};
     readOnly.attr_set = MOUNT_ATTR_RDONLY;
-    readOnly.propagation = MS_SLAVE;  // what is unmounted elsewhere goes here too
+    readOnly.propagation = MS_SLAVE;  // follows unmounts elsewhere
     const bool apart = unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
     return apart && syscall(SYS_mount_setattr, -1, "/", AT_RECURSIVE, &readOnly, sizeof readOnly) == 0;
 }
 
-// What a child answers: a mark, and after `foundMark` the path.
+// A child's answer: a mark and, after `foundMark`, the path.
 constexpr char foundMark = '+';
 constexpr char nowhereMark = '-';
 using Answer = std::array<char, PATH_MAX + 1>;
 
-// Returns the answer's length; 0 when there is none.
+// Returns the answer's length; 0 if there is none.
 std::size_t answerFor(const char* link, Answer& answer) {
     const int target = open(link, O_PATH | O_CLOEXEC);
     if (target < 0) {
@@ -73,7 +73,7 @@ std::size_t answerFor(const char* link, Answer& answer) {
     return length > 0 ? static_cast<std::size_t>(length) + 1 : 0;
 }
 
-// A question is a path with the 0 at its end. A child that has no answer ends.
+// A question is a NUL-terminated path. A child that cannot answer ends.
 [[noreturn]] void answerQuestions(int socket) {
     if (prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || !keepOnly(socket) || !enterReadOnlyMounts()) {
         _exit(1);
@@ -92,7 +92,7 @@ std::size_t answerFor(const char* link, Answer& answer) {
     }
 }
 
-// One such child. It ends when this does.
+// One such child, which ends with this object.
 class LinkFollower {
 public:
     LinkFollower() {
@@ -119,7 +119,7 @@ public:
         }
     }
 
-    // False when the child has no answer, has ended or was never there.
+    // False if the child cannot answer, has ended or was never started.
     bool ask(const std::string& link, std::optional<std::filesystem::path>& target) {
         const std::size_t size = link.size() + 1;
         if (child_ <= 0 || size > PATH_MAX ||
@@ -145,8 +145,8 @@ private:
     pid_t child_ = -1;
 };
 
-// The children that wait for the next link. Each is asked by one thread at a time, so that a link into a volume that
-// does not answer holds up nobody else.
+// The idle children. Each is used by one thread at a time, so that a link into a volume that does not answer delays
+// nobody else.
 class LinkFollowers {
 public:
     static LinkFollowers& all() {
@@ -164,7 +164,7 @@ public:
         return taken;
     }
 
-    // Ends it instead when nobody has more links.
+    // Ends the child instead if nobody has more links.
     void giveBack(LinkFollower follower) {
         const std::lock_guard lock(lock_);
         if (users_ > 0) {
@@ -200,7 +200,7 @@ std::shared_ptr<const void> readyToFollowLinks() {
 
 bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::filesystem::path>& target) {
     LinkFollowers& followers = LinkFollowers::all();
-    // One that waits may have ended meanwhile.
+    // An idle child may have ended meanwhile.
     while (std::optional<LinkFollower> waiting = followers.takeWaiting()) {
         if (waiting->ask(link.native(), target)) {
             followers.giveBack(std::move(*waiting));

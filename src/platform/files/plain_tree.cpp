@@ -30,7 +30,7 @@ public:
         if (special_.load()) {
             return TreeContent::special;
         }
-        return refused_.load() ? TreeContent::refused : TreeContent::plain;
+        return denied_.load() ? TreeContent::denied : TreeContent::plain;
     }
 
 private:
@@ -45,7 +45,7 @@ private:
         }
         const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::doNotFollow);
         if (!opened) {
-            refused_ = refused_ || (errno != ENOENT && errno != ENOTDIR && errno != ELOOP);
+            denied_ = denied_ || (errno != ENOENT && errno != ENOTDIR && errno != ELOOP);
             return;
         }
         const int failure = readNames(opened.get(), [&](const ListedItem& item) {
@@ -55,7 +55,7 @@ private:
                 lookAtOdd(opened.get(), item, folder, worker);
             }
         });
-        refused_ = refused_ || failure != 0;
+        denied_ = denied_ || failure != 0;
         worker.startSharing();
     }
 
@@ -74,7 +74,7 @@ private:
 
     const bool background_ = inBackground();
     std::atomic<bool> special_ = false;
-    std::atomic<bool> refused_ = false;
+    std::atomic<bool> denied_ = false;
 };
 
 }  // namespace

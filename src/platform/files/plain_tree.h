@@ -1,4 +1,4 @@
-// Whether a folder holds nothing but files, folders and links. Callable from any thread.
+// Whether a folder contains only files, folders and links. For rules/place_search.cpp; callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -6,16 +6,16 @@
 namespace vesk {
 
 enum class TreeContent {
-    /// Files, folders and links alone.
+    /// Only files, folders and links.
     plain,
-    /// A socket, a pipe, a device or a mount is among it: something is at work there.
+    /// There is a socket, a pipe, a device or a mount: something is using the folder.
     special,
-    /// Nothing of that kind was met, but a part may not be read.
-    refused,
+    /// None of those was found, but a part could not be read.
+    denied,
 };
 
-/// Looks at the kinds of all items below a folder, at any depth, without following links or leaving a trace. A folder
-/// that vanishes meanwhile holds nothing.
+/// Checks the kinds of all items below a folder, at any depth, without following links or leaving a trace. A folder
+/// that vanishes meanwhile counts as empty.
 TreeContent contentOfTree(const std::filesystem::path& folder);
 
 }  // namespace vesk

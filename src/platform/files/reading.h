@@ -1,4 +1,4 @@
-// Reading small files of other programs. Callable from any thread.
+// Reads small files of other programs. Callable from any thread.
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,8 @@
 
 namespace vesk {
 
-/// The bytes of a regular file, a link at the end of the path followed, without setting its access date where the
-/// system allows that. Absent when it cannot be read or is larger than `most` bytes. A FIFO or a device does not hold
-/// the reader up.
+/// The bytes of a regular file, read without setting its access date if the system allows that. Follows links. Absent
+/// if it cannot be read or is larger than `most` bytes. Does not block on a FIFO or a device.
 std::optional<std::string> readWithoutTrace(const std::filesystem::path& path, std::int64_t most);
 
 }  // namespace vesk

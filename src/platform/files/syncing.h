@@ -21,8 +21,8 @@ private:
     std::map<std::uint64_t, bool> known_;
 };
 
-/// Waits until files that were just written, and all earlier changes to names, are on the disk. All of them lie on one
-/// file system, which preserves the order of names. Returns false if that failed.
+/// Waits until files that were just written, and all earlier changes to names, are on the disk. The files must be on
+/// one file system that preserves the order of renames. Returns false if that failed.
 bool syncNewFiles(const std::vector<int>& files);
 
 /// Waits until all changes to names in an open folder are on the disk and, if the file system preserves their order,

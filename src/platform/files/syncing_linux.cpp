@@ -19,11 +19,11 @@ namespace vesk {
 
 namespace {
 
-// XFS has its number in its own header alone.
+// XFS's number is only in its own header.
 constexpr long xfsMagic = 0x58465342;
 
-// Of ext2, ext3 and ext4, which have one number, those with a journal keep the order. The kernel names the thread that
-// writes the journal.
+// Ext2, ext3 and ext4 have the same number; those with a journal preserve the order. The kernel reports the number of
+// the thread that writes the journal, if there is one.
 bool hasJournal(dev_t device) {
     const std::string block = "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
     std::error_code failure;
@@ -35,7 +35,7 @@ bool hasJournal(dev_t device) {
     return length > 0 && first[0] >= '0' && first[0] <= '9';
 }
 
-// Waits for a file or folder, by one of the calls that do.
+// Calls a sync function, again if it was interrupted.
 template <typename Call>
 bool waitedFor(Call call) {
     int failed = 0;
@@ -45,7 +45,7 @@ bool waitedFor(Call call) {
     return failed == 0;
 }
 
-// Has the content of all files written at once, then waits for each.
+// Starts writing the contents of all files, then waits for each.
 bool syncContents(const std::vector<int>& files) {
     constexpr unsigned begin = SYNC_FILE_RANGE_WRITE;
     constexpr unsigned wait = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
@@ -73,7 +73,7 @@ bool keepsOrderOfNames(int folder) {
     }
     switch (system.f_type) {
         case BTRFS_SUPER_MAGIC:
-        case TMPFS_MAGIC:  // whatever is in memory goes as a whole
+        case TMPFS_MAGIC:  // lost as a whole in any case
         case xfsMagic:
             return true;
         case EXT4_SUPER_MAGIC:
@@ -84,8 +84,8 @@ bool keepsOrderOfNames(int folder) {
 }
 
 bool syncNames(int folder) {
-    // Btrfs writes what is asked for and may leave what came before, so it is asked for everything. A journal is
-    // written in order, and elsewhere each change has been waited for already.
+    // Btrfs may write just this folder and not the changes before, so sync everything there. A journal is written in
+    // order; on other file systems each change has been synced already.
     const bool needsAll = isBtrfs(folder);
     return waitedFor([&] { return needsAll ? syncfs(folder) : fsync(folder); });
 }
@@ -94,9 +94,9 @@ bool syncNewFiles(const std::vector<int>& files) {
     if (files.empty()) {
         return true;
     }
-    // Once their contents are written, what is left is in the journal, which is written in order: one change that is
-    // waited for, and all before it are there. That change is made here, since the file's own may be in the journal's
-    // part that went before.
+    // Once the contents are written, the rest is in the journal, which is written in order: syncing one new change
+    // syncs all before it. That change is made here, since the file's own may be in a part of the journal already
+    // written.
     const int last = files.back();
     if (!isBtrfs(last) && syncContents(files) && futimens(last, nullptr) == 0) {
         return waitedFor([&] { return fsync(last); });

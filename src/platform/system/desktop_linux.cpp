@@ -1,5 +1,5 @@
-// Desktops on Linux have no settings for motion and for the size of text in common. GTK's are honoured by most of them
-// (its own settings file, which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has its own.
+// Linux desktops have no common settings for motion and text size. Most honour GTK's (in its settings file, which the
+// settings daemons of GNOME and Xfce and KDE's GTK bridge write); KDE also has its own.
 
 #include <array>
 #include <cstdint>
@@ -21,7 +21,7 @@ namespace {
 // The newer first.
 constexpr std::array<std::string_view, 2> gtkSettings{"gtk-4.0/settings.ini", "gtk-3.0/settings.ini"};
 
-// A value of one of the settings files; absent when the file, the group or the key is missing.
+// A value in one of the settings files; absent if the file, the group or the key is missing.
 std::optional<std::string> setting(std::string_view file, std::string_view group, std::string_view key) {
     constexpr std::int64_t largest = std::int64_t{1024} * 1024;
     const auto text = readWithoutTrace(world().configHome / file, largest);
@@ -32,8 +32,7 @@ bool isFalse(const std::optional<std::string>& value) {
     return value && (*value == "0" || *value == "false" || *value == "False" || *value == "FALSE");
 }
 
-// The number with a decimal point, whatever the user's locale writes; absent where there is none. (libc++ has no
-// std::from_chars for doubles.)
+// The number, with a decimal point in any locale; absent if there is none. (libc++ has no std::from_chars for doubles.)
 std::optional<double> numberIn(const std::optional<std::string>& value) {
     std::istringstream stream(value.value_or(""));
     stream.imbue(std::locale::classic());
@@ -41,7 +40,7 @@ std::optional<double> numberIn(const std::optional<std::string>& value) {
     return stream >> number ? std::optional(number) : std::nullopt;
 }
 
-// Dots per inch that text is set for, as a multiple of the usual ones; 1 where a setting says nothing sensible.
+// A setting in dots per inch as a multiple of the usual value; 1 if it is not plausible.
 double scaleOf(std::optional<double> dotsPerInch) {
     constexpr double usual = 96;
     constexpr double least = 48;

@@ -13,11 +13,11 @@ namespace {
 
 struct FolderVariable {
     std::string_view name;
-    /// Whether the program takes the name in any case.
+    /// Whether the program accepts the name in upper and lower case.
     bool anyCase = false;
-    /// Whether it takes blanks and quotes around the value off.
+    /// Whether it strips blanks and quotes around the value.
     bool trims = false;
-    /// Whether it puts other variables in for "$NAME" and "${NAME}".
+    /// Whether it expands "$NAME" and "${NAME}".
     bool expands = false;
 };
 
@@ -55,7 +55,7 @@ std::optional<std::string_view> valueOf(const char* const* environment, std::str
     return std::nullopt;
 }
 
-// A variable that is not set stays as it is written.
+// A variable that is not set is left as written.
 std::string expanded(std::string_view value, const char* const* environment) {
     const auto isOfName = [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';

@@ -1,5 +1,4 @@
-// The variables of the environment by which people move folders of other programs. This is the one place that reads
-// them.
+// The environment variables by which users move other programs' folders. For world.cpp and rules; pure functions.
 #pragma once
 
 #include <filesystem>
@@ -9,16 +8,16 @@
 
 namespace vesk {
 
-/// The folders that such variables name, by variable; npm's once for each spelling that is set. `environment` holds
-/// "NAME=VALUE" texts and ends with a null pointer, as `environ` does. A leading "~/" stands for `home`. Empty and
-/// relative values name nothing.
+/// The folders that these variables name, by variable; npm's once for each spelling that is set. `environment` consists
+/// of "NAME=VALUE" texts and a null pointer, like `environ`. A leading "~/" stands for `home`. Empty and relative
+/// values are ignored.
 std::multimap<std::string, std::filesystem::path> variableFolders(const char* const* environment,
                                                                   const std::filesystem::path& home);
 
 /// A folder that a program's setting names: absolute, or below `home` after a leading "~/"; empty for any other text.
 std::filesystem::path folderOfSetting(std::string_view value, const std::filesystem::path& home);
 
-/// An absolute path without ".", ".." and a slash at its end.
+/// The absolute path without ".", ".." and a trailing slash.
 std::filesystem::path plainFolder(const std::filesystem::path& folder);
 
 }  // namespace vesk

@@ -16,10 +16,10 @@ namespace vesk {
 
 namespace {
 
-// Linux writes this behind the path of a file whose name is gone.
+// Linux appends this to the path of a deleted file.
 constexpr std::string_view deletedMark = " (deleted)";
 
-// Whether a folder holds one of these, by the numbers in its listings alone. Stays on the folder's device.
+// Whether a folder contains one of these, by the inode numbers in its listings only. Stays on the folder's device.
 bool holdsAnyOf(const std::set<std::pair<std::uint64_t, std::uint64_t>>& wanted, std::uint64_t device,
                 const std::filesystem::path& top) {
     std::vector<std::filesystem::path> waiting = {top};
@@ -75,7 +75,7 @@ void OpenFiles::sort(std::vector<UsedFile> used) {
             continue;
         }
         if (file.path.ends_with(deletedMark)) {
-            // Its folder is still there: whoever keeps such a file open is at work in it.
+            // Its folder still exists, and a program with a deleted file open there is using it.
             placed_.push_back({{}, file.path.substr(0, file.path.size() - deletedMark.size())});
         }
         if (file.inode != 0) {
@@ -108,7 +108,7 @@ const OpenFiles::Numbers& OpenFiles::doubtful(std::uint64_t device, std::uint64_
 }
 
 bool OpenFiles::use(const std::filesystem::path& item) {
-    // Processes' paths have no links in them; the item itself may be one.
+    // Processes' paths contain no links, but the item itself may be one.
     const std::string path = resolvedFolder(item.parent_path()) + "/" + item.filename().string();
     const auto from = [&](const std::string& start) {
         return std::lower_bound(placed_.begin(), placed_.end(), start,

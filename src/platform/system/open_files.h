@@ -1,8 +1,8 @@
-// What the programs of this computer have in use: open, mapped into memory, as their working folder, root or
-// executable, as a bound socket or under a lock. One look at all processes answers for any number of items; the answer
-// is as old as that look. It is a courtesy and no lock: who opens something a moment later is not seen.
+// What this computer's programs have in use: open and mapped files, working folders, roots, executables, bound sockets
+// and locked files. One look at all processes answers for any number of items, and the answer is as old as the look. It
+// locks nothing: a program that opens something a moment later is not noticed.
 //
-// Called by the worker of a clean, on its thread. Each object is used by one thread.
+// Called by a clean's worker, on its thread. Each object is used by one thread.
 #pragma once
 
 #include <cstdint>
@@ -17,31 +17,31 @@
 
 namespace vesk {
 
-/// One thing that a process has in use, as the system tells it.
+/// One thing that a process has in use, as the system reports it.
 struct UsedFile {
     std::uint64_t device = 0;
-    /// 0 for a file that no folder has any more.
+    /// 0 for a deleted file.
     std::uint64_t inode = 0;
-    /// Its path in the process's own view of the file systems, which may not be this one's; empty when it is not told.
+    /// Its path in the process's mount namespace, which may differ from this process's; empty if unknown.
     std::string path;
-    /// Whether `device` is what a look at the file tells too; of mappings on btrfs it is not.
+    /// Whether stat reports the same `device`; for mappings on btrfs it does not.
     bool deviceIsCertain = true;
 };
 
-/// Everything that processes other than this one have in use, as far as this user may look. Processes that may not be
-/// looked at count as using nothing. Returns false, having found nothing to believe, when there was no look at all.
+/// Lists what other processes have in use. Processes that this user may not inspect count as using nothing. Returns
+/// false if the look failed as a whole.
 bool listUsedFiles(std::vector<UsedFile>& used);
 
 class OpenFiles {
 public:
     /// Looks at all processes now.
     OpenFiles();
-    /// Of what was found elsewhere; for tests.
+    /// From a given list; for tests.
     explicit OpenFiles(std::vector<UsedFile> used);
 
-    /// Whether a process has this item, or anything below it, in use. By the path where that tells; where it does not
-    /// (another view of the file systems, another mount of the same folder, a file known only by its number), by device
-    /// and number of what lies in the item. False when the look failed as a whole: then nothing is known.
+    /// Whether a process has this item, or anything below it, in use. Compares paths or, if those are not enough
+    /// (another mount namespace, another mount of the same folder, a file known only by its inode), device and inode of
+    /// everything in the item. False if the look failed as a whole.
     bool use(const std::filesystem::path& item);
 
 private:
@@ -55,11 +55,11 @@ private:
     const std::string& resolvedFolder(const std::filesystem::path& folder);
     const Numbers& doubtful(std::uint64_t device, std::uint64_t mount);
 
-    // Where used files lie as this process sees them, sorted by path.
+    // Files in use whose path in this process is known, sorted by path.
     std::vector<Placed> placed_;
-    // Device and inode of those that lie nobody knows where.
+    // Device and inode of those whose path is not known.
     Numbers unplaced_;
-    // The same for one mount of a device: what lies on another mount of it may lie here as well.
+    // The same by mount: a file on another mount of the device may be here too.
     std::map<std::pair<std::uint64_t, std::uint64_t>, Numbers> doubtful_;
     std::map<std::filesystem::path, std::string> resolved_;
 };

@@ -1,5 +1,5 @@
-// Linux tells all of it in /proc (proc(5)), as text or as links to what is in use. A link's text is the path in the
-// process's own view; what it leads to is the file itself, whatever its path.
+// Linux lists everything in /proc (proc(5)), as text or as links to what is in use. A link's text is the path in the
+// process's mount namespace; following it leads to the file itself.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -36,7 +36,7 @@ std::uint64_t usedDevice(const struct statx& found) {
     return makedev(found.stx_dev_major, found.stx_dev_minor);
 }
 
-// The whole text of a file of /proc, which tells no size; empty when it may not be read.
+// The whole text of a file in /proc, which reports no size; empty if it may not be read.
 std::string textOf(int folder, const char* name) {
     const Descriptor file(openat(folder, name, O_RDONLY | O_CLOEXEC));
     std::string text;
@@ -55,7 +55,7 @@ void forEachLine(std::string_view text, Visit visit) {
     }
 }
 
-// Takes the next part of a line off, up to blanks.
+// Removes and returns the next part of a line, up to a blank.
 std::string_view nextPart(std::string_view& line) {
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
     const std::size_t end = std::min(line.find(' '), line.size());
@@ -70,7 +70,7 @@ bool readNumber(std::string_view text, Number& number, int base) {
     return failure == std::errc() && end == text.data() + text.size();
 }
 
-// "MAJOR:MINOR", in hexadecimal digits.
+// Parses "MAJOR:MINOR" in hexadecimal.
 bool readDevice(std::string_view text, std::uint64_t& device) {
     const std::size_t colon = std::min(text.find(':'), text.size());
     unsigned major = 0;
@@ -83,14 +83,14 @@ bool readDevice(std::string_view text, std::uint64_t& device) {
     return true;
 }
 
-// Gathers what processes use, each file once for each path. Each thread of a look has one.
+// Collects what processes use, each file once per path. Each thread of a look has one.
 class ProcessReader {
 public:
     std::vector<UsedFile> used;
-    /// The numbers of those that may be looked at.
+    /// The numbers of the processes that this user may inspect.
     std::unordered_set<std::string> lookable;
 
-    void lookAt(int processes, const char* number) {
+    void readProcess(int processes, const char* number) {
         const Descriptor process(openat(processes, number, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!process) {
             return;
@@ -120,7 +120,7 @@ private:
             S_ISSOCK(found.stx_mode) || S_ISCHR(found.stx_mode)) {
             return;
         }
-        // Of a file with one name there is nothing new to tell.
+        // A file with only one name was already added under that.
         const bool hasOneName = S_ISDIR(found.stx_mode) || found.stx_nlink == 1;
         const auto isNew = linked_.insert({usedDevice(found), found.stx_ino, found.stx_mnt_id}).second;
         if (hasOneName && !isNew) {
@@ -128,22 +128,22 @@ private:
         }
         std::array<char, PATH_MAX> text;
         const ssize_t length = readlinkat(folder, link, text.data(), text.size());
-        // What has no name in any folder ("pipe:[1]", "anon_inode:x", memfd) is nobody's file.
+        // "pipe:[1]", "anon_inode:x" and memfds are not in any folder.
         if (length > 0 && text[0] == '/') {
             add({usedDevice(found), found.stx_nlink == 0 ? 0 : found.stx_ino,
                  std::string(text.data(), static_cast<std::size_t>(length))});
         }
     }
 
-    // ADDRESSES PERMISSIONS OFFSET DEVICE INODE PATH. Programs share most of what they map, so a line that was met
-    // before, but for its addresses, is passed over as fast as can be.
+    // ADDRESSES PERMISSIONS OFFSET DEVICE INODE PATH. Programs share most of their mappings, so a line seen before,
+    // apart from its addresses, is skipped as early as possible.
     void addMappings(std::string_view text) {
         forEachLine(text, [&](std::string_view line) {
             const std::size_t slash = line.find('/');
             if (slash == std::string_view::npos) {
                 return;
             }
-            // A memory file and shared memory have a path that is none, on a device of the kernel's own.
+            // Memory files and shared memory do not have real paths.
             const std::string_view path = line.substr(slash);
             if (path.starts_with("/memfd:") || path.starts_with("/SYSV") || path.starts_with("/dev/zero")) {
                 return;
@@ -159,7 +159,7 @@ private:
             const bool hasDevice = readDevice(nextPart(line), file.device);
             if (hasDevice && readNumber(nextPart(line), file.inode, 10) && file.inode != 0) {
                 file.path = path;
-                // Which of its names is gone, and whether it has others, is not told.
+                // It is not known which of its names was deleted, nor whether it has others.
                 file.inode = path.ends_with(" (deleted)") ? 0 : file.inode;
                 file.deviceIsCertain = false;
                 add(std::move(file));
@@ -175,7 +175,7 @@ private:
 
     std::unordered_set<std::string> known_;
     std::unordered_set<std::string> mappings_;
-    // Device, inode and mount of what links have led to.
+    // Device, inode and mount of the links' targets so far.
     std::set<std::array<std::uint64_t, 3>> linked_;
 };
 
@@ -208,7 +208,7 @@ public:
     }
 
 private:
-    // The kernel writes out the mappings of each process anew, which takes most of the time; so all cores take part.
+    // Most of the time goes into the mappings, which the kernel has to format, so all cores share the work.
     void lookAtAll(int processes, const std::vector<std::string>& numbers) {
         constexpr std::size_t batch = 8;
         std::deque<ProcessReader> readers;  // a deque: threads keep pointers into it while it grows
@@ -223,7 +223,7 @@ private:
                                                           }
                                                           for (std::size_t i = first;
                                                                i < std::min(first + batch, numbers.size()); ++i) {
-                                                              worker.state->lookAt(processes, numbers[i].c_str());
+                                                              worker.state->readProcess(processes, numbers[i].c_str());
                                                           }
                                                           worker.offerItems();
                                                       });
@@ -249,12 +249,12 @@ private:
         });
     }
 
-    // "1: POSIX ADVISORY WRITE PID MAJOR:MINOR:INODE START END"; those of processes that were looked at are known.
+    // "1: POSIX ADVISORY WRITE PID MAJOR:MINOR:INODE START END". Those of inspected processes are known already.
     void addLocks(std::string_view text, const std::string& own) {
         forEachLine(text, [&](std::string_view line) {
             nextPart(line);
             for (std::string_view kind = nextPart(line); kind == "->"; kind = nextPart(line)) {
-                continue;  // somebody who waits for the lock
+                continue;  // a process that waits for the lock
             }
             nextPart(line);
             nextPart(line);

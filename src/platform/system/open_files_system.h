@@ -1,11 +1,11 @@
-// What open_files.cpp needs and each system has in its own way (open_files_linux.cpp, open_files_macos.cpp).
+// The system-specific part of open_files.cpp (open_files_linux.cpp, open_files_macos.cpp).
 #pragma once
 
 #include <cstdint>
 
 namespace vesk {
 
-/// What a look at a path tells of the file there, a link at its end not followed; false when there is none.
+/// Where the file at a path is; a link at its end is not followed. False if there is none.
 struct FilePlace {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;

@@ -15,7 +15,7 @@ namespace {
 
 int signalPipe[2] = {-1, -1};
 
-// All that a signal handler may do. A pipe that is full has enough said.
+// All that a signal handler may do. If the pipe is full, the signal is already noticed.
 void passOn(int /*signal*/) {
     const int kept = errno;
     const char byte = 0;

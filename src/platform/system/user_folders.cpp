@@ -18,7 +18,7 @@ constexpr std::array<std::string_view, 9> userFolderNames = {
     "DESKTOP", "DOWNLOAD", "TEMPLATES", "PUBLICSHARE", "DOCUMENTS", "MUSIC", "PICTURES", "VIDEOS", "PROJECTS"};
 constexpr std::int64_t largestSettings = 1'000'000;
 
-// NAME of "XDG_NAME_DIR"; empty for any other text.
+// The NAME in "XDG_NAME_DIR"; empty for any other text.
 std::string_view nameIn(std::string_view key) {
     constexpr std::string_view prefix = "XDG_";
     constexpr std::string_view suffix = "_DIR";
@@ -29,7 +29,7 @@ std::string_view nameIn(std::string_view key) {
     return std::find(userFolderNames.begin(), userFolderNames.end(), name) == userFolderNames.end() ? "" : name;
 }
 
-// What stands between double quotes, with each character that follows a backslash as it is.
+// The text between double quotes, without the backslashes of escapes.
 std::string unquoted(std::string_view text) {
     std::string result;
     for (std::size_t i = 1; i < text.size() && text[i] != '"'; ++i) {
@@ -74,7 +74,7 @@ std::map<std::string, std::filesystem::path> userFoldersIn(std::string_view sett
 }
 
 std::map<std::string, std::filesystem::path> userFolders() {
-    // What a shell's settings move does not reach the desktop, which goes by its own.
+    // A variable set in a shell's settings does not reach the desktop, which then uses the default.
     for (const std::filesystem::path& folder : {world().configHome, world().home / ".config"}) {
         if (const auto settings = readWithoutTrace(folder / "user-dirs.dirs", largestSettings)) {
             return userFoldersIn(*settings, world().home);

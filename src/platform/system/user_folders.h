@@ -1,4 +1,4 @@
-// The folders for documents, media and downloads that a Linux desktop makes in a home, under names in the user's
+// The folders for documents, media and downloads that a Linux desktop creates in a home, with names in the user's
 // language (xdg-user-dirs 0.20). Callable from any thread.
 #pragma once
 
@@ -9,13 +9,13 @@
 
 namespace vesk {
 
-/// The folders by their names there: DESKTOP, DOWNLOAD, TEMPLATES, PUBLICSHARE, DOCUMENTS, MUSIC, PICTURES, VIDEOS and
-/// PROJECTS. Absolute and without a slash at the end; one that the user does not have (set to the home itself) is left
-/// out. `settings` is the text of user-dirs.dirs, which is never run as the shell script that it also is.
+/// The folders by name: DESKTOP, DOWNLOAD, TEMPLATES, PUBLICSHARE, DOCUMENTS, MUSIC, PICTURES, VIDEOS and PROJECTS.
+/// Absolute, without a trailing slash. Leaves out those that the user does not have (which are set to the home itself).
+/// `settings` is the text of user-dirs.dirs; although that is a shell script, it is only parsed.
 std::map<std::string, std::filesystem::path> userFoldersIn(std::string_view settings,
                                                            const std::filesystem::path& home);
 
-/// The same for the world in force; none when there is no such file.
+/// The same for the current world; empty if there is no such file.
 std::map<std::string, std::filesystem::path> userFolders();
 
 }  // namespace vesk

@@ -17,7 +17,7 @@ thread_local bool entered = false;
 #ifdef __APPLE__
 
 void lowerPriority() {
-    // Refused for a thread whose priority was set by pthread_setschedparam, which QThread::setPriority calls: no thread
+    // Fails for a thread whose priority was set by pthread_setschedparam, which QThread::setPriority calls: no thread
     // of Vesk's uses that.
     pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0);
 }

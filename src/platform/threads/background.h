@@ -5,7 +5,7 @@ namespace vesk {
 
 /// Gives the calling thread, for the rest of its life, the priority of background work: on Linux nice 15 and the
 /// lowest best-effort priority at the disk, for this thread alone; on macOS the utility class, which covers both.
-/// Calling it again does nothing. A refusal is ignored: the work is then only less polite.
+/// Calling it again does nothing. A failure is ignored: the work then only competes more with other programs.
 void enterBackground();
 
 /// Whether the calling thread has entered the background.

@@ -16,8 +16,8 @@ namespace vesk {
 
 namespace {
 
-// So many that, with three descriptors for each, all of them and the walks' callers have enough beside the folders that
-// walks hold open, which are half of what there is.
+// Each walking thread needs three descriptors. With this number, they and the walks' callers have enough besides the
+// folders that walks hold open, which may take half of all descriptors.
 int threadsForDescriptors() {
     constexpr rlim_t descriptorsForEach = 16;
     rlimit allowed{};
@@ -39,7 +39,7 @@ public:
 
     bool run(std::function<void()> task) {
         const std::lock_guard lock(lock_);
-        // A thread counts as lent from here on, so each task is sure of one that comes at once.
+        // Counts a thread as lent from here on, so that each task gets one at once.
         if (!hasIdleThread() || (asleep_ == static_cast<int>(tasks_.size()) && !startThread())) {
             return false;
         }
@@ -51,13 +51,13 @@ public:
 
     void lendMore() {
         int now = worthwhile_.load(std::memory_order_relaxed);
-        // Only when all are lent: what nobody had work for says nothing of what is worth it.
+        // Only if all are lent: an unused thread does not show that another would help.
         if (now <= lent_.load(std::memory_order_relaxed) && now < threadsForDescriptors()) {
             worthwhile_.compare_exchange_strong(now, now + 1, std::memory_order_relaxed);
         }
     }
 
-    // What was worth it earlier may be more than the process may open files for now.
+    // The limit of descriptors may have become lower since.
     void keepWithinDescriptors() {
         int now = worthwhile_.load(std::memory_order_relaxed);
         const int most = std::max(besideCaller_, threadsForDescriptors());
@@ -74,7 +74,7 @@ public:
     }
 
 private:
-    // False where the system allows no more threads: work is then shared among fewer.
+    // False if the system allows no more threads; then fewer share the work.
     bool startThread() {
         try {
             std::thread([this] { serve(); }).detach();
@@ -118,9 +118,9 @@ ThreadPool& threadPool() {
 }
 
 struct ThreadUse {
-    // How often it has given up its core because it had to wait.
+    // How often it gave up its core to wait.
     long waits;
-    // Its time on a core.
+    // Its CPU time.
     std::chrono::microseconds work;
 };
 
@@ -129,8 +129,8 @@ ThreadUse useOfThisThread() {
     using std::chrono::seconds;
     rusage used{};
 #ifdef __APPLE__
-    // There the waits of one thread are not to be had. Those of all together say the same: while nobody waits for the
-    // disk, few do so in a millisecond.
+    // macOS does not report the waits of a single thread. Those of the process serve as well: while no thread waits for
+    // the disk, there are few per millisecond.
     getrusage(RUSAGE_SELF, &used);
     timespec work{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &work);
@@ -166,7 +166,7 @@ void DiskWatch::restart() {
 
 void DiskWatch::look() {
     constexpr auto pause = std::chrono::milliseconds(1);
-    // Among many threads each waits long for its turn: that it did not wait for the disk shows in its own time alone.
+    // CPU time, since among many threads each waits long for its turn.
     constexpr auto longWork = std::chrono::milliseconds(1);
     const auto now = std::chrono::steady_clock::now();
     if (now - since_ < pause) {

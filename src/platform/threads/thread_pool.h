@@ -1,7 +1,7 @@
-// The process's thread pool, for work that can be shared. As long as those at work keep the processor busy, it lends
-// one thread fewer than there are cores; while they wait for the disk it lends more, so that the disk has many requests
-// to serve at a time. Its threads are started when first needed, sleep while idle, and live as long as the process.
-// Callable from any thread.
+// The process's thread pool, for work that can be shared. While working threads keep the processor busy, it lends one
+// thread fewer than there are cores; while they wait for the disk it lends more, so that the disk always has many
+// requests. Its threads are started when first needed, sleep while idle, and live as long as the process. Callable from
+// any thread.
 #pragma once
 
 #include <chrono>
@@ -9,33 +9,32 @@
 
 namespace vesk {
 
-/// The most threads that the pool ever lends at once, unless there are more cores: a disk that serves many requests at
-/// a time is kept busy by these. A process that may open few files has fewer, since a walking thread needs some.
+/// The most threads that the pool lends at the same time, unless there are more cores: enough to keep a disk busy. A
+/// process that may open only few files gets fewer, since a walking thread needs descriptors.
 constexpr int mostLentThreads = 24;
 
-/// Whether the pool would lend a thread. Costs two plain reads of memory; the answer may be out of date.
+/// Whether the pool would lend a thread. Costs two relaxed loads; the answer may be out of date.
 bool hasIdleThread();
 
-/// Has an idle thread run `task` as soon as it wakes, and returns true; returns false when the pool lends none. Nothing
-/// is ever queued.
+/// Runs `task` on an idle thread and returns true; returns false if the pool lends none. Nothing is queued.
 bool runOnIdleThread(std::function<void()> task);
 
-/// Whether the pool has lent more threads than are worth it by now: whoever can should give his back.
+/// Whether the pool has lent more threads than are useful now: a thread that can stop should.
 bool tooManyThreadsAtWork();
 
-/// Watches one thread at work and tells the pool whether it waits for the disk. Made and used on that thread.
+/// Watches one working thread and tells the pool whether it waits for the disk. Created and used on that thread.
 class DiskWatch {
 public:
     DiskWatch() { restart(); }
 
-    /// Forgets what was so far: to be called after a wait for other threads.
+    /// Forgets everything so far. Call it after a wait for other threads.
     void restart();
 
-    /// To be called often during the work. Looks at the clock and, once a millisecond, at how often the thread had to
-    /// wait: then the pool may lend one thread more, otherwise one fewer.
+    /// Call this often during the work. Checks the clock and, once a millisecond, whether the thread has had to wait:
+    /// if so, the pool may lend one more thread; if not, one fewer.
     void look();
 
-    /// Whether the thread waited for the disk when that was last looked at.
+    /// Whether the thread waited for the disk at the last check.
     bool hasWaited() const { return hasWaited_; }
 
 private:

@@ -36,8 +36,8 @@ public:
             }
         }
 
-        /// Hands items of this thread to an idle one, and notices whether the thread waits for the disk. A long item
-        /// calls it now and then; when all threads are busy it costs little more than a look at the clock.
+        /// Hands items of this thread to an idle one, and checks whether the thread waits for the disk. A long item
+        /// calls it now and then; if all threads are busy, it costs little more than reading the clock.
         void offerItems() {
             watch_.look();
             if (!work_.sharing_ && watch_.hasWaited()) {
@@ -57,7 +57,7 @@ public:
             offerItems();
         }
 
-        /// Whether items go to other threads. At first they do not: a little work is done before another thread has
+        /// Whether items go to other threads. At first they do not: a little work is finished before another thread has
         /// woken, unless it has to wait for the disk.
         bool isSharing() const { return work_.sharing_; }
 
@@ -73,7 +73,7 @@ public:
     private:
         friend WorkSharing;
 
-        // Does all items, unless the thread is one that may leave and should.
+        // Processes all items, unless the thread may leave and should.
         void doItems(bool mayLeave) {
             while (!items_.empty() && !(mayLeave && tooManyThreadsAtWork())) {
                 const Item item = std::move(items_.back());
@@ -145,7 +145,7 @@ private:
             {
                 const std::lock_guard lock(lock_);
                 comingThreads_ -= coming ? 1 : 0;
-                // What it has left when it is to leave, another does.
+                // Other threads process what it leaves.
                 move(worker.items_.size(), worker.items_, handedOver_);
                 if (handedOver_.empty() || (!coming && tooManyThreadsAtWork())) {
                     --otherThreads_;
@@ -158,7 +158,7 @@ private:
         }
     }
 
-    // Leaves a share to each thread that comes for it.
+    // Leaves a share for each thread that is on its way.
     void takeInto(Worker& worker) {
         const std::size_t takers = static_cast<std::size_t>(comingThreads_) + 1;
         move((handedOver_.size() + takers - 1) / takers, handedOver_, worker.items_);

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Whether the item's path leads into the folder without a step back. "/" and "" hold nothing.
+// Whether the item's path leads below the folder without "..". "/" and "" contain nothing.
 bool leadsBelow(const fs::path& item, const fs::path& folder) {
     if (!folder.is_absolute() || !folder.has_relative_path()) {
         return false;
@@ -24,7 +24,7 @@ bool leadsBelow(const fs::path& item, const fs::path& folder) {
     auto part = item.begin();
     for (const fs::path& expected : folder) {
         if (expected.empty()) {
-            continue;  // after a slash at the end
+            continue;  // after a trailing slash
         }
         if (part == item.end() || *part != expected) {
             return false;
@@ -42,14 +42,14 @@ bool leadsBelow(const fs::path& item, const fs::path& folder) {
     return true;
 }
 
-// The one place that says what Vesk may take away: what the user sees as lying in the home folder, and the system's
-// folders of temporary files. The path counts as the scan saw it, so a caches folder that is a link to another disk
-// stays within reach; that the link leads where it led then is told by the identity of the folder.
+// The only place that decides what Vesk may move: what the user sees in the home folder, and the system's folders of
+// temporary files. The path as the scan saw it counts, so a caches folder that is a link to another disk is within
+// reach; the folder's identity shows whether the link still leads to the same place.
 bool isWithinReach(const fs::path& item) {
     return leadsBelow(item, world().home) || leadsBelow(item, world().rooted("/private/var/folders"));
 }
 
-// Why an item is not the old one that was seen, by one look at it; 0 when it is, or when its age is of no matter.
+// Why an item is newer than the scan saw it; 0 if it is not, or if its age does not matter. Stats the item once.
 int failureIfNewer(const SeenItem& item, int folder) {
     if (!item.dates.modified && !item.dates.accessed) {
         return 0;

@@ -1,4 +1,4 @@
-// An item about to be moved to the Trash, whose folder is open and known to be the one that was seen. Used by
+// An item about to be moved to the Trash, whose folder is open and known to be the one that the scan saw. Used by
 // trash*.cpp; callable from any thread.
 #pragma once
 
@@ -18,8 +18,8 @@ struct HeldItem {
 };
 
 /// Opens the folder of an item that may be moved. Returns 0, or an errno value:
-/// - EPERM: its path does not lie below the home folder or below "/private/var/folders"; EILSEQ: it is not UTF-8;
-/// - ESTALE: its folder is not the one that was seen, or none was seen, or the item has changed since.
+/// - EPERM: its path is not below the home folder or "/private/var/folders"; EILSEQ: its path is not UTF-8;
+/// - ESTALE: its folder is not the one that the scan saw, or the scan saw none, or the item has changed since.
 int holdItem(const SeenItem& item, HeldItem& held);
 
 }  // namespace vesk

@@ -22,13 +22,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr unsigned ownerOnly = 0700;
-// Follows each place and each text, neither of which can hold it.
+// Ends each place and each text, neither of which can contain it.
 constexpr char fieldEnd = '\0';
 
 std::optional<std::string> takeField(std::string_view& text) {
     const std::size_t end = text.find(fieldEnd);
     if (end == std::string_view::npos) {
-        return std::nullopt;  // cut off, or the end
+        return std::nullopt;  // truncated, or the end
     }
     std::string field(text.substr(0, end));
     text.remove_prefix(end + 1);
@@ -50,7 +50,7 @@ std::string contentOf(int file) {
     }
 }
 
-// The place in the Trash of the item that a record is for; empty when it is no place of a record.
+// The place in the Trash of a record's item; empty if the path is not a record's.
 fs::path itemOf(const fs::path& record) {
     const std::string name = record.filename().string();
     if (!record.is_absolute() || record.parent_path().filename() != trashInfoName || !name.ends_with(trashInfoSuffix)) {
@@ -59,7 +59,7 @@ fs::path itemOf(const fs::path& record) {
     return record.parent_path().parent_path() / trashFilesName / name.substr(0, name.size() - trashInfoSuffix.size());
 }
 
-// Whether nobody else has the file open, who may be about to write it. False where that cannot be told.
+// Whether no other process has the file open and may be writing it. False if that is not known.
 bool isOpenHereAlone(int file) {
 #ifdef F_SETLEASE
     return fcntl(file, F_SETLEASE, F_WRLCK) == 0;

@@ -1,6 +1,6 @@
-// What Vesk notes of the records that it is about to make in a Trash, so that those whose items never came can be taken
-// back after a crash: nobody else would know that they belong to no item. A file beside the preferences, which is there
-// only while a clean runs, or after one that was killed. Used by trash_batch.cpp; callable from any thread.
+// Notes which records Vesk is about to create in a Trash, so that those whose items were never moved can be removed
+// after a crash: nobody else would know that they have no item. A file beside the preferences, which exists only during
+// a clean or after one that was killed. Used by trash_batch.cpp; callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -13,17 +13,17 @@ namespace vesk {
 
 class RecordNotes {
 public:
-    /// Notes in this file, which the first note makes, and its folder when that is missing. Without a path, or where
-    /// that fails, nothing is noted.
+    /// Writes to this file, which the first note creates together with its folder. With an empty path, or if that
+    /// fails, nothing is noted.
     explicit RecordNotes(std::filesystem::path file) : path_(std::move(file)) {}
-    /// Removes the file: no record is without its item any more.
+    /// Removes the file: by now every record has its item.
     ~RecordNotes();
     RecordNotes(const RecordNotes&) = delete;
     RecordNotes& operator=(const RecordNotes&) = delete;
 
-    /// Notes that a record with this text is about to be made at this place.
+    /// Notes that a record with this text is about to be created at this place.
     void add(const std::filesystem::path& record, std::string_view text);
-    /// The open file, for waiting until it is on the disk; -1 when nothing is noted.
+    /// The open file, for syncing; -1 if nothing is noted.
     int file() const { return file_.get(); }
 
 private:
@@ -32,9 +32,8 @@ private:
     Descriptor file_;
 };
 
-/// Removes each record that a clean noted in this file before it was killed and whose item is not in the Trash, and
-/// then the file. A record is removed only if it still has the very text that was noted, or a beginning of it that
-/// nobody is writing on.
+/// Removes each record that a killed clean noted in this file and whose item is not in the Trash, and then the file. A
+/// record is removed only if it still has exactly the noted text, or a beginning of it that nobody is writing.
 void takeBackNotedRecords(const std::filesystem::path& file);
 
 }  // namespace vesk

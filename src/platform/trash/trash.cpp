@@ -38,9 +38,9 @@ int failureOfLook(const fs::path& path) {
     return itemIdentity(AT_FDCWD, path.c_str()) ? 0 : failureOfLastLook();
 }
 
-// What there is to know of an item before it is put back.
+// What is known about an item before it is restored.
 struct Finding {
-    // Why it cannot be put back; 0 when it can.
+    // Why it cannot be restored; 0 if it can.
     int failure = 0;
     std::optional<LastingIdentity> item;
     // Whether it is at its place already, and has kept its name in the Trash: where no rename refuses to replace, a

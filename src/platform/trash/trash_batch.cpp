@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 class TrashBatch::Records {
 public:
     explicit Records(const fs::path& notes) : notes_(notes) {}
-    // Of items that were not moved.
+    // Removes the records of items that were not moved.
     ~Records() {
         for (Recorded& recorded : recorded_) {
             recorded.entry.takeBack();
@@ -42,7 +42,7 @@ public:
         sync();
     }
 
-    // The outcome of moving an item that is on record; absent when it has to go its way by itself.
+    // The outcome of moving an item that has a record; absent if it must be moved without the batch.
     std::optional<TrashOutcome> move(const SeenItem& item, const HeldItem& held) {
         std::optional<TrashEntry> entry = take(item);
         if (!entry) {
@@ -57,7 +57,7 @@ public:
                             : TrashOutcome{posixError(failure), {}, {}};
     }
 
-    // Drops the record of an item that stays where it is.
+    // Removes the record of an item that stays where it is.
     void drop(const SeenItem& item) {
         if (std::optional<TrashEntry> entry = take(item)) {
             entry->takeBack();
@@ -70,7 +70,7 @@ private:
         TrashEntry entry;
     };
 
-    // Returns 0 or an errno value. Whatever stands in the way of one is met again when its turn comes, and told then.
+    // Returns 0 or an errno value. Moving the item meets the same failure later and reports it.
     int recordOne(const SeenItem& item) {
         HeldItem held;
         if (const int failure = holdItem(item, held)) {
@@ -92,7 +92,7 @@ private:
         return failure;
     }
 
-    // Where the system allows no more descriptors: moving needs a few, and so do others.
+    // Frees descriptors when the system allows no more: moving needs a few, and so do other threads.
     void leaveDescriptors() {
         constexpr std::size_t needed = 16;
         for (std::size_t i = 0; i < needed && !recorded_.empty(); ++i) {
@@ -101,7 +101,7 @@ private:
         }
     }
 
-    // The Trash for an item, where records can wait for one another; null where each has to be by itself.
+    // The Trash for an item, if its records can be synced in batches; else null.
     std::shared_ptr<const OpenTrash> trashFor(const HeldItem& held) {
         const std::optional<VolumeIdentity> volume = volumeIdentity(held.folder.get());
         if (!volume) {
@@ -120,7 +120,7 @@ private:
         return trash->keepsOrder ? trash : nullptr;
     }
 
-    // Waits until all records are on the disk; takes back those of a Trash of which that is not known.
+    // Waits until all records are on the disk; removes those of a Trash where that failed.
     void sync() {
         if (recorded_.empty()) {
             return;
@@ -159,7 +159,7 @@ private:
         recorded_ = std::move(others);
     }
 
-    // Items come in the order in which they were recorded; one that was left out meanwhile needs no record any more.
+    // Items arrive in the order in which they were recorded; one that was skipped no longer needs its record.
     std::optional<TrashEntry> take(const SeenItem& item) {
         while (!recorded_.empty() && std::less<>()(recorded_.front().item, &item)) {
             recorded_.front().entry.takeBack();

@@ -13,8 +13,8 @@
 
 namespace vesk {
 
-// The name that an item tries to get in the Trash. Numbers count up from 2 at first; where a name is that common
-// (think of a thousand projects that each have a "node_modules"), they are drawn, so that no clean counts for ever.
+// The names to try for an item in the Trash. Numbers count up from 2 at first. For very common names (a thousand
+// projects with a "node_modules" each), they are then random, so that no clean counts for ever.
 class TrashEntry::NameChoice {
 public:
     NameChoice(std::string name, int infoFolder) : name_(std::move(name)) {
@@ -23,7 +23,7 @@ public:
         room_ = static_cast<std::size_t>(longest > 32 ? std::min(longest, usual) : usual) - trashInfoSuffix.size();
     }
 
-    // The next name to try; absent when it is time to give up.
+    // The next name to try; absent to give up.
     std::optional<std::string> next() {
         constexpr unsigned counted = 20;
         constexpr unsigned tries = 100;
@@ -44,7 +44,7 @@ private:
         return std::uniform_int_distribution<unsigned>(1'000, 999'999'999)(generator);
     }
 
-    // The name cut to so many bytes, at the start of a character.
+    // The name cut to at most this many bytes, between characters.
     std::string shortened(std::size_t length) const {
         if (name_.size() <= length) {
             return name_;
@@ -129,8 +129,8 @@ std::optional<TrashedIdentity> TrashEntry::identity() const {
     return TrashedIdentity{*item, lastingIdentity(record_.get()), contentModificationDate(record_.get())};
 }
 
-// Where the file system keeps no order of changes to names. The new name first: with the old one gone before it is
-// there, a power loss would cost the item both.
+// For file systems that do not preserve the order of renames. Syncs the new name first: if the old one were gone
+// before, a power loss could cost the item both names.
 void TrashEntry::syncMove(const HeldItem& held) const {
     if (!trash_->keepsOrder) {
         fsync(files());
@@ -138,8 +138,8 @@ void TrashEntry::syncMove(const HeldItem& held) const {
     }
 }
 
-// A program that empties the Trash in this very moment may have found the record before its item came, and removed
-// it. The item gets another one, or goes back to where it was.
+// A program that is emptying the Trash may have removed the record before its item arrived. The item gets another
+// record, or goes back to where it was.
 int TrashEntry::keepOnRecord(const HeldItem& held) {
     const std::optional<ItemIdentity> item = itemIdentity(files(), name_.c_str());
     int failure = 0;
@@ -150,7 +150,7 @@ int TrashEntry::keepOnRecord(const HeldItem& held) {
             return 0;
         }
         if (!isInTrash(item)) {
-            return 0;  // emptied away, after it had come
+            return 0;  // emptied after it had arrived
         }
         failure = recordAnew();
         if (failure == 0 && !isInTrash(item)) {
@@ -166,11 +166,11 @@ bool TrashEntry::isInTrash(const std::optional<ItemIdentity>& item) const {
     return item && itemIdentity(files(), name_.c_str()) == item;
 }
 
-// Under another name where another item's record has come into its place.
+// Uses another name if the old one now has another item's record.
 int TrashEntry::recordAnew() {
     int failure = write(name_, RecordSync::now);
     if (failure == EEXIST && holderOf(info(), recordName(name_), record_) == Holder::thatFile) {
-        return 0;  // it is there after all; the look before had failed
+        return 0;  // the record exists after all: the check before had failed
     }
     while (failure == EEXIST) {
         const std::optional<std::string> name = names_->next();

@@ -1,5 +1,5 @@
-// One item on its way into a Trash of the freedesktop.org Trash specification 1.0: recorded there first, then moved.
-// Used by trash*.cpp; callable from any thread.
+// An item being moved to a Trash of the freedesktop.org Trash specification 1.0: first recorded there, then moved. Used
+// by trash*.cpp; callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -15,13 +15,13 @@
 
 namespace vesk {
 
-/// When a record is waited for: before the call that makes it returns, or by whoever called.
+/// Whether a record is synced before the call that creates it returns, or later by the caller.
 enum class RecordSync { now, later };
 
 class TrashEntry {
 public:
-    /// An item of this name, which a record names `recordedPlace`. Each record is noted before it is made; `notes` may
-    /// be null.
+    /// An item with this name, whose record says `recordedPlace`. Each record is noted in `notes`, unless that is null,
+    /// before it is created.
     TrashEntry(std::string name, const std::string& recordedPlace, std::shared_ptr<const OpenTrash> trash,
                RecordNotes* notes);
     ~TrashEntry();
@@ -30,17 +30,17 @@ public:
 
     const OpenTrash& trash() const { return *trash_; }
 
-    /// Puts the item on record under a name that is free. Returns 0 or an errno value.
+    /// Creates the record under a free name. Returns 0 or an errno value.
     int record(RecordSync sync);
     /// The record's open file.
     int recordFile() const { return record_.get(); }
-    /// Removes the record again.
+    /// Removes the record.
     void takeBack();
 
-    /// Moves the item, which is on record, durably. Returns 0 or an errno value; the record is gone again then.
+    /// Moves the item durably; call `record` first. Returns 0, or an errno value, having removed the record.
     int move(const HeldItem& held);
 
-    /// Of an item that has been moved.
+    /// The item's place in the Trash, once it has been moved.
     std::filesystem::path place() const { return trash_->filesPlace / name_; }
     std::optional<TrashedIdentity> identity() const;
 

@@ -28,8 +28,8 @@ bool isOurs(int folder) {
     return fstat(folder, &found) == 0 && found.st_uid == geteuid();
 }
 
-// Opens a folder of ours inside another, made when missing. A link in its place is refused: it could lead the item
-// anywhere.
+// Opens a folder of ours inside another one, and creates it if it is missing. Does not follow a link: it could lead the
+// item anywhere.
 int openOwnFolder(int parent, const char* name, Descriptor& folder) {
     if (mkdirat(parent, name, ownerOnly) != 0 && errno != EEXIST) {
         return errno;
@@ -53,8 +53,8 @@ fs::path homeTrashPlace() {
     return world().dataHome / "Trash";
 }
 
-// The volume that the home Trash serves: the one it lies on, or will lie on once it is made. A link that stands for the
-// Trash itself does not count: where it leads to another disk, items are refused rather than put into a third place.
+// The volume of the home Trash, or of the folder where it will be created. If the Trash itself is a link, its target
+// does not count: if that is on another disk, the Trash refuses items rather than put them in a third place.
 std::optional<VolumeIdentity> homeTrashVolume() {
     fs::path place = homeTrashPlace().parent_path();
     while (place.has_relative_path() && !itemExists(place)) {
@@ -68,7 +68,7 @@ int openHomeTrash(OpenTrash& trash) {
     if (const int failure = makeFolders(place, ownerOnly)) {
         return failure;
     }
-    // A link is followed here alone: whoever keeps the Trash elsewhere on the same volume has set it so.
+    // Only here a link is followed: users may keep the Trash elsewhere on the same volume.
     const Descriptor folder = openFolder(AT_FDCWD, place.c_str(), LastLink::follow);
     if (!folder) {
         return errno;
@@ -79,8 +79,8 @@ int openHomeTrash(OpenTrash& trash) {
     return openInside(folder.get(), place, trash);
 }
 
-// The topmost folder of the volume holding `folder` (a path without links); absent when that lies outside the world in
-// force, where a made-up world must leave everything alone.
+// The topmost folder of the volume with `folder` (a path without links); absent if that is outside the current world,
+// where tests must not change anything.
 std::optional<fs::path> topOfVolume(fs::path folder, const VolumeIdentity& volume) {
     const std::optional<fs::path> root = resolvingLinks(world().root);
     while (folder != root && folder.has_relative_path() && volumeIdentity(folder.parent_path()) == volume) {
@@ -90,8 +90,8 @@ std::optional<fs::path> topOfVolume(fs::path folder, const VolumeIdentity& volum
     return isTop ? std::optional(folder) : std::nullopt;
 }
 
-// The Trash that an administrator made for all users of a volume; it must be a real folder and sticky, or a user could
-// take away what another one deleted.
+// The Trash that an administrator created for all users of a volume. It must be a real folder and sticky; otherwise one
+// user could take what another has deleted.
 int openSharedTrash(int top, const fs::path& topPlace, const std::string& user, OpenTrash& trash) {
     const Descriptor shared = openFolder(top, ".Trash", LastLink::doNotFollow);
     struct stat found {};
@@ -145,7 +145,7 @@ int openTrashFor(const HeldItem& item, OpenTrash& trash) {
         return failure;
     }
     trash.keepsOrder = keepsOrderOfNames(trash.files.get());
-    // The history could not say where the item went.
+    // Otherwise the history could not store where the item is.
     return isUtf8(trash.filesPlace.string()) ? 0 : EILSEQ;
 }
 

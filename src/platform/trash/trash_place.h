@@ -1,5 +1,5 @@
-// Where a Trash of the freedesktop.org Trash specification 1.0 lies, opened so that items can be moved into it: the
-// home Trash in World::dataHome, or the one at the top of another volume. Used by trash*.cpp; callable from any thread.
+// Finds and opens a Trash of the freedesktop.org Trash specification 1.0: the home Trash in World::dataHome, or the one
+// at the top of another volume. Used by trash*.cpp; callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -12,27 +12,27 @@
 
 namespace vesk {
 
-/// A Trash, open and ready to take items.
+/// An open Trash.
 struct OpenTrash {
     Descriptor files;
     Descriptor info;
-    /// Where `files` lies.
+    /// The path of `files`.
     std::filesystem::path filesPlace;
-    /// The volume whose items it takes.
+    /// The volume whose items go here.
     VolumeIdentity volume;
-    /// The folder from which its records count; empty where they name absolute places.
+    /// The folder that its records' paths are relative to; empty if they are absolute.
     std::filesystem::path top;
-    /// Whether its file system keeps the order of changes to names.
+    /// Whether its file system preserves the order of renames.
     bool keepsOrder = false;
 };
 
-/// Opens the Trash for an item, made when missing. Returns 0 or an errno value.
+/// Opens the Trash for an item, and creates it if it is missing. Returns 0 or an errno value.
 int openTrashFor(const HeldItem& item, OpenTrash& trash);
 
-/// How a record in this Trash names the place of an item; absent when that place has changed meanwhile.
+/// An item's place as a record in this Trash states it; absent if the place has changed meanwhile.
 std::optional<std::string> recordedPlace(const HeldItem& item, const OpenTrash& trash);
 
-/// Whether the folder of the Trash's items still has its name: nobody would find what is moved into it otherwise.
+/// Whether the folder of the Trash's items is still at its path; otherwise nobody would find what is moved into it.
 bool isAtItsPlace(const OpenTrash& trash);
 
 }  // namespace vesk

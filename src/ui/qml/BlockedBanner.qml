@@ -1,4 +1,4 @@
-// Says which places could not be read, and leads to the settings that allow it.
+// Says which places could not be read, with a button for the settings that allow it.
 import QtQuick
 import QtQuick.Layouts
 import Vesk

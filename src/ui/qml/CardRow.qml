@@ -1,7 +1,7 @@
-// One card of the list: what it is, what it frees, and whether it is ticked. Pressing it opens its detail sheet.
+// One card in the list: what it is, what it frees, and whether it is ticked. Pressing it opens its detail sheet.
 //
-// The button lies in a plain item, because a list places its delegates itself: newer Qt moves them to its left edge, and
-// keeps those out of sight from assistive technology.
+// The button is inside a plain item, since a list positions its delegates itself: newer Qt moves them to the list's left
+// edge, and hides those out of view from assistive technology.
 import QtQuick
 import QtQuick.Layouts
 import Vesk
@@ -23,17 +23,17 @@ Item {
     readonly property color tint: Theme.bucketColor(bucket)
     readonly property string amount: snapshotCount > 0 ? "Size varies" : sizeText
     readonly property alias button: button
-    /// Room on both sides, for the shadow and the focus ring.
+    /// Space on both sides for the shadow and the focus ring.
     property real sideRoom: 0
-    /// How much of it is there: 0 nothing, 1 all; a little more where it swings beyond its place.
+    /// How far it has appeared, from 0 to 1; a little more while the spring overshoots.
     property real presence: 1
-    /// Whether it is being seen off.
+    /// Whether it is disappearing.
     property bool going: false
 
-    /// It has been seen off.
+    /// It has disappeared.
     signal gone
 
-    /// Springs up.
+    /// Starts to appear.
     function come() {
         if (!Motion.reduced) {
             motion.from = 0;
@@ -42,7 +42,7 @@ Item {
         }
     }
 
-    /// Springs away, and is gone as soon as there is nothing of it.
+    /// Starts to disappear.
     function go() {
         going = true;
         enabled = false;
@@ -64,7 +64,7 @@ Item {
         }
     }
 
-    // The list itself would keep rows from where they belong when they get higher meanwhile, as wrapped lines do.
+    // Not a transition of the list: it would misplace rows whose height changes meanwhile, as it does when lines wrap.
     NumberAnimation {
         id: motion
 
@@ -109,7 +109,7 @@ Item {
                     color: Theme.faded(Theme.ink, 0.1)
                 }
             }
-            // Beside the plate rather than on it, so that a card that is not ticked does not dim it.
+            // Not inside the plate, whose opacity would dim it while the card is not ticked.
             FocusRing {
                 control: button
                 cornerRadius: 20

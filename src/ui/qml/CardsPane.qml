@@ -11,7 +11,7 @@ ColumnLayout {
     required property Store store
     readonly property alias list: list
 
-    /// Leads to the first ticked card.
+    /// Focuses the first ticked card.
     function showPicked() {
         list.focusRow(store.cards.firstSelected());
     }
@@ -99,11 +99,11 @@ ColumnLayout {
 
             objectName: "cardList"
             model: pane.store.cards
-            // As many cards as a scan finds are there also while out of sight, for assistive technology to read.
+            // Large enough that all of a scan's cards exist even out of view, for assistive technology.
             cacheBuffer: 2400
             Accessible.name: "Cards"
 
-            /// The same as `turn`; the focus, where a row has it, goes along.
+            /// The same as `turn`, but moves the focus along if a row has it.
             function turnWithFocus(key: int): bool {
                 const hadFocus = activeFocus;
                 if (!turn(key)) {
@@ -132,7 +132,7 @@ ColumnLayout {
                 store: pane.store
                 width: ListView.view.width
                 sideRoom: list.sideRoom
-                // As a scan ends, its cards come and go within a spring.
+                // At the end of a scan, cards appear and disappear with a spring.
                 ListView.onAdd: come()
                 ListView.onRemove: {
                     ListView.delayRemove = !Motion.reduced;

@@ -1,4 +1,4 @@
-// What a clean came to, with confetti. A tap anywhere, Return, Space or Escape closes it.
+// The result of a clean, with confetti. A tap anywhere, Return, Space or Escape closes it.
 import QtQuick
 import Vesk
 
@@ -26,7 +26,7 @@ ModalLayer {
     Keys.onSpacePressed: close()
     Component.onCompleted: pop = true
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: Words.joined([title.text, amount + ".", reassurance, snapshotsText.text, failuresText.text], " ")
+    Accessible.name: Strings.joined([title.text, amount + ".", reassurance, snapshotsText.text, failuresText.text], " ")
     Accessible.focusable: true
     Accessible.onPressAction: close()
 

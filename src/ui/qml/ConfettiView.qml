@@ -41,7 +41,7 @@ Item {
             required property var modelData
 
             objectName: "confettiPiece"
-            /// From above the top edge to below the bottom one.
+            /// 0 above the top edge, 1 below the bottom edge.
             property real progress: 0
 
             x: modelData.x * view.width

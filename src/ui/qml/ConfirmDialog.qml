@@ -4,7 +4,7 @@ import Vesk
 
 MessageDialog {
     required property Store store
-    /// What is about to go, as the main button says it.
+    /// The size of what will be moved, as on the main button.
     required property string sizeText
 
     title: store.previewOnly ? `Preview ${sizeText}?` : `Move ${sizeText} to the Trash?`

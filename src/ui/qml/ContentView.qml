@@ -1,4 +1,4 @@
-// The content of the window: the panel on the left, cards or history on the right, and what is laid over them.
+// The content of the window: the panel on the left, cards or history on the right, and the layers over them.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -10,31 +10,32 @@ FocusScope {
     id: content
 
     required property Store store
-    /// Height of the title bar where the content runs beneath it.
+    /// Height of the title bar, if the content extends beneath it.
     property real titleBarInset: 0
     /// 0 shows the cards, 1 the history.
     property alias tab: tabs.current
 
-    /// Which of the layers over the screen has the keyboard; empty when none is there.
+    /// The layer over the screen that has the keyboard focus; empty if there is none.
     readonly property string topLayer: store.notice !== "" ? "notice"
         : store.showConfirm ? "confirm"
         : store.detailID !== "" ? "detail"
         : store.celebration !== null ? "celebration" : ""
-    /// The screen's control that had the focus last, and whether the keyboard had put it there. A button that has become
-    /// unavailable has lost the focus, but it is where the user was.
+    /// The control on the screen that last had the focus, and whether it came there by keyboard. It counts even if it
+    /// has lost the focus by becoming unavailable.
     property Item lastFocused: null
     property bool lastFocusedShown: false
     readonly property Item focused: Window.activeFocusItem
     readonly property bool focusShown: (focused as T.Control)?.visualFocus ?? false
 
     onFocusedChanged: {
-        // A button that is available again has the focus again, which is not the user's doing.
+        // A button that becomes available again regains the focus without the user's doing.
         if (screen.enabled && focused?.activeFocusOnTab && focused !== lastFocused) {
             lastFocused = focused;
             lastFocusedShown = (focused as T.Control)?.visualFocus ?? false;
         }
     }
-    // It is said after the focus itself has moved; and it ends before, which is not the user's doing.
+    // `visualFocus` changes to true after the focus has moved, and to false before the focus is lost. Only the first is
+    // the user's doing.
     onFocusShownChanged: {
         if (focusShown && focused === lastFocused) {
             lastFocusedShown = true;
@@ -47,7 +48,7 @@ FocusScope {
         }
     }
 
-    // To where the user was, or to the next control that is available.
+    // Moves the focus back to where the user was, or to the next available control.
     function giveFocusBack() {
         const wanted = lastFocused === null ? tabs : lastFocused;
         const isThere = wanted.visible && wanted.enabled && wanted.activeFocusOnTab;
@@ -66,7 +67,7 @@ FocusScope {
     InputGuard {
         objectName: "inputGuard"
         front: content.topLayer
-        // So long does a celebration spring up. Nobody has read it before.
+        // A celebration takes this long to appear; nobody has read it before that.
         settling: content.topLayer === "celebration" ? 500 : 0
     }
     DiagonalGradient {
@@ -90,7 +91,7 @@ FocusScope {
             objectName: "screen"
             x: (viewport.contentWidth - width) / 2
             y: Theme.margin + content.titleBarInset
-            // Lines of text and the way from a title to its switch get no longer than the eye can follow.
+            // Limits the length of lines and the distance from a title to its switch, for the eye.
             width: Math.min(viewport.contentWidth - 2 * Theme.margin, 1432)
             height: viewport.contentHeight - y - Theme.margin
             spacing: 32
@@ -110,7 +111,7 @@ FocusScope {
             ColumnLayout {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                // Lists scroll out beneath the window's edge rather than end short of it.
+                // Lists reach the window's lower edge.
                 Layout.bottomMargin: -Theme.margin
                 spacing: Theme.wideGap
 
@@ -145,8 +146,8 @@ FocusScope {
         }
     }
 
-    // What follows is there only while it is shown. (A Loader cannot make bound components in Qt 6.4, a Repeater can.)
-    // A new celebration makes a new view, with confetti of its own.
+    // The layers exist only while they are shown. (In Qt 6.4 a Loader cannot create bound components, but a Repeater
+    // can.) A new celebration gets a new view, and so new confetti.
     Repeater {
         model: content.store.celebration === null ? [] : [content.store.celebration]
 

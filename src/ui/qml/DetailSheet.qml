@@ -1,4 +1,4 @@
-// One card in full: what it holds, what removing it means, and whether it is ticked.
+// One card in detail: what it contains, what removing it means, and whether it is ticked.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -58,7 +58,7 @@ ModalLayer {
                 Accessible.name: "Details"
                 Accessible.focusable: true
 
-                // Gaps are such that eight entries, a reason of three lines and the sentence on undo fit.
+                // With these gaps, eight entries, three lines of reasons and the sentence about undo fit.
                 Column {
                     id: bodyColumn
 
@@ -110,7 +110,7 @@ ModalLayer {
                     }
                 }
             }
-            // More is to come below: the last visible line fades.
+            // Shows that there is more below: the last visible line fades.
             Rectangle {
                 Layout.fillWidth: true
                 Layout.topMargin: -12 - height

@@ -10,7 +10,7 @@ ColumnLayout {
 
     required property Store store
     required property string entryId
-    /// Whether they are shown: the Trash is looked through only then.
+    /// Whether they are shown. The Trash is checked only then.
     required property bool wanted
 
     spacing: 2
@@ -22,7 +22,7 @@ ColumnLayout {
         entryId: details.entryId
         wanted: details.wanted
     }
-    // The Trash may have been emptied while another window was in front.
+    // The Trash may have been emptied while another application was in front.
     Connections {
         target: Application
 

@@ -1,4 +1,4 @@
-// Past cleanups, newest first, each with its Undo.
+// Past cleanups, newest first, each with an Undo button.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -10,7 +10,7 @@ Item {
     objectName: "historyPane"
 
     required property Store store
-    /// The run whose details are shown; empty when none is.
+    /// The run whose details are shown; empty if none are.
     property string openedRun: ""
     readonly property alias list: list
 

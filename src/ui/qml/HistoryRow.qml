@@ -1,5 +1,5 @@
-// One past cleanup of the history: what it freed, when, and its Undo. Where items of it are still away from their
-// places, its details say why. The plate lies in a plain item for the same reason as that of a card (CardRow).
+// One past cleanup: what it freed, when, and an Undo button. Until all of its items are back, its details say where they
+// are. The plate is inside a plain item for the same reason as in CardRow.
 import QtQuick
 import QtQuick.Layouts
 import Vesk
@@ -17,9 +17,9 @@ Item {
     required property real snapshotsRemoved
     required property bool undone
     required property real moveCount
-    /// Room on both sides, for the shadow and the focus ring.
+    /// Space on both sides for the shadow and the focus ring.
     property real sideRoom: 0
-    /// Whether its details are wanted.
+    /// Whether its details are shown.
     property bool open: false
 
     readonly property string amount: (preview ? "Preview: would free " : "Freed ") + bytesText
@@ -28,9 +28,9 @@ Item {
     readonly property bool hasDetails: outcome === "" && moveCount > 0
     readonly property bool opened: hasDetails && open
 
-    /// The details are to be shown, or hidden again.
+    /// The user wants the details shown or hidden.
     signal toggleDetails
-    /// A control of the row has got the focus.
+    /// A control in the row has received the focus.
     signal focused
 
     height: columns.implicitHeight + 32
@@ -46,7 +46,7 @@ Item {
         color: Theme.card
         Accessible.role: Accessible.ListItem
         Accessible.ignored: !enabled
-        Accessible.name: Words.joined([row.amount, row.titles, row.dateText, row.snapshots, row.outcome], ". ")
+        Accessible.name: Strings.joined([row.amount, row.titles, row.dateText, row.snapshots, row.outcome], ". ")
 
         SoftShadow {
             cornerRadius: 20

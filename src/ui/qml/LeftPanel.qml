@@ -1,4 +1,4 @@
-// The left side of the main screen: the disk at a glance, and the button that starts a clean.
+// The left side of the main screen: the disk at a glance and the button that starts a clean.
 import QtQuick
 import QtQuick.Layouts
 import Vesk
@@ -8,7 +8,7 @@ ScrollArea {
 
     required property Store store
 
-    /// The ticked cards are to be shown.
+    /// The user wants to see the ticked cards.
     signal showPicked
 
     readonly property string sizeText: {
@@ -30,11 +30,11 @@ ScrollArea {
         }
         return (store.previewOnly ? "Preview " : "Clean ") + sizeText;
     }
-    /// What the panel needs besides the wheel, which takes the rest within its limits.
+    /// The height needed besides the wheel, which gets the rest within its limits.
     readonly property real needed: title.implicitHeight + legend.implicitHeight + actions.implicitHeight + 3 * Theme.wideGap
     readonly property real wheelSize: Math.max(leastWheel, Math.min(320, height - needed))
     readonly property real leastWheel: Math.min(248 * Theme.textScale, width)
-    /// Room that is left in a tall window. A part of it sets the groups apart, the rest lies above the actions.
+    /// Spare height in a tall window. Part of it separates the groups; the rest goes above the actions.
     readonly property real air: Math.max(0, height - needed - wheelSize)
 
     contentHeight: Math.max(height, needed + wheelSize)
@@ -164,7 +164,7 @@ ScrollArea {
                 available: !panel.store.busy
                 onClicked: panel.store.scan()
             }
-            // Alone it stands in the middle.
+            // Centres the button if it is the only one.
             Item {
                 Layout.fillWidth: true
                 visible: panel.store.cards.count === 0

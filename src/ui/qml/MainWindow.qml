@@ -9,7 +9,7 @@ Window {
     required property Store store
     property real titleBarInset: 0
     property real textScale: 1
-    /// What the display has for windows, in points.
+    /// The display's space for windows, in points.
     property size available: Qt.size(1100, 740)
 
     onTextScaleChanged: Theme.textScale = textScale
@@ -17,7 +17,7 @@ Window {
     title: "Vesk"
     width: Math.max(minimumWidth, Math.min(1100, available.width))
     height: Math.max(minimumHeight, Math.min(740, available.height))
-    // On a smaller display the content keeps its own least size, and scrolls.
+    // On a smaller display, the content keeps its minimum size and scrolls.
     minimumWidth: Math.min(980, available.width)
     minimumHeight: Math.min(660, available.height)
     color: Theme.cream

@@ -43,7 +43,7 @@ Rectangle {
                     font.pixelSize: Theme.callout
                     elide: Text.ElideMiddle
                     maximumLineCount: 1
-                    // A name's combining marks may stand one above the other, far beyond its row.
+                    // Stacked combining marks in a name may extend far beyond its row.
                     clip: true
                 }
                 Label {

@@ -1,4 +1,4 @@
-// The foot of the detail sheet: whether the card is ticked, and the way out.
+// The foot of the detail sheet: the switch that ticks the card, and the Done button.
 import QtQuick
 import QtQuick.Layouts
 import Vesk
@@ -9,7 +9,7 @@ RowLayout {
     required property bool selected
     required property color tint
 
-    /// The switch was used.
+    /// The user has flipped the switch.
     signal toggled(bool checked)
     signal done
 

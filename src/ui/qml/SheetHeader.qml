@@ -1,4 +1,4 @@
-// The head of the detail sheet: what the card is and how much it holds.
+// The head of the detail sheet: the card's title and size.
 import QtQuick
 import QtQuick.Layouts
 import Vesk

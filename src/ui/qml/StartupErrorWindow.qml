@@ -1,4 +1,4 @@
-// Instead of the application's window: why Vesk does not start here.
+// Shown instead of the application's window: why Vesk does not start.
 import QtQuick
 import QtQuick.Window
 import Vesk
@@ -28,7 +28,7 @@ Window {
     MessageDialog {
         anchors.fill: parent
         focus: true
-        dim: "transparent"  // there is nothing below it
+        dim: "transparent"  // there is nothing beneath it
         title: window.heading
         message: window.message
         acceptText: "Quit"

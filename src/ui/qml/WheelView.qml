@@ -1,5 +1,5 @@
-// The disk as a ring: personal, smart and safe bytes one after another, the rest free. During a scan its progress runs
-// inside the ring.
+// The disk as a ring: personal, smart and safe bytes one after another; the rest is free. During a scan, a second ring
+// inside shows its progress.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -17,13 +17,14 @@ Item {
     readonly property bool scanning: store.phase === "scanning"
     readonly property int percent: Math.floor(store.progress * 100)
     readonly property real side: Math.min(width, height)
-    /// It gives way to the words inside: they are no smaller than captions.
+    /// Thinner if the text inside needs the space, which is never smaller than a caption.
     readonly property real ringWidth: Math.max(14, Math.min(34, side / 2 - Math.max(radiusAtRest, radiusWhileScanning)))
-    /// How far the words in the middle may reach.
+    /// The width for the text in the middle.
     readonly property real roomInside: (side - 2 * ringWidth) * 0.86
-    /// The ring's inner edge, as far from its centre as words may come.
+    /// The largest distance of text from the centre.
     readonly property real reach: side / 2 - ringWidth - 4
-    // What the lines in the middle need, from the centre: the last one is the longest, and no figure is longer than this.
+    // The space that the lines in the middle need, from the centre: the last one is the longest, and no figure in it is
+    // longer than the ones below.
     readonly property real halfAtRest: (Theme.title + Theme.body + Theme.caption) * 0.64
     readonly property real halfWhileScanning: (Theme.display + Theme.body + Theme.caption) * 0.64
     readonly property real radiusAtRest: Math.hypot(longestReady.width / 2, halfAtRest) + 4
@@ -43,7 +44,7 @@ Item {
         anchors.fill: parent
         lineWidth: wheel.ringWidth
     }
-    // A bucket's arc with a dark edge, which sets its colour apart from the track and from its neighbours.
+    // A bucket's arc, with a dark edge that separates it from the track and from its neighbours.
     component BucketArc: Item {
         id: bucket
 
@@ -85,14 +86,14 @@ Item {
         font.family: Theme.mediumFamily
     }
 
-    // How wide a line may be whose outer edge is that far above or below the centre.
+    // The width available for a line whose outer edge is at this distance above or below the centre.
     function chord(distance: real): real {
         return 2 * Math.sqrt(Math.max(0, reach * reach - distance * distance));
     }
 
-    // A line in the middle of the ring: as large as its room allows.
+    // A line in the middle of the ring, as large as fits.
     component InnerText: Label {
-        /// The size it has where there is room, and its part of the room where there is not.
+        /// The text size if there is room, and the share of `roomInside` if there is not.
         required property real fullSize
         required property real share
 
@@ -139,7 +140,7 @@ Item {
         color: Theme.green
     }
 
-    // There only while a scan runs. (A Loader cannot make bound components in Qt 6.4.)
+    // Exists only during a scan. (In Qt 6.4 a Loader cannot create bound components.)
     Repeater {
         model: wheel.scanning ? 1 : 0
 
@@ -147,11 +148,11 @@ Item {
             objectName: "progressRing"
 
             value: wheel.percent
-            said: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
+            accessibleName: `Sniffing around… ${wheel.percent}%, ${ByteCount.text(wheel.store.foundBytes)} checked`
             anchors.fill: parent
             Accessible.role: Accessible.ProgressBar
             Accessible.ignored: !enabled
-            Accessible.name: said
+            Accessible.name: accessibleName
 
             SpringValue {
                 id: progressSpring

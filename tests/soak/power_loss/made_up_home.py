@@ -1,4 +1,4 @@
-"""A small home in which several rules find something, and the account of it after a power loss."""
+"""A small home in which several rules find something, and the check of it after a power loss."""
 
 import json
 import os
@@ -10,7 +10,7 @@ LONG_AGO = 1_600_000_000
 
 
 def portrait(item):
-    """All that must stay the same of an item: what kind each thing in it is, and what it holds."""
+    """What must stay the same of an item: the kind and content of everything in it."""
     if item.is_symlink():
         return os.readlink(item)
     if item.is_dir():
@@ -19,7 +19,7 @@ def portrait(item):
 
 
 class Home:
-    """Lies at `root`, which stands for "/"."""
+    """In `root`, which stands for "/"."""
 
     def __init__(self, root):
         self.root = Path(root)
@@ -54,7 +54,7 @@ class Home:
         file.write_text(text, encoding="ascii")
 
     def know(self, cards):
-        """Notes the items that the cards of a scan offer, as they are now, and what else must stay."""
+        """Records the items on a scan's cards as they are now, and what else must stay."""
         for card in cards:
             for entry in card["entries"]:
                 item = Path(entry["path"])
@@ -63,7 +63,7 @@ class Home:
                      [self.home / "Documents", *(self.home / "code").glob("*/package.json")]}
 
     def recorded(self):
-        """Which place each item in the Trash is recorded to come from."""
+        """The recorded place of each item in the Trash."""
         places = {}
         for record in (self.trash / "info").glob("*.trashinfo"):
             for line in record.read_text(encoding="utf-8", errors="replace").splitlines():
@@ -73,9 +73,9 @@ class Home:
         return places
 
     def faults(self, was_cleaned, was_undone):
-        """What is wrong, each as "kind: detail". `was_cleaned`, `was_undone`: whether the user had been told so.
+        """The faults, each as "kind: detail". `was_cleaned`, `was_undone`: whether the user had been told so.
 
-        A record without an item loses nothing; it is told in brackets.
+        A record without an item loses nothing; it is reported in brackets.
         """
         found = []
         in_trash = {}
@@ -102,7 +102,7 @@ class Home:
         return found + self.faults_of_history(was_cleaned, was_undone)
 
     def faults_of_history(self, was_cleaned, was_undone):
-        # The undo comes only after the clean was told of.
+        # The undo starts only after the clean was reported.
         undo_has_begun = was_cleaned
         try:
             entries = json.loads(self.history.read_bytes())

@@ -1,7 +1,7 @@
-"""A disk whose every write and flush is recorded in the order in which they came.
+"""A disk that records every write and flush, in order.
 
-It is one file of a FUSE file system that this program serves, so that a loop device can lie on it. The kernel hands a
-write on at once, and a flush of the device as an fsync. What came is added to a log; `entries` reads it again.
+It is one file in a FUSE file system that this program serves, with a loop device on it. The kernel passes writes on at
+once, and flushes of the device as fsync. They are appended to a log, which `entries` reads.
 """
 
 import ctypes
@@ -16,7 +16,7 @@ NAME = b"disk"
 HEADER = struct.Struct("<IIQQIIIHH")
 ANSWER = struct.Struct("<IiQ")
 ATTRIBUTES = struct.Struct("<6Q10I")
-# What the log holds of each: offset and length of a write, whose bytes follow; of a flush, a length of nothing.
+# An entry in the log: a write's offset and length, followed by its bytes; a flush has a length that no write has.
 ENTRY = struct.Struct("<QI")
 
 LOOKUP, FORGET, GETATTR, SETATTR, OPEN, READ, WRITE, STATFS, RELEASE = 1, 2, 3, 4, 14, 15, 16, 17, 18
@@ -27,7 +27,7 @@ LARGEST_WRITE = 128 * 1024
 
 @dataclass
 class Write:
-    """Bytes that came, and where; without any bytes, a flush."""
+    """The bytes written, and where; without bytes, a flush."""
 
     offset: int
     data: bytes
@@ -38,7 +38,7 @@ class Write:
 
 
 def entries(log):
-    """All that a log holds, in order, each with the log's length up to and with it."""
+    """Everything in a log, in order, each with the log's length up to its end."""
     with open(log, "rb") as file:
         while head := file.read(ENTRY.size):
             offset, length = ENTRY.unpack(head)
@@ -46,7 +46,7 @@ def entries(log):
 
 
 class Server:
-    """Answers the kernel for as long as it is mounted."""
+    """Answers the kernel until it is unmounted."""
 
     def __init__(self, device, image, log):
         self.device = device
@@ -75,7 +75,7 @@ class Server:
         return os.pread(self.image, length, offset)
 
     def answer(self, what, node, body):
-        """The bytes of the answer, or the number of an error."""
+        """The bytes of the reply, or an error number."""
         if what == INIT:
             return struct.pack("<IIIIHHIIHHII", 7, 31, LARGEST_WRITE, 1 << 5, 16, 12, LARGEST_WRITE, 1, 0, 0, 0, 0) + bytes(24)
         if what == LOOKUP:
@@ -116,7 +116,7 @@ class Server:
 
 
 class RecordedDisk:
-    """The device, while it is there. For a process with mounts of its own."""
+    """The device, while it exists. For a process in its own mount namespace."""
 
     def __init__(self, folder, image, log):
         self.folder = Path(folder)

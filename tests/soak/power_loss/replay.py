@@ -1,4 +1,4 @@
-"""What a recorded disk may have held when the power went, one state after the other, each mounted and looked at."""
+"""The states in which a power loss may have left a recorded disk, each mounted and checked."""
 
 import shutil
 import subprocess
@@ -23,7 +23,7 @@ def copy(source, target):
 
 
 def pages(writes):
-    """The writes cut at the pages of the disk: which pages of a write make it is up to the disk."""
+    """The writes, split at the disk's pages: after a power loss, any of them may have been written."""
     for write in writes:
         for start in range(0, len(write.data), PAGE):
             yield Write(write.offset + start, write.data[start:start + PAGE])
@@ -37,7 +37,7 @@ def put(file, writes):
 
 
 class Replay:
-    """Goes through a recording. `faults` counts what was wrong in how many states, `examples` names the first of each."""
+    """Replays a recording. `faults` counts the states with each fault; `examples` has the first of each."""
 
     def __init__(self, recording, folder):
         self.recording = recording
@@ -50,7 +50,7 @@ class Replay:
         self.examples = {}
 
     def run(self, wanted, draw):
-        """Every beginning of what was written and, between two flushes, parts of it: about `wanted` states together."""
+        """Every prefix of the writes and, between two flushes, subsets of them: about `wanted` states in all."""
         writes = self.recording.writes
         places = [number for number, write in enumerate(writes, 1) if not write.is_flush]
         parts = Counter(draw.choice(places) for _ in range(max(0, wanted - len(places))))
@@ -80,7 +80,7 @@ class Replay:
     def faults_of_state(self, number):
         kind, recording = self.recording.kind, self.recording
         if kind.repair:
-            # Any status: it says what was repaired.
+            # Any status: it only says what was repaired.
             subprocess.run([*kind.repair, str(self.state)], capture_output=True, check=False)
         try:
             mount(kind, self.state, self.place)

@@ -1,4 +1,4 @@
-// A button of words in one colour, without a frame until the pointer or the keyboard is on it.
+// A text button in one colour, with a frame only while it has the pointer or the focus.
 import QtQuick
 import Vesk
 
@@ -7,7 +7,7 @@ PressableButton {
 
     property color color: Theme.accent
     property real textSize: Theme.callout
-    /// Whether its words stand alone until the pointer or the keyboard is on it.
+    /// Whether only its text is visible until it has the pointer or the focus.
     property bool quiet: false
 
     standsAlone: true

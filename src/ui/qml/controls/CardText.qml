@@ -1,5 +1,5 @@
-// The words of a card's row: its title with a chip after the last word, and its summary. (Not a layout: nested ones
-// lose count of wrapped lines in Qt 6.4.)
+// The text of a card's row: its title with a chip after the last word, and its summary. (Not a layout: in Qt 6.4 nested
+// layouts get the height of wrapped lines wrong.)
 import QtQuick
 import Vesk
 
@@ -16,7 +16,7 @@ Column {
     Item {
         id: head
 
-        // Of the title's last line.
+        // The title's last line.
         property real lastTop: 0
         property real lastWidth: 0
         property real lastHeight: 0
@@ -37,7 +37,7 @@ Column {
             maximumLineCount: 4
             clip: true
             announcedByParent: true
-            // Lines come in their order, so the last one stays.
+            // Called for each line in order, so that the last one's values stay.
             onLineLaidOut: line => {
                 head.lastTop = line.y;
                 head.lastWidth = line.implicitWidth;
@@ -62,7 +62,7 @@ Column {
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap
         elide: Text.ElideRight
-        // Large text in a small window needs more of them to say as much.
+        // Large text in a small window needs more lines for the same words.
         maximumLineCount: Theme.textScale > 1.25 ? 4 : 2
         announcedByParent: true
     }

@@ -1,4 +1,4 @@
-// What stands where there is nothing to list: the wheel, content and clean, or as a clock.
+// The drawing shown where there is nothing to list: a smiling wheel, or the wheel as a clock.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -43,7 +43,7 @@ Item {
             }
         }
     }
-    // From the middle of the wheel outwards.
+    // A hand of the clock, from the centre of the wheel outwards.
     component Hand: Rectangle {
         x: wheel.x + wheel.width / 2 - width / 2
         y: wheel.y + wheel.height / 2 - height + width / 2

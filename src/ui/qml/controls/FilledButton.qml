@@ -1,4 +1,4 @@
-// A button that stands out: dark words on a fill of one colour, or of two that run into each other.
+// A prominent button: dark text on one colour or on a gradient of two.
 import QtQuick
 import Vesk
 
@@ -8,7 +8,7 @@ PressableButton {
     property color from: Theme.accent
     property color to: from
     property real textSize: Theme.body
-    /// Of the shadow around it while it can be used.
+    /// The colour of its shadow while it can be used.
     property color glow: "transparent"
 
     standsAlone: true

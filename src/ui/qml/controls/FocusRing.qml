@@ -1,4 +1,4 @@
-// Shows which control the keyboard is on. Its corners have the same centres as those of what it surrounds.
+// Shows which control has the keyboard focus. Its corners are concentric with those of the item that it surrounds.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk
@@ -7,9 +7,9 @@ Rectangle {
     id: ring
 
     required property T.Control control
-    /// Of what it surrounds.
+    /// The corner radius of the surrounded item.
     property real cornerRadius: parent.height / 2
-    /// Between what it surrounds and itself; its own width lies beyond.
+    /// The gap between that item and the ring's inner edge.
     property real gap: 1
 
     anchors.fill: parent

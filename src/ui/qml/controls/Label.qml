@@ -1,4 +1,4 @@
-// A piece of text, shown as it stands (never as markup) and read out as it stands.
+// A plain text: never shown as markup, and read out by assistive technology as it is shown.
 import QtQuick
 import Vesk
 
@@ -13,6 +13,6 @@ Text {
     textFormat: Text.PlainText
     Accessible.role: Accessible.StaticText
     Accessible.name: text
-    // Where something around it says the same in one sentence, it is not read out once more.
+    // Ignored if its parent's accessible name already says the same.
     Accessible.ignored: text === "" || !visible || !enabled || announcedByParent
 }

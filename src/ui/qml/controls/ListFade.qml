@@ -1,4 +1,4 @@
-// Rows that scroll out at a list's upper edge fade into the window's background.
+// Lets rows fade into the window's background as they scroll out at a list's upper edge.
 import QtQuick
 import Vesk
 
@@ -16,7 +16,7 @@ DiagonalGradient {
     from: Theme.cream
     to: Theme.peach
     fades: true
-    // The same piece of the window's gradient as lies behind the list now.
+    // Continues the window's gradient.
     whole: {
         const place = visible ? fade.mapToItem(null, 0, 0) : Qt.point(0, 0);
         return Qt.rect(-place.x, -place.y, Window.width, Window.height);

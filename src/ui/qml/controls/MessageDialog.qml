@@ -1,4 +1,4 @@
-// A question, or a piece of news: a title, a sentence, perhaps a list, and one or two buttons.
+// A question or a message: a title, a sentence, an optional list, and one or two buttons.
 import QtQuick
 import QtQuick.Layouts
 import Vesk
@@ -8,10 +8,10 @@ ModalLayer {
 
     required property string title
     required property string message
-    /// What the message is about, one below the other.
+    /// The list below the message, one item per line.
     property var items: []
     required property string acceptText
-    /// Empty where there is nothing to choose.
+    /// Empty if there is nothing to choose.
     property string rejectText: ""
 
     DialogCard {
@@ -20,7 +20,7 @@ ModalLayer {
         height: Math.min(inside.implicitHeight + 56, parent.height - 2 * Theme.margin)
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title
-        Accessible.description: Words.joined([dialog.message, dialog.items.join(", ")], " ")
+        Accessible.description: Strings.joined([dialog.message, dialog.items.join(", ")], " ")
 
         ColumnLayout {
             id: inside

@@ -1,5 +1,5 @@
-// What is laid over the main screen: a dimmed backdrop with something in front that has the keyboard to itself. Return
-// accepts unless a button inside has the focus, which it then presses; Escape rejects wherever the focus is inside.
+// A layer over the main screen: a dimmed backdrop and something in front that has the keyboard focus. Return accepts, or
+// presses the focused button if there is one; Escape rejects wherever the focus is.
 import QtQuick
 import Vesk
 
@@ -12,7 +12,7 @@ FocusScope {
 
     signal accepted
     signal rejected
-    /// A press and release anywhere that nothing in front takes.
+    /// A tap that no item in front has handled.
     signal tapped
 
     anchors.fill: parent

@@ -1,4 +1,4 @@
-// How many cards are ticked. Pressing it leads to the first of them.
+// Says how many cards are ticked. Pressing it shows the first of them.
 import QtQuick
 import Vesk
 
@@ -8,7 +8,7 @@ ActionButton {
     text: `${store.selectedCount} of ${store.cards.count} picked`
     visible: store.cards.count > 0
     available: store.selectedCount > 0
-    // It says something also where it leads nowhere.
+    // Not dimmed: the number matters even if no card is ticked.
     opacity: 1
     color: Theme.ink
     hint: "Shows the first picked card"

@@ -1,5 +1,5 @@
-// A card's pictogram in one colour. (The image's own implicit size counts its pixels, which are more than points on a
-// dense screen.)
+// A card's pictogram in one colour. (Sized explicitly: the image's implicit size is in pixels, of which a dense screen
+// has several per point.)
 import QtQuick
 import Vesk
 

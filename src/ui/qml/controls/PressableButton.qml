@@ -1,5 +1,5 @@
-// What all of the window's buttons share: press feedback, keys, and actions from assistive technology. `available`
-// says whether the button can be used as far as it is itself concerned, whatever lies over it.
+// The base of all buttons: press feedback, keys, and actions by assistive technology. `available` says whether the
+// button can be used, regardless of any layer over it.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk
@@ -8,9 +8,9 @@ T.AbstractButton {
     id: button
 
     property bool available: true
-    /// Whether there is nothing accessible inside. Assistive technology is told of such a button as ButtonInterface does.
+    /// Whether the button has no accessible children. If so, its accessible interface is ButtonInterface.
     property bool standsAlone: false
-    /// What assistive technology says after the button's name.
+    /// The accessible description: what is spoken after the button's name.
     property string hint: ""
     readonly property PressableStyle pressable: PressableStyle {
         button: button
@@ -28,7 +28,7 @@ T.AbstractButton {
         }
     }
 
-    // By assistive technology. A click would bring the focus along, too.
+    // Called by assistive technology. Takes the focus, as a click would.
     function pressFromOutside() {
         forceActiveFocus();
         press();
@@ -39,9 +39,9 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.focusable: true
-    // There is no state for it in QML of Qt 6.4.
+    // In Qt 6.4, QML has no accessible state for this.
     Accessible.description: available ? hint : "Not available now"
-    // What something lies over is not there to be pressed.
+    // A button beneath a layer cannot be pressed.
     Accessible.ignored: !visible || (available && !enabled)
     Accessible.onPressAction: pressFromOutside()
 }

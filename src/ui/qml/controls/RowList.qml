@@ -1,4 +1,4 @@
-// The list that cards and past cleanups are shown in.
+// The list used for cards and for past cleanups.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk
@@ -6,7 +6,7 @@ import Vesk
 ListView {
     id: list
 
-    /// For the rows' shadows and focus rings, which reach beyond them.
+    /// Space for the shadows and focus rings of the rows.
     readonly property real sideRoom: 12
 
     anchors.fill: parent
@@ -24,12 +24,12 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.ignored: !visible || !enabled
 
-    /// Moves the list as Page Up, Page Down, Home and End ask. Returns false for any other key.
+    /// Scrolls on Page Up, Page Down, Home and End. Returns false for any other key.
     function turn(key: int): bool {
         if (!visible) {
             return false;
         }
-        // Only these know where a list ends whose rows have not all been made.
+        // Only these functions know the ends of a list whose rows have not all been created.
         if (key === Qt.Key_Home) {
             positionViewAtBeginning();
         } else if (key === Qt.Key_End) {
@@ -38,7 +38,7 @@ ListView {
         return Scrolling.turn(list, key);
     }
 
-    /// The number of the row at the upper edge, or at the lower one.
+    /// The index of the row at the upper or the lower edge.
     function rowAtEdge(lower: bool): int {
         const y = lower ? contentY + height - bottomMargin : contentY + topMargin;
         const row = indexAt(width / 2, Math.max(originY, Math.min(y, originY + contentHeight - 1)));

@@ -1,4 +1,4 @@
-// Scrolls where there is more in it than fits, and shows whatever in it gets the focus.
+// Scrolls if its content does not fit, and scrolls to whatever in it receives the focus.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk
@@ -7,7 +7,7 @@ Flickable {
     id: area
 
     readonly property bool overflows: contentWidth > width + 0.5 || contentHeight > height + 0.5
-    /// How far beyond its right edge the scroll bar stands, where there is room, and then it covers nothing.
+    /// How far beyond the right edge the scroll bar is, so that it covers nothing. Set it only if there is room.
     property real barOffset: 0
     readonly property Item focused: Window.activeFocusItem
 
@@ -39,7 +39,7 @@ Flickable {
         return around !== null;
     }
 
-    // The offset nearest to `offset` that shows all from `start` to `end`, or its beginning where that is too long.
+    // The offset nearest to `offset` that shows everything from `start` to `end`, or its beginning if that does not fit.
     function nearest(offset: real, room: real, all: real, start: real, end: real): real {
         const shown = Math.min(Math.max(offset, end - room), start);
         return Math.max(0, Math.min(shown, all - room));

@@ -1,18 +1,18 @@
-// What all that scrolls has in common.
+// Functions shared by everything that scrolls.
 pragma Singleton
 import QtQuick
 
 QtObject {
-    /// Brings a place into what `area` can show.
+    /// Clamps an offset to the range of `area`.
     function bounded(area: Flickable, y: real): real {
         const top = area.originY - area.topMargin;
         const bottom = area.originY + area.contentHeight + area.bottomMargin - area.height;
         return Math.max(top, Math.min(y, bottom));
     }
 
-    /// Moves `area` as Page Up, Page Down, Home and End ask. Returns false for any other key.
+    /// Scrolls `area` on Page Up, Page Down, Home and End. Returns false for any other key.
     function turn(area: Flickable, key: int): bool {
-        // Of what was in view a little stays, for the eye to hold on to.
+        // A page keeps a little of what was in view, for orientation.
         const page = Math.max(area.height * 0.5, area.height - 80);
         switch (key) {
         case Qt.Key_PageUp:

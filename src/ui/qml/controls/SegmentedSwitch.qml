@@ -1,4 +1,4 @@
-// A choice between a few words, side by side.
+// A segmented control: a choice between a few words side by side.
 pragma ComponentBehavior: Bound
 
 import QtQuick

@@ -1,4 +1,4 @@
-// A scroll bar that is only as visible as it needs to be.
+// A narrow scroll bar.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk

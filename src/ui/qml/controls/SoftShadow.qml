@@ -1,4 +1,4 @@
-// A blurred shadow under its parent, a rounded rectangle. One small picture stretched at its middle.
+// A blurred shadow for its parent, a rounded rectangle. A small nine-patch image.
 import QtQuick
 import Vesk
 

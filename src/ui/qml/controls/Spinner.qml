@@ -1,5 +1,5 @@
-// The busy indicator: a short stroke that runs round a circle without end, once in 1.3 seconds. (It is
-// painted anew for each place: turning the item itself looks jagged without a graphics processor.)
+// The busy indicator: a short stroke that goes round a circle every 1.3 seconds. (Repainted at each angle: rotating the
+// item looks jagged without a GPU.)
 import QtQuick
 import Vesk
 

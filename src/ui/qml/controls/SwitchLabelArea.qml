@@ -1,4 +1,4 @@
-// Makes the words beside a switch a part of it, as they are everywhere. It fills those words.
+// Makes a switch's label clickable, as is usual. It fills the label.
 import QtQuick
 import Vesk
 

@@ -1,4 +1,4 @@
-// The palette, and the sizes that every view takes its type and its gaps from.
+// The palette, the text sizes and the gaps of all views.
 pragma Singleton
 import QtQuick
 
@@ -15,10 +15,10 @@ QtObject {
     readonly property color accent: Qt.rgba(0.96, 0.5, 0.3, 1)
     readonly property color accent2: Qt.rgba(0.98, 0.68, 0.3, 1)
 
-    // Words on a fill: what the ink lacks there.
+    // Text on a coloured fill, where `ink` has too little contrast.
     readonly property color inkOnFill: darkened(ink, 0.8)
 
-    // Type is sized by steps; 1 is the size that the views are composed for.
+    // Scales the text sizes; the views are designed for 1.
     property real textScale: 1
     readonly property real display: 44 * textScale
     readonly property real title: 34 * textScale
@@ -29,11 +29,11 @@ QtObject {
     readonly property real caption: 12 * textScale
     readonly property real chip: 11 * textScale
 
-    // Where the medium weight of the window's typeface is installed it goes by a name of its own.
+    // The medium weight of the window's typeface is a family of its own, if it is installed.
     readonly property string mediumFamily: Array.from(Qt.fontFamilies()).includes("Quicksand Medium")
         ? "Quicksand Medium" : Application.font.family
 
-    // Gaps are multiples of 8, with one half step for things that belong together.
+    // Gaps are multiples of 8; half a step separates things that belong together.
     readonly property real halfGap: 4
     readonly property real gap: 8
     readonly property real wideGap: 16
@@ -51,18 +51,18 @@ QtObject {
         return Qt.rgba(base.r * share, base.g * share, base.b * share, base.a);
     }
 
-    /// A colour of the palette as small words have it: dark enough to be read on any surface of the window.
+    /// A colour of the palette for small text: dark enough to read on any surface of the window.
     function words(base: color): color {
         return Qt.colorEqual(base, accent) ? darkened(base, 0.58) : Qt.colorEqual(base, green) ? darkened(base, 0.56) : base;
     }
 
-    /// A colour of the palette as pictograms, large words and edges have it: dark enough to be told from what they lie on.
+    /// A colour of the palette for pictograms, large text and edges: dark enough to stand out from their background.
     function mark(base: color): color {
         return darkened(base, Qt.colorEqual(base, yellow) ? 0.62 : Qt.colorEqual(base, green) ? 0.75
             : Qt.colorEqual(base, accent) ? 0.78 : Qt.colorEqual(base, blue) ? 0.84 : 1);
     }
 
-    /// A surface under the pointer.
+    /// A surface while the pointer is over it.
     function hovered(surface: color, tint: color): color {
         return Qt.tint(surface, faded(tint, 0.14));
     }

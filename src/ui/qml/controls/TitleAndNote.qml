@@ -1,4 +1,5 @@
-// A bold line with a note beneath it, of something that says both itself to those who do not see it. (Not a layout: nested ones lose count of wrapped lines in Qt 6.4.)
+// A bold line with a note beneath it. Its parent's accessible name says both. (Not a layout: in Qt 6.4 nested layouts
+// get the height of wrapped lines wrong.)
 import QtQuick
 import Vesk
 

@@ -1,4 +1,4 @@
-// An on-off switch in one colour. `toggled` tells of the user's changes, by pointer, key or assistive technology.
+// An on-off switch. `toggled` is emitted for the user's changes, by pointer, key or assistive technology.
 import QtQuick
 import QtQuick.Templates as T
 import Vesk
@@ -8,7 +8,7 @@ T.Switch {
 
     property color tint: Theme.accent
     property string name: text
-    /// Whether Return flips the switch; in a dialog Return is the default button's unless another button has the focus.
+    /// Whether Return flips the switch. In a dialog, Return is for the default button.
     property bool returnPresses: true
     readonly property SpringValue knob: SpringValue {
         target: control.checked ? 1 : 0
@@ -45,7 +45,7 @@ T.Switch {
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.focusable: true
-    // What something lies over is not there to be pressed.
+    // A switch beneath a layer cannot be pressed.
     Accessible.ignored: !visible || !enabled
     Accessible.onPressAction: flip()
     Accessible.onToggleAction: flip()

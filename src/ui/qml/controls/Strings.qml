@@ -1,9 +1,9 @@
-// Puts texts together.
+// Functions for texts.
 pragma Singleton
 import QtQuick
 
 QtObject {
-    /// The texts that are not empty, with `between` between them.
+    /// Joins the texts that are not empty.
     function joined(texts: var, between: string): string {
         return texts.filter(text => text !== "").join(between);
     }
