@@ -41,7 +41,7 @@ signal.signal(signal.SIGTERM, lambda *_: ended.append(1))
 time.sleep(float(sys.argv[2]))
 try:
     database = sqlite3.connect(f"file:{sys.argv[1]}?mode=rw", uri=True, isolation_level=None)
-    database.execute("CREATE TABLE IF NOT EXISTS numbers (number INTEGER)")
+    database.execute("CREATE TABLE IF NOT EXISTS numbers (number INTEGER PRIMARY KEY)")
 except sqlite3.OperationalError:
     print("never opened", flush=True)
     sys.exit(0)
@@ -49,7 +49,8 @@ print("open", flush=True)
 written = 0
 while not ended:
     try:
-        database.execute("INSERT INTO numbers VALUES (?)", (written,))
+        # Where the folder moves in that moment, a commit may be made and still be told to have failed.
+        database.execute("INSERT OR IGNORE INTO numbers VALUES (?)", (written,))
         written += 1
     except sqlite3.OperationalError:
         time.sleep(0.001)
@@ -70,7 +71,7 @@ class InUseTest(unittest.TestCase):
 
     def make_database(self):
         database = sqlite3.connect(self.file)
-        database.execute("CREATE TABLE IF NOT EXISTS numbers (number INTEGER)")
+        database.execute("CREATE TABLE IF NOT EXISTS numbers (number INTEGER PRIMARY KEY)")
         database.commit()
         database.close()
 
@@ -165,7 +166,8 @@ class InUseTest(unittest.TestCase):
             moment += 0.05 if not moves else -0.05
             place = Path(moves[0]["trashed"]) / "notes.db" if moves else self.file
             found = self.numbers(place if not self.file.exists() else self.file)
-            self.assertEqual(found, list(range(written)), (opened, moves))
+            self.assertEqual(found[:written], list(range(written)), (opened, moves))
+            self.assertLessEqual(len(found), written + 1)
         self.assertTrue(all(outcomes.values()), outcomes)
 
 
