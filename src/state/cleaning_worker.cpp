@@ -13,6 +13,8 @@ namespace {
 
 // Returns false if it was stopped before the last item.
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
+    // Their watch ends with a look at all processes, which takes as long as dozens of moves.
+    constexpr std::size_t watchedAtOnce = 4 * TrashBatch::size;
     UseGuard guard(tools, log);
     bool stopped = false;
     for (std::size_t i = 0; i < workList.size(); ++i) {
@@ -20,6 +22,9 @@ bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools
         stopped = tools.stopRequested();
         if (stopped) {
             break;
+        }
+        if (i % watchedAtOnce == 0) {
+            guard.expect(workList.data() + i, workList.data() + std::min(workList.size(), i + watchedAtOnce));
         }
         if (i % TrashBatch::size == 0) {
             const std::size_t end = std::min(workList.size(), i + TrashBatch::size);

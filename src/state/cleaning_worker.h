@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/system/open_files.h"
+#include "platform/system/open_watch.h"
 #include "platform/trash/trash.h"
 #include "state/cleaning_log.h"
 
@@ -20,6 +21,8 @@ struct CleaningTools {
     std::function<TrashOutcome(const SeenItem&)> moveToTrash;
     /// Returns the files that programs have in use now; by default, none.
     std::function<OpenFiles()> lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };
+    /// Notices what programs open after a look; may be null.
+    OpenWatch* openWatch = nullptr;
     /// Restores an item from the Trash. Returns the reason if that failed, else absent.
     std::function<std::optional<PlatformError>(const TrashedItem&)> restore;
     /// Called after the last move with the places of all moved items. Makes sure that the moves are on the disk before

@@ -77,6 +77,8 @@ public:
         std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
         /// Returns the files that programs have in use now. Called several times during a clean, on another thread.
         std::function<OpenFiles()> lookAtUse;
+        /// Whether a clean notices what programs open after such a look.
+        bool watchesOpening = true;
         /// How long a preview takes: if it ended at once, it would look as if nothing had been computed.
         std::chrono::milliseconds previewPause{900};
         Sources();

@@ -83,15 +83,19 @@ void Store::startClean(std::vector<SeenItem> items, std::vector<std::string> sna
     const bool isStarted = cleaningTask_.start(
         [workList, seen = seenItems_, snapshotIDs = std::move(snapshotIDs), log = cleaningLog_, run = cleaningRun_,
          receipts = history_.receipts(), notes = preferences_.recordNotes(), runTool = sources_.runTool,
-         lookAtUse = sources_.lookAtUse, token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
+         lookAtUse = sources_.lookAtUse, watchesOpening = sources_.watchesOpening,
+         token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
             for (SeenItem& item : *workList) {
                 seen->tell(item);
             }
-            std::optional<TrashBatch> batch(notes);
+            OpenWatch watch;
+            std::optional<TrashBatch> batch(std::in_place, notes,
+                                            [&](const auto& item) { return watch.noticed(item); });
             CleaningTools tools;
             tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch->record(first, last); };
             tools.moveToTrash = [&](const SeenItem& item) { return batch->move(item); };
             tools.lookAtUse = lookAtUse;
+            tools.openWatch = watchesOpening ? &watch : nullptr;
             tools.restore = restoreOpened;
             tools.settle = [&](const std::vector<std::filesystem::path>& trashed) {
                 batch.reset();

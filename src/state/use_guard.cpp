@@ -16,8 +16,26 @@ constexpr std::chrono::milliseconds longestPause{1000};
 
 }  // namespace
 
+void UseGuard::expect(const SeenItem* first, const SeenItem* last) {
+    if (tools_.openWatch == nullptr) {
+        return;
+    }
+    tools_.openWatch->clear();
+    for (const SeenItem* item = first; item != last; ++item) {
+        tools_.openWatch->add(item->path);
+    }
+    open_.reset();  // what was opened before the watch began shows in a look after it
+}
+
 bool UseGuard::isInUse(const std::filesystem::path& item) {
+    constexpr int mostLooks = 3;
     if (!open_ || Clock::now() >= next_) {
+        lookAgain();
+    }
+    for (int looks = 1; isNoticed(item); ++looks) {
+        if (looks == mostLooks) {
+            return true;
+        }
         lookAgain();
     }
     return open_->use(item);
@@ -28,12 +46,19 @@ void UseGuard::watch(const SeenItem& item, const TrashOutcome& outcome) {
     if (!outcome.place.empty()) {
         watched_.push_back({outcome.place, item.path, {}, outcome.identity});
     }
+    if (isNoticed(item.path)) {
+        lookAgain();
+    }
 }
 
 void UseGuard::finish() {
     if (!watched_.empty()) {
         lookAgain();
     }
+}
+
+bool UseGuard::isNoticed(const std::filesystem::path& item) const {
+    return tools_.openWatch != nullptr && tools_.openWatch->noticed(item);
 }
 
 void UseGuard::lookAgain() {

@@ -18,7 +18,11 @@ class UseGuard {
 public:
     UseGuard(const CleaningTools& tools, CleaningLog& log) : tools_(tools), log_(log) {}
 
-    /// Whether a program has the item in use, as of now or about a second ago at most.
+    /// Begins with the next items: [first, last). From now on it is noticed when a program opens something in them.
+    void expect(const SeenItem* first, const SeenItem* last);
+
+    /// Whether a program has the item in use, as of the last look, which is a second old at most; nothing in the item
+    /// was opened since, as far as the system tells that.
     bool isInUse(const std::filesystem::path& item);
 
     /// Adds an item that was moved to the Trash.
@@ -33,6 +37,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    bool isNoticed(const std::filesystem::path& item) const;
     void lookAgain();
     // Restores each item that a program opened between the last look and the move; it counts as not moved.
     void restoreWhatIsInUse();

@@ -129,6 +129,7 @@ int main(int argc, char** argv) {
         const bool careful = std::find(argv, argv + argc, std::string_view("careful")) != argv + argc;
         if (!careful) {
             sources.lookAtUse = [] { return vesk::OpenFiles(std::vector<vesk::UsedFile>()); };
+            sources.watchesOpening = false;
         }
         Store store(sources);
         beginPhase("");

@@ -29,6 +29,7 @@ public:
     Program() {
         Store::Sources sources;
         sources.lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };  // only the clean's own calls
+        sources.watchesOpening = false;
         sources.catalogue = [] {
             return std::vector<Spec>{{"junk", [](Probe& probe) {
                                           const auto items = itemsOf(junk());
@@ -37,8 +38,6 @@ public:
                                                      : std::vector<Card>{cardOf(probe, "junk", "Junk", items)};
                                       }}};
         };
-        // Checking all processes would take thousands of calls, none of which changes anything.
-        sources.lookAtUse = [] { return OpenFiles(std::vector<UsedFile>()); };
         store_ = std::make_unique<Store>(std::move(sources));
     }
 

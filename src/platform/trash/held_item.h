@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "platform/files/descriptor.h"
@@ -15,6 +16,8 @@ struct HeldItem {
     /// The last part of `path`.
     std::string name;
     Descriptor folder;
+    /// Asked right before the move, once the item is on record: true keeps the item in its place (EBUSY). May be empty.
+    std::function<bool()> isOpened{};
 };
 
 /// Opens the folder of an item that may be moved. Returns 0, or an errno value:

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -83,9 +84,12 @@ public:
     /// How many items are best put on record at once: each keeps a descriptor until its turn comes.
     static constexpr std::size_t size = 256;
 
+    /// `isOpened`: whether a program has just opened an item, asked right before its move; if so, the move fails with
+    /// EBUSY. On macOS, where the system moves and records at once, it is not asked.
     /// `notes`: a file in which it is noted which records are being made. Those that a clean left there without their
     /// items when it was killed are taken back now. Without it nothing is noted.
-    explicit TrashBatch(std::filesystem::path notes = {});
+    explicit TrashBatch(std::filesystem::path notes = {},
+                        std::function<bool(const std::filesystem::path&)> isOpened = {});
     /// Takes back the records of items that were not moved, as the next `record` does.
     ~TrashBatch();
     TrashBatch(const TrashBatch&) = delete;
@@ -103,6 +107,7 @@ private:
     class Records;
 
     std::filesystem::path notes_;
+    std::function<bool(const std::filesystem::path&)> isOpened_;
     std::unique_ptr<Records> records_;
 };
 

@@ -178,7 +178,8 @@ private:
     std::deque<Recorded> recorded_;
 };
 
-TrashBatch::TrashBatch(fs::path notes) : notes_(std::move(notes)) {
+TrashBatch::TrashBatch(fs::path notes, std::function<bool(const fs::path&)> isOpened)
+    : notes_(std::move(notes)), isOpened_(std::move(isOpened)) {
     if (!notes_.empty()) {
         takeBackNotedRecords(notes_);
     }
@@ -201,6 +202,9 @@ TrashOutcome TrashBatch::move(const SeenItem& item) {
             records_->drop(item);
         }
         return {posixError(failure), {}, {}};
+    }
+    if (isOpened_) {
+        held.isOpened = [&] { return isOpened_(item.path); };
     }
     std::optional<TrashOutcome> outcome = records_ ? records_->move(item, held) : std::nullopt;
     return outcome ? *std::move(outcome) : moveToUsersTrash(held);

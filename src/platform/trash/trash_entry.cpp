@@ -106,6 +106,10 @@ void TrashEntry::takeBack() {
 
 int TrashEntry::move(const HeldItem& held) {
     for (;;) {
+        if (held.isOpened && held.isOpened()) {
+            takeBack();
+            return EBUSY;
+        }
         int failure = moveWithoutOverwriting(held.folder.get(), held.name.c_str(), files(), name_.c_str());
         if (failure == 0) {
             syncMove(held);

@@ -37,7 +37,8 @@ public:
     /// Removes the record.
     void takeBack();
 
-    /// Moves the item durably; call `record` first. Returns 0, or an errno value, having removed the record.
+    /// Moves the item durably, unless a program has just opened it (EBUSY); call `record` first. Returns 0, or an errno
+    /// value, having removed the record.
     int move(const HeldItem& held);
 
     /// The item's place in the Trash, once it has been moved.

@@ -1,0 +1,103 @@
+// What is noticed of programs that open files in items.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "platform/files/descriptor.h"
+#include "platform/files/files.h"
+#include "platform/system/open_watch.h"
+#include "support/temporary_home.h"
+
+namespace vesk {
+namespace {
+
+using namespace testing;
+
+class OpenWatchTest : public TemporaryHome {
+protected:
+    OpenWatchTest() {
+        makeFile(item / "file");
+        makeFile(item / "folder/file");
+        makeFile(other / "file");
+        watch.add(item);
+        watch.add(other);
+    }
+
+    static void openAndClose(const std::filesystem::path& file) {
+        EXPECT_TRUE(Descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC)));
+    }
+
+    const std::filesystem::path item = testHome() / "item";
+    const std::filesystem::path other = testHome() / "other";
+    OpenWatch watch;
+};
+
+TEST_F(OpenWatchTest, NoticesAFileThatIsOpenedInAnItemAndTellsItOnce) {
+    EXPECT_FALSE(watch.noticed(item));
+    openAndClose(item / "file");
+    EXPECT_FALSE(watch.noticed(other));
+    EXPECT_TRUE(watch.noticed(item));
+    EXPECT_FALSE(watch.noticed(item));
+}
+
+TEST_F(OpenWatchTest, NoticesAFileInAFolderOfTheItem) {
+    openAndClose(item / "folder/file");
+    EXPECT_TRUE(watch.noticed(item));
+}
+
+TEST_F(OpenWatchTest, NoticesAnItemThatIsAFile) {
+    makeFile(testHome() / "single");
+    watch.add(testHome() / "single");
+    openAndClose(testHome() / "single");
+    EXPECT_TRUE(watch.noticed(testHome() / "single"));
+}
+
+TEST_F(OpenWatchTest, NoticesWhatIsOpenedAfterTheItemHasMoved) {
+    std::filesystem::rename(item, testHome() / "elsewhere");
+    openAndClose(testHome() / "elsewhere/file");
+    EXPECT_TRUE(watch.noticed(item));
+}
+
+TEST_F(OpenWatchTest, FoldersThatAreListedAreNothing) {
+    listFolder(item, ListingDetail::kinds);
+    listFolder(item / "folder", ListingDetail::kinds);
+    EXPECT_FALSE(watch.noticed(item));
+}
+
+TEST_F(OpenWatchTest, AnItemThatIsMissingOrALinkIsNothing) {
+    makeLink(testHome() / "link", "other/file");
+    watch.add(testHome() / "link");
+    watch.add(testHome() / "missing");
+    openAndClose(testHome() / "link");
+    EXPECT_FALSE(watch.noticed(testHome() / "link"));
+    EXPECT_FALSE(watch.noticed(testHome() / "missing"));
+}
+
+TEST_F(OpenWatchTest, TellsAllWhenThereWasTooMuchToTell) {
+    std::ifstream limit("/proc/sys/fs/inotify/max_queued_events");
+    int most = 0;
+    ASSERT_TRUE(limit >> most);
+    if (most > 100'000) {
+        GTEST_SKIP() << "this system keeps more events than a test can make";
+    }
+    // Events that equal the one before are told once.
+    for (int i = 0; i <= most / 2; ++i) {
+        openAndClose(item / "file");
+        openAndClose(item / "folder/file");
+    }
+    EXPECT_TRUE(watch.noticed(other));
+}
+
+TEST_F(OpenWatchTest, AfterItsEndNothingIsNoticed) {
+    watch.clear();
+    openAndClose(item / "file");
+    EXPECT_FALSE(watch.noticed(item));
+    watch.add(item);
+    openAndClose(item / "file");
+    EXPECT_TRUE(watch.noticed(item));
+}
+
+}  // namespace
+}  // namespace vesk
