@@ -48,10 +48,11 @@ lint
 HELP
       ;;
     lint-macos) cat <<'HELP'
-lint-macos [--without-tests]
-  compile macOS's sources for both kinds of Mac (on Linux)
+lint-macos [--without-tests] [--qt ROOT]
+  compile all that a Mac compiles, look for symbols that are nowhere, try the rules of Vesk.app (on Linux)
 
   --without-tests  leave the tests to a Mac: they take as long as all the rest
+  --qt ROOT        also compile the window's side with the Qt headers below ROOT, such as a newer Debian's
 HELP
       ;;
     format) cat <<'HELP'
@@ -163,7 +164,7 @@ check_words() {
   case $command in
     run) takes run --json "--home --root" 0 "$@" ;;
     demo) takes demo "" --folder 0 "$@" ;;
-    lint-macos) takes lint-macos --without-tests "" 0 "$@" ;;
+    lint-macos) takes lint-macos --without-tests --qt 0 "$@" ;;
     bench) takes bench "--quick --ahead --no-cold" "--pairs --only" 0 "$@" ;;
     shots) takes shots "" "" 1 "$@" ;;
     build)

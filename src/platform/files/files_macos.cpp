@@ -10,7 +10,7 @@
 
 namespace vesk {
 
-// The thread of a scan has asked to leave access dates alone, whatever it does (directory_macos.cpp).
+// The thread of a scan has asked to leave access dates alone, whatever it does (NoTrace in directory_macos.cpp).
 bool followWithoutTrace(const std::filesystem::path& /*link*/, std::optional<std::filesystem::path>& /*target*/) {
     return false;
 }

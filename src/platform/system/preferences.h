@@ -38,7 +38,8 @@ public:
     /// The folder for what is noted of each run beside the history; it need not exist.
     std::filesystem::path receiptsFolder() const { return lockFile().parent_path() / "receipts"; }
 
-    /// A stored yes or no; absent when nothing, or something else, is stored under the key.
+    /// A stored yes or no; absent when nothing, or something else, is stored under the key. Of the user defaults, a
+    /// number or a text is read as the system reads it: 0 is no, "YES" is yes.
     std::optional<bool> boolean(std::string_view key) const;
     /// Returns false when the value could not be stored; the old one then stays.
     bool setBoolean(std::string_view key, bool value);
