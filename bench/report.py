@@ -23,7 +23,7 @@ def processor():
 
 
 class Report:
-    """Collects lines, prints each at once, and is written as Markdown at the end."""
+    """Collects lines, prints each at once, and writes them as Markdown at the end."""
 
     def __init__(self):
         self.lines = []
@@ -49,7 +49,7 @@ class Report:
         self.line("| " + " | ".join(fields) + " |")
 
     def goal(self, what, limit, value, form="{:.2f}"):
-        """Notes a figure against the most that it may be."""
+        """Records a figure and its limit."""
         self.goals.append((what, form.format(limit), form.format(value), value <= limit))
 
     def machine(self, arguments, trees):
@@ -70,7 +70,7 @@ class Report:
             self.line(f"- {name}: {first_line(command)}")
 
     def closing(self):
-        """The goals once more, in one table. Returns how many are missed."""
+        """Prints all goals in one table. Returns how many are missed."""
         self.section("Goals")
         self.table(["what", "at most", "measured", ""], ["---", "---:", "---:", "---"])
         for what, limit, value, reached in self.goals:

@@ -1,4 +1,4 @@
-"""Runs commands and says what they cost; compares two of them in pairs."""
+"""Runs commands and measures what they cost; compares two of them in pairs."""
 
 import os
 import re
@@ -28,7 +28,7 @@ class Cost:
 
 
 def cost_of(command, environment=None):
-    """Runs a command to its end. Its own words go into `output`; a failure ends the benchmark."""
+    """Runs a command to its end. Its output goes to `output`; a failure ends the benchmark."""
     with tempfile.TemporaryFile(mode="w+") as written:
         start = time.perf_counter()
         process = subprocess.Popen(
@@ -44,7 +44,7 @@ def cost_of(command, environment=None):
 
 
 def peak_memory(command):
-    """The most memory that a command ever held, in bytes, as GNU time tells it."""
+    """The peak memory of a command in bytes, as GNU time reports it."""
     with tempfile.NamedTemporaryFile(mode="r") as told:
         # Not through wait4 from here: the child of a large program inherits that program's own peak.
         cost_of(["time", "--format=%M", f"--output={told.name}", *command])

@@ -12,22 +12,22 @@ namespace {
 
 constexpr std::uint64_t seed = 20'261'121;
 
-// How a subtree is to look.
+// The shape of a subtree.
 struct Subtree {
     std::int64_t files;
     std::int64_t folders;
     int deepest;
 };
 
-// What each folder of a subtree holds: its subfolders' places in the list, and a number of files.
+// The contents of each folder in a subtree: indices of its subfolders, and a number of files.
 struct PlannedFolder {
     std::vector<std::size_t> subfolders;
     std::int64_t files = 0;
     int level = 0;
 };
 
-// Folders hang below earlier ones, preferably below a recent one, so that there are deep branches and broad ones;
-// a few folders hold most files, many hold a handful.
+// A folder's parent is an earlier one, preferably a recent one, so that there are deep branches and broad ones; a few
+// folders hold most files, many hold a handful.
 std::vector<PlannedFolder> plan(const Subtree& subtree, Sequence& sequence) {
     constexpr std::uint64_t recent = 12;
     std::vector<PlannedFolder> folders(static_cast<std::size_t>(std::max<std::int64_t>(subtree.folders, 1)));
@@ -79,10 +79,10 @@ void makeSubtree(int folder, const Subtree& subtree, Sequence& sequence) {
 
 // One kind of place in a developer's home, and its share of the home's files in percent.
 struct Place {
-    // "#" stands for a number: the share is spread over as many folders of that name.
+    // "#" stands for a number: the share is spread over several folders of that name.
     std::string_view path;
     std::int64_t percent;
-    // A file that makes the rules take the folder for what it is.
+    // A file by which the rules recognise the folder.
     std::string_view beside;
 };
 
@@ -111,7 +111,7 @@ std::string numbered(std::string_view path, std::int64_t number) {
     return text;
 }
 
-// A developer's home with ten files a folder.
+// A developer's home with ten files per folder.
 std::int64_t makeHome(int top, std::int64_t files) {
     constexpr std::int64_t percent = 100;
     constexpr std::int64_t filesPerFolder = 10;
@@ -146,8 +146,8 @@ std::int64_t makeWide(int top) {
     return files;
 }
 
-// Chains of nested folders, with a sibling folder and a few files at each level. Their depth stays within what the
-// programs that are compared can name by a path.
+// Chains of nested folders, with a sibling folder and a few files at each level. Their depth stays within the path
+// length that the compared programs can handle.
 std::int64_t makeDeep(int top) {
     constexpr int chains = 10;
     constexpr int levels = 1'500;
@@ -169,7 +169,7 @@ std::int64_t makeDeep(int top) {
     return chains * levels * filesPerFolder * 2;
 }
 
-// A home full of small projects that lie idle, half of them with build output as well.
+// A home full of small idle projects, half of them with build output.
 std::int64_t makeProjects(int top) {
     constexpr std::int64_t projects = 2'000;
     constexpr std::int64_t perGroup = 50;

@@ -105,7 +105,7 @@ void makeFile(int folder, const std::string& name, Sequence& sequence) {
 
 void makeTextFile(int folder, const std::string& name, const std::string& text) {
     const int file = openNewFile(folder, name);
-    if (write(file, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+    if (::write(file, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
         fail("writing " + name);
     }
     setDates(file, text.size());

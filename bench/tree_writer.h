@@ -1,5 +1,5 @@
-// Makes files and folders as fast as the file system takes them, for trees of a million files.
-// Any failure ends the program with a message: half a tree would give figures that mean nothing.
+// Creates files and folders as fast as the file system allows, for trees of a million files. Any failure ends the
+// program with a message: half a tree would give meaningless figures.
 #pragma once
 
 #include <cstdint>
@@ -23,16 +23,16 @@ private:
 
 /// Makes a folder and opens it.
 int makeFolder(int parent, const std::string& name);
-/// Makes the folders of a path such as "Library/Caches", those that are missing, and opens the last.
+/// Creates the missing folders of a path such as "Library/Caches", and opens the last.
 int makeFolders(int parent, const std::string& path);
 void closeFolder(int folder);
 
-/// Makes a file of 0, 1 or 2 blocks (half of them are empty: what costs a scan time are files, not their bytes),
-/// dated some months back, so that rules take it for unused.
+/// Creates a file of 0, 1 or 2 blocks (half are empty: a scan's cost depends on the number of files, not their size),
+/// dated some months back, so that rules consider it unused.
 void makeFile(int folder, const std::string& name, Sequence& sequence);
 /// Makes a file with this text.
 void makeTextFile(int folder, const std::string& name, const std::string& text);
-/// Dates a folder as its files are. Comes last: adding to a folder changes its date.
+/// Dates a folder like its files. Call it last: adding to a folder changes its date.
 void dateBack(int folder);
 
 /// Ends the program with a message and the errno text.

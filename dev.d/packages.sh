@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Installs what commands need: `setup GROUP...`. To be sourced by ./dev, which has the lists of packages.
+# Installs what commands need: `setup GROUP...`. Sourced by ./dev, which has the package lists.
 
 on_macos() { [ "$(uname -s)" = Darwin ]; }
 
@@ -10,25 +10,25 @@ fail() {
   exit 1
 }
 
-# What is installed of the packages with these names, patterns allowed; one name a line.
+# Which of the named packages (patterns allowed) are installed, one per line.
 installed_packages() {
-  # dpkg-query fails when it knows nothing of some package at all; that package is then simply not among its answers.
+  # dpkg-query fails if a package is unknown, but still lists the others.
   dpkg-query --show --showformat='${binary:Package} ${db:Status-Status}\n' "$@" 2>/dev/null |
     sed -n 's/^\([^ :]*\)[^ ]* installed$/\1/p' || true
 }
 
 apt_knows() { apt-cache show "$1" >/dev/null 2>&1; }
 
-# The version of LLVM's packages: the newest that is installed of NAME-VERSION, otherwise the newest that apt knows.
+# The version of an LLVM package: the newest NAME-VERSION installed, otherwise the newest that apt knows.
 newest_version() {
   local versions
   versions=$(installed_packages "$1-[0-9]*" | sed -n "s/^$1-\([0-9]*\)\$/\1/p")
   [ -n "$versions" ] || versions=$(apt-cache pkgnames "$1-" 2>/dev/null | sed -n "s/^$1-\([0-9]*\)\$/\1/p")
-  # Without a list of what there is, none is right; this one is found missing, and the list is fetched.
+  # Before apt's first update it knows none. This one is then missing, which triggers the update.
   printf '%s\n' "${versions:-14}" | sort -n | tail -n 1
 }
 
-# The names to install for entries of the list, one a line. "a|b" is satisfied by a alone where apt knows a.
+# The packages to install for these entries, one per line. For "a|b", only a will do if apt knows a.
 missing_debian_packages() {
   local entry name names installed optional
   # shellcheck disable=SC2046 # names have no spaces
@@ -67,7 +67,7 @@ setup() {
   elif command -v dpkg-query >/dev/null; then
     setup_on_debian "$@"
   else
-    say "./dev installs packages on Debian and macOS only. Here, please see to what Debian calls:" \
+    say "./dev installs packages only on Debian and macOS. Please install what Debian calls:" \
       "$(packages_of debian_packages "$@")" >&2
   fi
 }
@@ -100,10 +100,10 @@ setup_on_debian() {
     by_hand="By hand: sudo"
   fi
   if [ "$(id -u)" -eq 0 ] || [ ${#as_root[@]} -gt 0 ]; then
-    # sudo hands on no variables, so the command itself sets this one.
+    # sudo passes no variables on, so the command sets this one itself.
     as_root+=(env DEBIAN_FRONTEND=noninteractive)
     "${as_root[@]}" apt-get update ||
-      say "./dev: apt could not read all of its sources. What is needed may be there all the same; going on." >&2
+      say "./dev: apt could not read all of its sources. Continuing anyway." >&2
     # Now apt may know more names than before.
     # shellcheck disable=SC2046,SC2207
     missing=($(missing_debian_packages $(packages_of debian_packages "$@")))

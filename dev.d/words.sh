@@ -1,24 +1,26 @@
 # shellcheck shell=bash
-# The commands of ./dev: what each is for and the words it takes. To be sourced by ./dev.
+# The commands of ./dev: help texts and argument checks. Sourced by ./dev.
 
 commands=(run demo test build soak lint lint-macos format bench package shots fuzz setup try-in)
 
-# The first line is the command with its words; the list of all commands shows what stands before the empty line.
+# The first line is the command with its arguments. The list of all commands shows what precedes the empty line.
 help_of() {
   case $1 in
     run) cat <<'HELP'
-run [--json] [--home DIR] [--root DIR]
-  open Vesk; without a display, or with an option: print what a scan of this home finds
+run [--json] [--home DIR] [--root DIR] [--layout KIND]
+  open Vesk; without a display, or with an option: print a scan report of your home folder
 
-  --json      as one JSON object
-  --home DIR  the home folder to look into
+  --json      print one JSON object
+  --home DIR  the home folder to scan
   --root DIR  the folder that stands for "/"
+  --layout macos|linux  look where programs of that system keep their things
 HELP
       ;;
     demo) cat <<'HELP'
-demo [--folder DIR]
-  open Vesk over a made-up home that is removed afterwards
+demo [--layout KIND] [--folder DIR]
+  open Vesk on a made-up home that is deleted afterwards
 
+  --layout macos|linux  which system the home is one of; macos unless linux is asked for
   --folder DIR  keep the made-up home there
 HELP
       ;;
@@ -26,32 +28,32 @@ HELP
 test [PRESET] [CTEST OPTIONS]
   build and run every test; PRESET is release (default), debug, asan or tsan
 
-  Of ctest's options: -R, -E, -L and -LE with an expression, -j N, -I LIST, --repeat MODE:N, --timeout SECONDS, -V, -VV,
+  CTEST OPTIONS: -R, -E, -L and -LE with an expression, -j N, -I LIST, --repeat MODE:N, --timeout SECONDS, -V, -VV,
   -Q, --rerun-failed, --stop-on-failure, --schedule-random, --progress
 HELP
       ;;
     build) cat <<'HELP'
 build [PRESET]
-  build everything; the programs lie in build/release/bin/
+  build everything; the programs are in build/release/bin/
 
   PRESET is release (default), debug, asan or tsan.
 HELP
       ;;
     soak) cat <<'HELP'
 soak
-  all that takes too long for every test run: faults, kills, races, fuzzing (an hour or so; on Linux)
+  run the long tests: faults, kills, races, fuzzing (about an hour; Linux only)
 HELP
       ;;
     lint) cat <<'HELP'
 lint
-  check formatting, code, QML, scripts and the direction of includes
+  check formatting, code, QML, scripts and include directions
 HELP
       ;;
     lint-macos) cat <<'HELP'
 lint-macos [--without-tests] [--qt ROOT]
   compile all that a Mac compiles, look for symbols that are nowhere, try the rules of Vesk.app (on Linux)
 
-  --without-tests  leave the tests to a Mac: they take as long as all the rest
+  --without-tests  leave out the tests, and compile several sources at once
   --qt ROOT        also compile the window's side with the Qt headers below ROOT, such as a newer Debian's
 HELP
       ;;
@@ -62,46 +64,46 @@ HELP
       ;;
     bench) cat <<'HELP'
 bench [OPTIONS]
-  measure Vesk beside other tools (--quick takes under two minutes)
+  compare Vesk with other tools (--quick takes under two minutes)
 
-  --quick         the main figures alone
-  --pairs N       so many pairs of runs for each comparison
-  --only SECTION  run only this section (may be repeated)
-  --ahead         have the scheduler put the runs before all others (as root, on Linux)
-  --no-cold       leave the caches of the machine alone
+  --quick         only the main figures
+  --pairs N       run N pairs for each comparison
+  --only SECTION  run only this section (repeatable)
+  --ahead         give the runs real-time priority (as root, on Linux)
+  --no-cold       do not drop the machine's caches
 HELP
       ;;
     package) cat <<'HELP'
 package
-  build and check what people install: a Debian package, or a disk image on macOS
+  build and check the package: a .deb, or a disk image on macOS
 HELP
       ;;
     shots) cat <<'HELP'
 shots [FOLDER]
-  draw every view in every state into PNG files (in build/shots)
+  render every view in every state to PNG files (in build/shots)
 HELP
       ;;
     fuzz) cat <<'HELP'
 fuzz [RUNS [TARGET...]]
-  feed every reader of foreign bytes with made-up ones (20,000 each; on Linux)
+  fuzz every parser of untrusted bytes (20,000 runs each; Linux only)
 
   TARGET is a folder in tests/fuzz/corpus.
 HELP
       ;;
     setup) cat <<'HELP'
 setup
-  install all packages that any command needs
+  install the packages that the commands need
 HELP
       ;;
     try-in) cat <<'HELP'
 try-in [OPTIONS] RELEASE...
-  run, test and lint what is committed in fresh roots of Debian: bookworm, trixie, sid (as root or with sudo)
+  run, test and lint the committed state in fresh Debian roots: bookworm, trixie, sid (as root or with sudo)
 
   --as USER    root or newcomer, an ordinary user with sudo; both by default
-  --only WHAT  run, test or lint (may be repeated)
-  --private    the sources lie below the user's home folder, which nobody else may enter
-  --space      the sources lie in a path with a space
-  --small-shm  /dev/shm has 64 MB, as in a container
+  --only WHAT  run, test or lint (repeatable)
+  --private    put the sources in the user's home folder, which nobody else can enter
+  --space      put the sources in a path with a space
+  --small-shm  give /dev/shm 64 MB, as in a container
 HELP
       ;;
     *) return 1 ;;
@@ -122,8 +124,8 @@ refuse() {
   fail "$2"
 }
 
-# takes COMMAND SWITCHES OPTIONS MOST WORDS...: ends ./dev for a word that the command does not know. SWITCHES stand
-# alone, OPTIONS are followed by a value, MOST is how many words may stand without either.
+# takes COMMAND SWITCHES OPTIONS MOST WORDS...: fails on an unknown argument. SWITCHES stand alone, OPTIONS take a
+# value, MOST is how many other arguments there may be.
 takes() {
   local command=$1 switches=" $2 " options=" $3 " most=$4
   shift 4
@@ -137,7 +139,7 @@ takes() {
       most=$((most - 1))
       shift
     else
-      refuse "$command" "$command does not know \"$1\""
+      refuse "$command" "unknown argument \"$1\""
     fi
   done
 }
@@ -151,7 +153,7 @@ is_preset() {
 
 is_fuzz_target() { [[ $1 != */* && -n $1 && -d tests/fuzz/corpus/$1 ]]; }
 
-# check_words COMMAND WORDS...: before anything is installed or built.
+# check_words COMMAND WORDS...: runs before anything is installed or built.
 check_words() {
   local command=$1 word
   shift
@@ -162,8 +164,8 @@ check_words() {
     fi
   done
   case $command in
-    run) takes run --json "--home --root" 0 "$@" ;;
-    demo) takes demo "" --folder 0 "$@" ;;
+    run) takes run --json "--home --root --layout" 0 "$@" ;;
+    demo) takes demo "" "--folder --layout" 0 "$@" ;;
     lint-macos) takes lint-macos --without-tests --qt 0 "$@" ;;
     bench) takes bench "--quick --ahead --no-cold" "--pairs --only" 0 "$@" ;;
     shots) takes shots "" "" 1 "$@" ;;
@@ -180,7 +182,7 @@ check_words() {
         "-R -E -L -LE -j -I --tests-regex --exclude-regex --label-regex --parallel --repeat --timeout" 0 "$@"
       ;;
     fuzz)
-      [[ ${1:-1} =~ ^[0-9]+$ ]] || refuse fuzz "\"$1\" is no number of runs"
+      [[ ${1:-1} =~ ^[0-9]+$ ]] || refuse fuzz "\"$1\" is not a number of runs"
       [ $# -eq 0 ] || shift
       for word in "$@"; do
         is_fuzz_target "$word" || refuse fuzz "there is no target \"$word\""
@@ -199,15 +201,15 @@ check_try_in() {
       --as | --only)
         case $1=${2:-} in
           --as=root | --as=newcomer | --only=run | --only=test | --only=lint) shift 2 ;;
-          *) refuse try-in "$1 does not know \"${2:-}\"" ;;
+          *) refuse try-in "invalid value for $1: \"${2:-}\"" ;;
         esac
         ;;
       bookworm | trixie | sid)
         releases=$((releases + 1))
         shift
         ;;
-      *) refuse try-in "try-in does not know \"$1\"" ;;
+      *) refuse try-in "unknown argument \"$1\"" ;;
     esac
   done
-  [ $releases -gt 0 ] || refuse try-in "which release?"
+  [ $releases -gt 0 ] || refuse try-in "name a release"
 }

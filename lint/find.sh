@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# What the checks look at and with what; to be sourced in the top folder.
+# Finds the files to check and the tools to check them with. Source it in the top folder.
 
-# Formatting is judged by this version of clang-format alone, since each version has its own mind.
+# Only this version of clang-format checks formatting, since versions differ.
 clang_format_version=14
 
 find_clang_format() {
@@ -12,12 +12,12 @@ find_clang_format() {
       return
     fi
   done
-  printf '%s\n' "there is no clang-format $clang_format_version here, which formatting is judged by" >&2
+  printf '%s\n' "there is no clang-format $clang_format_version here; no other version will do" >&2
   printf '%s\n' "Debian 12 has it; elsewhere: pip install clang-format==$clang_format_version.0.6" >&2
   return 1
 }
 
-# Finds a tool of LLVM's: the newest there is.
+# Finds the newest version of an LLVM tool.
 find_llvm_tool() {
   local candidate newest
   newest=$(compgen -c "$1-" | sed -n "s/^$1-\([0-9]*\)\$/\1/p" | sort -n | tail -n 1)
@@ -30,18 +30,7 @@ find_llvm_tool() {
   return 1
 }
 
-find_qmllint() {
-  local candidate
-  for candidate in /usr/lib/qt6/bin/qmllint /opt/homebrew/opt/qt/bin/qmllint /usr/local/opt/qt/bin/qmllint qmllint; do
-    if command -v "$candidate"; then
-      return
-    fi
-  done
-  printf 'qmllint was not found\n' >&2
-  return 1
-}
-
-# Paths of files in the folders of sources, each ended by a zero byte; takes find's conditions.
+# Null-terminated paths of files in the source folders; takes find's conditions.
 sources() {
   local folder folders=()
   for folder in src tools tests bench packaging lint cmake dev.d; do
@@ -50,10 +39,10 @@ sources() {
   find "${folders[@]}" -type f \( "$@" \) -print0
 }
 
-cpp_sources() { sources -name '*.cpp' -o -name '*.h' -o -name '*.mm'; }
+cpp_sources() { sources -name '*.cpp' -o -name '*.h'; }
 qml_sources() { sources -name '*.qml'; }
 
-# Shell scripts by their name or their first line.
+# Shell scripts, by their name or their first line.
 shell_sources() {
   local script
   printf '%s\0' dev .ci/run

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Formats every C++ source ("fix"), or says which are not formatted ("check").
+# Formats every C++ source ("fix"), or lists those that are not formatted ("check").
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . lint/find.sh

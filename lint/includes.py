@@ -15,7 +15,7 @@ from pathlib import Path
 
 LAYERS = ["platform", "core", "rules", "state", "ui", "app"]
 QT_LAYERS = {"state", "ui", "app"}
-SOURCES = {".h", ".cpp", ".mm"}
+SOURCES = {".h", ".cpp"}
 # Shared by macOS's own sources, and included by nothing else but each other.
 MACOS_HEADERS = {
     "platform/system/core_foundation.h",

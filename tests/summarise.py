@@ -20,13 +20,13 @@ GOOGLE = re.compile(r"^\S+:\d+: Skipped\n(.*)$", re.MULTILINE)
 
 
 def skips_within(output):
-    """The tests that a program says it has skipped: name and reason of each."""
+    """The tests that a program reports as skipped: name and reason of each."""
     found = [(match[1], match[3]) for match in PYTHON.finditer(output)]
     return found + [(match[1], match[2]) for match in QT.finditer(output)]
 
 
 def reason_of_skip(case, output):
-    """Why ctest has skipped a whole test; None when it has not. One that it could not run has failed."""
+    """Why ctest skipped a whole test; None if it did not. A test that it could not run has failed."""
     mark = case.find("skipped")
     if mark is None or not mark.get("message", "").startswith(("SKIP_", "Disabled")):
         return None

@@ -10,40 +10,50 @@ from pathlib import Path
 TOP = Path(__file__).resolve().parents[2]
 
 
-def compiled_sources(build):
-    """Every source that a target compiles, relative to the top where it lies below it."""
+def files_of(file):
+    """The sources that a file given to the compiler stands for: those that CMake put together in it, or itself."""
+    if file.parent.name != "Unity":
+        return [file]
+    return [Path(name) for name in re.findall(r'^#include "([^"]+)"', file.read_text(), re.MULTILINE)]
+
+
+def named_sources(build):
+    """(target, source) for every source of C++ that CMake names, relative to the top where it lies below it."""
     replies = build / ".cmake/api/v1/reply"
     index = json.loads(max(replies.glob("index-*.json")).read_text())
     model = json.loads((replies / index["reply"]["codemodel-v2"]["jsonFile"]).read_text())
     for target in model["configurations"][0]["targets"]:
         described = json.loads((replies / target["jsonFile"]).read_text())
         for source in described.get("sources", []):
-            if "compileGroupIndex" in source:
+            if source["path"].endswith(".cpp"):
                 yield described["name"], source["path"]
 
 
 def problems(build, sources):
     if not sources:
         yield "CMake names nothing to compile"
-    commands = json.loads((build / "compile_commands.json").read_text())
     outputs = {}
-    for entry in commands:
-        outputs.setdefault((TOP / entry["file"]).resolve(), build / re.search(r" -o (\S+)", entry["command"])[1])
+    for entry in json.loads((build / "compile_commands.json").read_text()):
+        for file in files_of(Path(entry["file"])):
+            outputs.setdefault(file.resolve(), build / re.search(r" -o (\S+)", entry["command"])[1])
     for target, source in sources:
         output = outputs.get((TOP / source).resolve())
         if output is None or not output.exists():
             yield f"{source} of {target}: not compiled"
     named = {source for _, source in sources}
-    tested = any(source.startswith("tests/") for source in named)
+    tested = "tests/support/test_main.cpp" in named
     for file in sorted([*TOP.glob("src/**/*_macos.cpp"), *(TOP.glob("tests/support/*_macos.cpp") if tested else [])]):
         if str(file.relative_to(TOP)) not in named:
             yield f"{file.relative_to(TOP)}: CMake does not name it for macOS"
 
 
-build = Path(sys.argv[1]).resolve()
-sources = list(compiled_sources(build))
-found = list(problems(build, sources))
-if found:
-    sys.exit("\n".join(found))
-generated = sum((TOP / source).resolve().is_relative_to(build) for _, source in sources)
-print(f"{len(sources)} of {len(sources)} that CMake names for macOS were compiled, {generated} of them generated")
+def main(build):
+    sources = list(named_sources(build))
+    if found := list(problems(build, sources)):
+        sys.exit("\n".join(found))
+    generated = sum((TOP / source).resolve().is_relative_to(build) for _, source in sources)
+    print(f"{len(sources)} of {len(sources)} that CMake names for macOS were compiled, {generated} of them generated")
+
+
+if __name__ == "__main__":
+    main(Path(sys.argv[1]).resolve())

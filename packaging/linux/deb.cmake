@@ -46,11 +46,11 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"Vesk looks into the well-known places of a home folder where programs leave
-things behind, and shows each find as a card: what it is, what removing it
-costs, how long it has lain unused.
-What is ticked goes to the Trash, and every cleanup can be undone from the
-history. A preview does everything except moving anything.")
+"Vesk looks where programs leave things behind in your home folder, and shows
+each find as a card: what it is, what removing it costs, how long it has been
+unused.
+What you tick goes to the Trash, and you can undo a cleanup from the history.
+A preview shows the result without moving anything.")
 # Shared libraries are found by their names in the programs; QML modules and plugins are not. They are those that
 # src/ui imports, and what these load in turn.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

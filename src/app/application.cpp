@@ -31,7 +31,7 @@ constexpr std::chrono::seconds patienceWithFirst{8};
 void quitOnSignals(QGuiApplication& application) {
     const int descriptor = terminationSignalDescriptor();
     if (descriptor < 0) {
-        std::fputs("Vesk cannot listen for signals\n", stderr);
+        std::fputs("Vesk cannot catch termination signals\n", stderr);
         return;
     }
     auto* notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &application);
@@ -72,7 +72,7 @@ void finishAtExit() {
 }
 
 void endWithoutDisplay() {
-    std::fputs("Vesk can't open its window: no display can be reached.\n", stderr);
+    std::fputs("Vesk can't open its window: it cannot connect to a display.\n", stderr);
     finishAtExit();
 }
 

@@ -17,17 +17,17 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// How long one attempt waits before it is asked again whether the first one has gone.
+// How long to wait for the first instance before checking again whether it has gone.
 constexpr milliseconds attempt{200};
 constexpr milliseconds pause{50};
 
 constexpr const char* shown = "shown\n";
 constexpr qint64 longestCall = 4096;
-// What a desktop hands to a program that the user starts, and wants back from the window that is to come forward.
+// A desktop passes this to a program that the user starts; a window needs it to come forward.
 constexpr const char* activationToken = "XDG_ACTIVATION_TOKEN";
 
-// Where the first one listens: a name of its own for each lock in the session's folder. Without that one, beside the
-// lock.
+// Where the first instance listens: in the session's folder, under a name derived from the lock; without such a folder,
+// beside the lock.
 QString addressFor(const std::filesystem::path& lockFile) {
     if (world().runtimeHome.empty()) {
         return QString::fromStdString((lockFile.parent_path() / "window").string());
@@ -69,9 +69,9 @@ SingleInstance::Entry SingleInstance::enter(milliseconds patience) {
     }
 }
 
-// Without anybody to hear a call, later ones are told that this one does not answer, which is true.
+// If listening fails, later instances report that this one does not answer, which is true.
 void SingleInstance::listen() {
-    QLocalServer::removeServer(address_);  // of one that was killed: the lock says that nobody else listens
+    QLocalServer::removeServer(address_);  // left by a killed instance: the lock shows that nobody else is listening
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     server_.listen(address_);
 }
@@ -109,7 +109,7 @@ void SingleInstance::answer() {
             }
         };
         QObject::connect(caller, &QLocalSocket::readyRead, caller, read);
-        read();  // what came before anybody listened
+        read();  // what arrived before the connection was made
     }
 }
 

@@ -1,3 +1,4 @@
+// Why Vesk does not start, and the window that says so. Main thread.
 #pragma once
 
 #include <QQmlApplicationEngine>
@@ -5,7 +6,7 @@
 
 namespace vesk {
 
-/// Why Vesk does not start: a heading without a full stop, and whole sentences.
+/// A heading without a full stop, and whole sentences.
 struct StartupError {
     const char* title;
     const char* message;
@@ -15,20 +16,20 @@ namespace startupErrors {
 
 inline constexpr StartupError homeUnknown = {
     "Vesk can't find your home folder",
-    "Your account doesn't say where your home folder is, so there is nothing that Vesk could look through."};
+    "Your account doesn't say where your home folder is, so Vesk has nothing to scan."};
 inline constexpr StartupError homeIsWholeDisk = {
     "Vesk doesn't scan a whole disk",
-    "Your home folder is set to \"/\". Vesk looks through a home folder only, never through a whole disk."};
+    "Your home folder is set to \"/\". Vesk scans only a home folder, never a whole disk."};
 inline constexpr StartupError homeIsAnothers = {
     "Vesk cleans your own home folder only",
-    "Your home folder is set to one that belongs to another account, which couldn't open what Vesk would make there."};
-inline constexpr StartupError firstIsSilent = {
-    "Vesk is already open", "But its window doesn't answer. Quit that Vesk first, then open it again."};
+    "Your home folder is set to one that belongs to another account, which couldn't open what Vesk creates there."};
+inline constexpr StartupError firstIsSilent = {"Vesk is already open",
+                                               "But it isn't responding. Quit it, then open Vesk again."};
 
 }  // namespace startupErrors
 
-/// Loads the window that stands instead of the application's; the engine owns it. Null, with a warning of Qt's, when it
-/// cannot be made. The window shows itself, and quits the application when it is closed.
+/// Loads a window that replaces the application's; the engine owns it. Null, with a warning from Qt, if that fails. The
+/// window shows itself, and quits the application when it is closed.
 QQuickWindow* loadStartupError(QQmlApplicationEngine& engine, const StartupError& error);
 
 }  // namespace vesk

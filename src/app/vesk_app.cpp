@@ -1,5 +1,7 @@
 #include "app/vesk_app.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QVariant>
 #include <utility>
 
@@ -14,7 +16,12 @@ VeskApp::VeskApp(Store::Sources sources) : store_(std::move(sources)) {
 VeskApp::~VeskApp() = default;
 
 bool VeskApp::show() {
-    engine_.setInitialProperties({{QStringLiteral("store"), QVariant::fromValue(&store_)}});
+    QVariantMap properties{{QStringLiteral("store"), QVariant::fromValue(&store_)},
+                           {QStringLiteral("textScale"), textScale()}};
+    if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        properties.insert(QStringLiteral("available"), QSizeF(screen->availableSize()));
+    }
+    engine_.setInitialProperties(properties);
     engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Vesk/MainWindow.qml")));
     if (engine_.rootObjects().isEmpty()) {
         return false;

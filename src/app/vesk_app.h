@@ -1,4 +1,4 @@
-// The application: the one store, the one window. Made by main once the QGuiApplication exists; main thread only.
+// The application: one store, one window. Created once the QGuiApplication exists; main thread only.
 #pragma once
 
 #include <QQmlApplicationEngine>
@@ -16,13 +16,13 @@ public:
     VeskApp(const VeskApp&) = delete;
     VeskApp& operator=(const VeskApp&) = delete;
 
-    /// Makes the window and shows it. Returns false, and says why on standard error, when that fails.
+    /// Creates and shows the window. On failure returns false, and prints why on standard error.
     bool show();
 
-    /// Brings the window to the front, with the focus, also from the Dock or the task bar. Once it is shown.
+    /// Brings the window to the front with the focus, even if it is minimised. Call it once the window is shown.
     void comeForward();
 
-    /// Sizes all type: 1 as composed, 2 twice as large. Once the window is shown.
+    /// Scales all type: 1 as designed, 2 twice as large. Call it once the window is shown.
     void setTextScale(double scale);
 
     Store& store() { return store_; }

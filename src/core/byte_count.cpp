@@ -10,7 +10,7 @@ namespace {
 struct Unit {
     std::string_view name;
     std::uint64_t bytes;
-    // Decimal places shown at the most.
+    // The most decimal places shown.
     int places;
 };
 

@@ -1,4 +1,4 @@
-// Sizes as texts for people.
+// Formats sizes for people.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,8 @@
 
 namespace vesk {
 
-/// A number of bytes in decimal units with as few digits as file managers show: "Zero KB", "1 byte", "999 bytes",
-/// "226 KB", "12.3 MB", "1.23 GB". Ties go to the even digit. Callable from any thread.
+/// Formats a number of bytes in decimal units, with the few digits that file managers show: "Zero KB", "1 byte", "999
+/// bytes", "226 KB", "12.3 MB", "1.23 GB". Ties round to the even digit. Callable from any thread.
 std::string byteCountText(std::int64_t bytes);
 
 }  // namespace vesk

@@ -9,7 +9,6 @@ namespace vesk {
 namespace {
 
 constexpr double bytesPerMiB = 1'048'576.0;
-constexpr double leastCountedDays = 1.0;
 constexpr double leastRisk = 0.1;
 
 }  // namespace
@@ -24,7 +23,7 @@ std::int64_t Card::size() const {
 
 double Card::priority() const {
     const double sizeMiB = static_cast<double>(size()) / bytesPerMiB;
-    return confidence * std::max(dormancyDays, leastCountedDays) * sizeMiB / std::max(risk, leastRisk);
+    return confidence * std::max(dormancyDays, leastDormancyDays) * sizeMiB / std::max(risk, leastRisk);
 }
 
 }  // namespace vesk

@@ -1,5 +1,5 @@
-// One suggestion: a group of entries that can go together, with what the user needs to decide.
-// A plain value, made by a rule on its thread and owned by Store afterwards.
+// One suggestion: a group of entries that can go together, with what the user needs to decide. A plain value, created
+// by a rule on its thread and then owned by Store.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,9 @@
 
 namespace vesk {
 
+/// No card counts as unused for less.
+inline constexpr double leastDormancyDays = 1.0;
+
 struct Card {
     /// Stable identifier chosen by the rule; unique within one scan's result.
     std::string id;
@@ -18,27 +21,27 @@ struct Card {
     /// Name of the system pictogram.
     std::string symbol;
     Bucket bucket = Bucket::safe;
-    /// How sure the rule is that removal is wanted; a factor of `priority`.
+    /// How likely the user wants it removed, 0 to 1; a factor of `priority`.
     double confidence = 0;
-    /// What removal costs, by the rule's estimate; a divisor of `priority`.
+    /// The rule's estimate of what removal costs, 1 to 5; a divisor of `priority`.
     double risk = 0;
     /// One sentence.
     std::string summary;
-    /// What removing the entries means.
+    /// What removing the entries costs the user.
     std::string why;
-    /// Days since anything in the card was last used.
+    /// Days since anything on the card was last used.
     double dormancyDays = 0;
     /// Largest first.
     std::vector<Entry> entries;
-    /// Stamps of the local backup snapshots that this card stands for; empty for every other card.
+    /// Stamps of the local backup snapshots on this card; empty for every other card.
     std::vector<std::string> snapshotIDs;
     /// Whether the card is ticked for cleaning.
     bool selected = false;
 
-    /// Bytes of all entries. Ends the program when the sum does not fit 64 bits.
+    /// Bytes of all entries. Ends the program if the sum does not fit 64 bits.
     std::int64_t size() const;
 
-    /// The ordering score: confidence x days unused (at least 1) x MiB / risk (at least 0.1).
+    /// The sort key: confidence x days unused (at least 1) x MiB / risk (at least 0.1).
     double priority() const;
 };
 

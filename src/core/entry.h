@@ -1,5 +1,5 @@
-// One measured file or folder of a card. A plain value: made by Probe and the rules on their threads, copied freely,
-// never changed once made.
+// One measured file or folder on a card. A plain value: created by Probe and the rules on their threads, copied freely,
+// never changed afterwards.
 #pragma once
 
 #include <cstdint>
@@ -8,21 +8,21 @@
 #include <optional>
 #include <string>
 
-#include "core/uuid.h"
 #include "platform/date.h"
+#include "platform/uuid.h"
 
 namespace vesk {
 
 struct Entry {
-    /// Fresh for each entry made, so two entries for the same path are never equal.
+    /// New for each entry, so two entries for the same path are never equal.
     Uuid id = Uuid::random();
-    /// Absolute location of the item: bytes as the file system has them.
+    /// Absolute path of the item, in the file system's bytes.
     std::filesystem::path url;
     /// The label shown to the user, chosen by the rule; not necessarily the file name.
     std::string name;
-    /// Bytes taken on disk, as measured.
+    /// Bytes on disk, as measured.
     std::int64_t size = 0;
-    /// The newest use found inside; absent when none was readable.
+    /// The newest use date found inside; absent if none was readable.
     std::optional<Date> lastUsed;
 
     friend bool operator==(const Entry&, const Entry&) = default;

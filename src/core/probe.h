@@ -1,6 +1,6 @@
-// The measuring object of a rule: walks a file or folder, adds up what its regular files take on disk, finds the
-// newest use inside, and notes when it was denied permission. Each rule of a scan has a probe of its own on the scan's
-// tracker; a probe is used by one thread (its walks use all cores by themselves).
+// Measures files and folders for a rule: adds up what regular files take on disk, finds the newest use date, and notes
+// denied permissions. Each rule of a scan has its own probe, which feeds the scan's tracker. A probe is used by one
+// thread (its walks use all cores).
 #pragma once
 
 #include <array>
@@ -16,6 +16,7 @@
 #include "core/entry.h"
 #include "core/tracker.h"
 #include "platform/error.h"
+#include "platform/files/files.h"
 #include "platform/files/resource_values.h"
 
 namespace vesk {
@@ -25,48 +26,50 @@ public:
     struct Measurement {
         /// Bytes on disk of all regular files.
         std::int64_t size = 0;
-        /// The newest use date; absent when none was readable.
+        /// The newest use date; absent if none was readable.
         std::optional<Date> newest;
         friend bool operator==(const Measurement&, const Measurement&) = default;
     };
 
     explicit Probe(std::shared_ptr<Tracker> fed) : tracker(std::move(fed)) {}
 
-    /// The values asked of every item, in order.
+    /// The values read for every item, in order.
     static const std::array<std::string_view, 5> keys;
     /// The same as a set.
     static const std::set<std::string_view> keySet;
 
-    /// Whether an error means that reading was denied for lack of permission, itself or anywhere beneath it.
+    /// Whether an error, or any error underlying it, means that permission was denied.
     static bool isPermission(const PlatformError& error);
 
-    /// Bytes on disk of a file with these values: the total figure if there is one, else the plain one, else 0.
+    /// Bytes on disk of a file with these values: the total size, else the data's size, else 0.
     static std::int64_t allocatedSize(const ResourceValues& values);
     /// When a file with these values was last used: its access date, else its modification date, else absent.
     static std::optional<Date> useDate(const ResourceValues& values);
 
-    /// Measures a file, or everything below a folder (a link is followed when it is `url` itself, not when it is met
-    /// on the way). Nothing for an item that is missing or may not be looked at, and for a folder at which a file
-    /// system is mounted. Unreadable items below are passed over; a denial among them sets `blocked`. Each name of a
-    /// hard-linked file counts.
+    /// Measures a file, or everything below a folder. Follows a link if it is `url` itself, but none below. Returns
+    /// zero for an item that is missing or cannot be statted, and for a mount point. Skips unreadable items; a denied
+    /// permission sets `blocked`. Counts each name of a hard-linked file.
     Measurement measure(const std::filesystem::path& url);
 
-    /// A new entry for an existing item, measured; absent when nothing exists there (a dangling link does not exist).
+    /// A new, measured entry for an existing item; absent if nothing exists there (a dangling link does not exist).
     std::optional<Entry> entry(const std::filesystem::path& url, std::string name);
 
-    /// The counters this probe feeds.
+    /// The counters that this probe feeds.
     const std::shared_ptr<Tracker> tracker;
-    /// Set to true, and never back, when this probe's walks or the rule using it was denied permission.
+    /// Set to true, and never reset, when this probe or its rule was denied permission.
     bool blocked = false;
-    /// The own dates of the items that the rule offers for their age, as it saw them: a clean leaves alone what has
-    /// become newer since.
+    /// The dates of the items that the rule offers for their age, as it saw them: a clean leaves alone what has become
+    /// newer.
     std::map<std::filesystem::path, ItemDates> judgedBy;
 
 private:
-    /// Absent when nothing exists there.
+    /// Absent if nothing exists there.
     std::optional<Measurement> measureExisting(const std::filesystem::path& url);
     Measurement measureFile(const ResourceValues& values);
     Measurement measureFolder(const std::filesystem::path& folder);
+
+    // A rule follows all its links at the price of the first.
+    std::shared_ptr<const void> followsLinks_ = readyToFollowLinks();
 };
 
 }  // namespace vesk

@@ -12,7 +12,6 @@ namespace vesk {
 namespace {
 
 constexpr double secondsPerDay = 86'400.0;
-constexpr double leastDormancy = 1.0;
 constexpr double dormancyOfUnknownUse = 30.0;
 
 constexpr std::array<std::string_view, 6> domainPrefixes = {"com", "org", "io", "net", "dev", "app"};
@@ -37,26 +36,40 @@ const std::filesystem::path& Scanner::home() {
     return home;
 }
 
-std::optional<Card> Scanner::makeCard(std::string id, std::string title, std::string symbol, Bucket bucket, double conf,
-                                      double risk, std::string summary, std::string why, std::vector<Entry> entries) {
+Card Scanner::emptyCard(const CardDescription& description) {
+    Card card;
+    card.id = description.id;
+    card.title = description.title;
+    card.symbol = description.symbol;
+    card.bucket = description.bucket;
+    card.confidence = description.confidence;
+    card.risk = description.risk;
+    card.summary = description.summary;
+    card.why = description.why;
+    card.selected = description.bucket == Bucket::safe;
+    return card;
+}
+
+std::optional<Card> Scanner::makeCard(const CardDescription& description, std::vector<Entry> entries) {
     std::erase_if(entries, [](const Entry& entry) { return entry.size <= 0; });
     if (entries.empty()) {
         return std::nullopt;
     }
     std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.size > b.size; });
-    Card card;
-    card.id = std::move(id);
-    card.title = std::move(title);
-    card.symbol = std::move(symbol);
-    card.bucket = bucket;
-    card.confidence = conf;
-    card.risk = risk;
-    card.summary = std::move(summary);
-    card.why = std::move(why);
+    Card card = emptyCard(description);
     card.dormancyDays = dormancyDays(entries);
     card.entries = std::move(entries);
-    card.selected = bucket == Bucket::safe;
     return card;
+}
+
+std::optional<Card> Scanner::makeCard(std::string_view id, std::string_view title, std::string_view symbol,
+                                      Bucket bucket, double conf, double risk, std::string_view summary,
+                                      std::string_view why, std::vector<Entry> entries) {
+    return makeCard(CardDescription{id, title, symbol, bucket, conf, risk, summary, why}, std::move(entries));
+}
+
+double Scanner::dormancyDays(const std::optional<Date>& lastUsed, double whenUnknown) {
+    return std::max(leastDormancyDays, lastUsed ? secondsBetween(*lastUsed, now()) / secondsPerDay : whenUnknown);
 }
 
 double Scanner::dormancyDays(const std::vector<Entry>& entries) {
@@ -64,8 +77,7 @@ double Scanner::dormancyDays(const std::vector<Entry>& entries) {
     for (const Entry& entry : entries) {
         latest = std::max(latest, entry.lastUsed);
     }
-    const double days = latest ? secondsBetween(*latest, now()) / secondsPerDay : dormancyOfUnknownUse;
-    return std::max(leastDormancy, days);
+    return dormancyDays(latest, dormancyOfUnknownUse);
 }
 
 std::vector<Entry> Scanner::fixed(Probe& probe, std::span<const FixedLocation> locations) {

@@ -1,5 +1,5 @@
-// What every rule uses to turn measured items into cards. (The catalogue, Scanner::specs, is rules/catalogue.h.)
-// Callable from any thread.
+// What rules use to turn measured items into cards. (The catalogue, Scanner::specs, is in rules/catalogue.h.) Callable
+// from any thread.
 #pragma once
 
 #include <cstdint>
@@ -15,34 +15,56 @@
 
 namespace vesk {
 
-/// A place that a rule knows, and the name that its entry carries.
+/// A place that a rule knows, and its entry's name.
 struct FixedLocation {
     /// Relative to the home folder.
     std::string_view path;
     std::string_view name;
 };
 
+/// The constants of a card; each rule has one of these per card. See Card for the fields.
+struct CardDescription {
+    std::string_view id;
+    std::string_view title;
+    std::string_view symbol;
+    Bucket bucket;
+    double confidence;
+    double risk;
+    std::string_view summary;
+    std::string_view why;
+};
+
 namespace Scanner {
 
-/// The current user's home folder: the world's, read once and kept for the life of the process.
+/// The world's home folder, read once and kept for the life of the process.
 const std::filesystem::path& home();
 
-/// Builds a card: drops the entries of size 0 or less, puts the largest first (equal ones keep their order), works out
-/// the days unused, and ticks the card exactly when its bucket is safe. Absent when no entry is left.
-std::optional<Card> makeCard(std::string id, std::string title, std::string symbol, Bucket bucket, double conf,
-                             double risk, std::string summary, std::string why, std::vector<Entry> entries);
+/// An empty card with this description, ticked if its bucket is safe.
+Card emptyCard(const CardDescription& description);
 
-/// Days since the newest `lastUsed` among the entries, with fraction; at least 1, and 30 when none has a date.
+/// Builds a card: drops entries of size 0 or less, sorts the largest first (stable) and computes the days unused.
+/// Absent if no entry is left.
+std::optional<Card> makeCard(const CardDescription& description, std::vector<Entry> entries);
+
+/// The same, with the description's fields as separate arguments.
+std::optional<Card> makeCard(std::string_view id, std::string_view title, std::string_view symbol, Bucket bucket,
+                             double conf, double risk, std::string_view summary, std::string_view why,
+                             std::vector<Entry> entries);
+
+/// Days since the last use, with fraction; at least 1. `whenUnknown` if there is no date.
+double dormancyDays(const std::optional<Date>& lastUsed, double whenUnknown);
+
+/// Days since the newest `lastUsed` of the entries, with fraction; at least 1; 30 if none has a date.
 double dormancyDays(const std::vector<Entry>& entries);
 
-/// The entries of those locations below the home folder that exist, in the order given, each measured whole.
+/// Measured entries for the locations that exist, in the order given.
 std::vector<Entry> fixed(Probe& probe, std::span<const FixedLocation> locations);
 
-/// A name for display: the second part of a reverse-domain identifier with its first letter in upper case ("Acme" of
-/// "com.acme.Editor"); any other text as it is.
+/// A name for display: the capitalised second part of a reverse-domain identifier ("Acme" for "com.acme.Editor"); any
+/// other text unchanged.
 std::string pretty(std::string_view identifier);
 
-/// The text in lower case, reduced to letters and digits; canonically equivalent texts give the same result.
+/// The text in lower case, letters and numbers only; canonically equivalent texts give the same result.
 std::string normalize(std::string_view text);
 
 }  // namespace Scanner

@@ -12,9 +12,9 @@ namespace vesk {
 class Probe;
 
 struct Spec {
-    /// The rule's name, shown to the user as the area it searches.
+    /// The rule's name, shown to the user as the area that it searches.
     std::string label;
-    /// The rule's body. Called on any thread, while other rules run; never throws.
+    /// Runs the rule. Called on any thread, concurrently with other rules; never throws.
     std::function<std::vector<Card>(Probe&)> run;
 };
 

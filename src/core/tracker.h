@@ -1,4 +1,4 @@
-// The two counters of a scan, fed by all its probes at once and read by whoever shows progress.
+// A scan's two counters, fed by all its probes at once and read to show progress.
 #pragma once
 
 #include <cstdint>
@@ -16,13 +16,13 @@ public:
         friend bool operator==(const Counts&, const Counts&) = default;
     };
 
-    /// Adds to both counters at once. Callable from any thread. Ends the program on overflow.
+    /// Adds to both counters atomically. Callable from any thread. Ends the program on overflow.
     void add(Counts counts);
 
     /// Both counters at one moment. Callable from any thread.
     Counts counts() const;
 
-    /// How often `add` was called: what the batching of updates is judged by.
+    /// How often `add` was called, to test the batching of updates. Callable from any thread.
     std::int64_t updates() const;
 
 private:

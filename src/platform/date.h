@@ -1,5 +1,4 @@
-// Points in time, as the file system and the clock give them.
-// Called from every layer, on any thread.
+// Points in time, as the file system and the clock report them. Used by every layer, on any thread.
 #pragma once
 
 #include <chrono>
@@ -13,18 +12,18 @@ using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 /// The current time. Rules take it once, when they start.
 Date now();
 
-/// Makes `now` answer what `clock` answers, for tests of cut-offs; nullptr goes back to the system's clock.
-/// Call it while no scan runs.
+/// Makes `now` return what `clock` returns, for tests of cut-offs; nullptr restores the system's clock.
+/// Call it only while no scan is running.
 void setClock(Date (*clock)());
 
-/// The date of a time stamp as the kernel gives it. A time outside what `Date` holds becomes the nearest
-/// one that it does hold, since file systems can store years that nanoseconds in 64 bits cannot.
+/// The date of a kernel time stamp. File systems can store years that nanoseconds in 64 bits cannot: a time outside
+/// the range of `Date` becomes the nearest date in range.
 Date dateFromUnix(std::int64_t seconds, std::int64_t nanoseconds);
 
-/// Seconds between two dates, with fraction; negative when `later` is the earlier one. Never overflows.
+/// Seconds between two dates, with fraction; negative if `later` is earlier. Never overflows.
 double secondsBetween(Date earlier, Date later);
 
-/// Seconds since 1970 with fraction.
+/// Seconds since 1970, with fraction.
 double unixSeconds(Date date);
 
 }  // namespace vesk

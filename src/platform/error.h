@@ -1,5 +1,5 @@
-// A failure that the operating system reported, as a value.
-// Made by the functions of this folder, classified by Probe::isPermission; safe to copy between threads.
+// A failure reported by the operating system, as a value. Created by this layer, classified by Probe::isPermission;
+// safe to copy between threads.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@ namespace vesk {
 
 /// The domain of errno values.
 inline constexpr std::string_view posixErrorDomain = "NSPOSIXErrorDomain";
-/// The domain of the macOS frameworks' own codes.
+/// The domain of the macOS frameworks' codes.
 inline constexpr std::string_view cocoaErrorDomain = "NSCocoaErrorDomain";
 
 struct PlatformError {
     std::string domain;
     std::int64_t code = 0;
-    /// The failure that caused this one; null when there is none.
+    /// The failure that caused this one; null if there is none.
     std::shared_ptr<const PlatformError> underlying;
 };
 

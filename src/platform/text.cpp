@@ -1,12 +1,11 @@
 #include "platform/text.h"
 
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 #include <QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <cstring>
 
 namespace vesk {
 
@@ -62,23 +61,6 @@ Sequence sequenceAt(std::string_view bytes) {
     return {wanted, true};
 }
 
-// How many bytes at the start are ASCII, eight at a time where it can: most text is nothing else.
-std::size_t lengthOfPlainStart(std::string_view bytes) {
-    constexpr std::uint64_t highBits = 0x8080808080808080;
-    std::uint64_t eight = 0;
-    std::size_t length = 0;
-    for (; length + sizeof eight <= bytes.size(); length += sizeof eight) {
-        std::memcpy(&eight, bytes.data() + length, sizeof eight);
-        if ((eight & highBits) != 0) {
-            break;
-        }
-    }
-    while (length < bytes.size() && static_cast<unsigned char>(bytes[length]) < 0x80) {
-        ++length;
-    }
-    return length;
-}
-
 QString fromUtf8(std::string_view bytes) {
     return QString::fromStdString(decodedUtf8(bytes));
 }
@@ -126,18 +108,12 @@ std::string decodedUtf8(std::string_view bytes) {
 }
 
 bool isUtf8(std::string_view bytes) {
-    while (!bytes.empty()) {
-        bytes.remove_prefix(lengthOfPlainStart(bytes));
-        if (bytes.empty()) {
-            return true;
-        }
-        const Sequence sequence = sequenceAt(bytes);
-        if (!sequence.wellFormed) {
-            return false;
-        }
-        bytes.remove_prefix(sequence.length);
-    }
-    return true;
+    return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks) {
+    const std::size_t start = text.find_first_not_of(blanks);
+    return start == std::string_view::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
 }
 
 std::string lowercased(std::string_view text) {

@@ -1,5 +1,5 @@
-// What the platform knows of Unicode text. All texts taken and returned are UTF-8; bytes that are not UTF-8 are read as
-// replacement characters. None depends on the language the user has set. Callable from any thread.
+// Unicode text functions. They take and return UTF-8, read invalid bytes as replacement characters, and do not depend
+// on the user's language. Callable from any thread.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +13,11 @@ namespace vesk {
 /// (The Unicode Standard, section 3.9, "U+FFFD Substitution of Maximal Subparts").
 std::string decodedUtf8(std::string_view bytes);
 
-/// Whether the bytes are valid UTF-8 as they stand.
+/// Whether the bytes are valid UTF-8.
 bool isUtf8(std::string_view bytes);
+
+/// The text without these characters at its start and end.
+std::string_view trimmed(std::string_view text, std::string_view blanks = " \t");
 
 /// Lower case, by Unicode's full mappings.
 std::string lowercased(std::string_view text);
@@ -22,19 +25,19 @@ std::string lowercased(std::string_view text);
 /// The text with its first user-perceived character in upper case.
 std::string withFirstCharacterUppercased(std::string_view text);
 
-/// The text reduced to the user-perceived characters that are letters or numbers, in Unicode's composed form (NFC),
-/// so that canonically equivalent texts come out equal. The first scalar of a character decides.
+/// The user-perceived characters that are letters or numbers, in Unicode's composed form (NFC), so that canonically
+/// equivalent texts give equal results. A character's first scalar decides.
 std::string lettersAndNumbers(std::string_view text);
 
-/// Whether a character must not be shown as it stands in a name: what is obeyed rather than shown (control characters,
-/// separators of lines and paragraphs), what turns round the text beside it (the bidirectional marks), and what nobody
-/// sees. Invisible characters that words and emoji are spelled with stay: the joiners, variation selectors, tags.
+/// Whether a character in a name is unsafe to show: control characters, line and paragraph separators, bidirectional
+/// marks, which reverse the text beside them, and invisible characters. Invisible characters that words and emoji need
+/// are safe: joiners, variation selectors, tags.
 bool isUnsafeToShow(char32_t character);
 
-/// The text with each such character replaced by what `replacement` gives for it; both are handed over as UTF-8.
+/// The text with each unsafe character replaced by what `replacement` returns for it, both in UTF-8.
 std::string replacingUnsafe(std::string_view text, const std::function<std::string(std::string_view)>& replacement);
 
-/// The text with U+FFFD for each such character.
+/// The text with U+FFFD for each unsafe character.
 std::string showable(std::string_view text);
 
 /// The number of user-perceived characters.

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/system/folder_variables.h"
+
 namespace vesk {
 
 namespace {
@@ -35,6 +37,31 @@ std::filesystem::path homeFromUserDatabase() {
     return found->pw_dir;
 }
 
+// Whether a path lies in the folder that a snap or a Flatpak has to itself.
+bool isSandboxes(const std::filesystem::path& folder, const std::filesystem::path& home) {
+    std::error_code failure;
+    for (const std::filesystem::path& sandboxes : {home / "snap", home / ".var/app"}) {
+        for (std::filesystem::path above = folder.lexically_normal(); above.has_relative_path();
+             above = above.parent_path()) {
+            if (above == sandboxes.lexically_normal() || std::filesystem::equivalent(above, sandboxes, failure)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// One of the XDG folders. A Flatpak passes the value that its user had set as `variable` with "HOST_" before it.
+std::filesystem::path xdgFolder(const std::string& variable, const char* standard, const std::filesystem::path& home) {
+    for (const std::string& name : {variable, "HOST_" + variable}) {
+        std::filesystem::path folder = absoluteFromEnvironment(name.c_str());
+        if (!folder.empty() && !isSandboxes(folder, home)) {
+            return folder;
+        }
+    }
+    return home / standard;
+}
+
 }  // namespace
 
 World World::ofCurrentUser() {
@@ -43,20 +70,21 @@ World World::ofCurrentUser() {
     if (result.home.empty()) {
         result.home = homeFromUserDatabase();
     }
-    result.configHome = absoluteFromEnvironment("XDG_CONFIG_HOME");
-    if (result.configHome.empty()) {
-        result.configHome = result.home / ".config";
-    }
-    result.dataHome = absoluteFromEnvironment("XDG_DATA_HOME");
-    if (result.dataHome.empty()) {
-        result.dataHome = result.home / ".local/share";
-    }
+    result.configHome = xdgFolder("XDG_CONFIG_HOME", ".config", result.home);
+    result.dataHome = xdgFolder("XDG_DATA_HOME", ".local/share", result.home);
+    result.cacheHome = xdgFolder("XDG_CACHE_HOME", ".cache", result.home);
     result.runtimeHome = absoluteFromEnvironment("XDG_RUNTIME_DIR");
+#ifndef __APPLE__
+    result.layout = Layout::linuxDesktop;
+    result.variableFolders = vesk::variableFolders(environ, result.home);
+#endif
     return result;
 }
 
-World World::below(std::filesystem::path root, std::filesystem::path home) {
+World World::below(std::filesystem::path root, std::filesystem::path home, Layout layout) {
     World result;
+    result.layout = layout;
+    result.cacheHome = home / ".cache";
     result.configHome = home / ".config";
     result.dataHome = home / ".local/share";
     result.runtimeHome = root;

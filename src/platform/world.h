@@ -1,60 +1,74 @@
-// Where the world lies: the one place that says which folder is "/", which is the home folder and where
-// preferences and Trash are kept. A program sets it once, first thing in main; tests and tools set another one,
-// so that nothing they do can reach the real home, the real "/" or the real Trash.
+// The world: which folder is "/", which is the home folder, and where preferences and the Trash are. A program sets it
+// once, at the start of main. Tests and tools set another one, so that nothing they do can reach the real home, the
+// real
+// "/" or the real Trash.
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <string>
 #include <string_view>
 
 namespace vesk {
 
+/// Which kind of system a world shows: where programs keep their things in it.
+enum class Layout { macos, linuxDesktop };
+
 struct World {
+    /// Decides in which places the rules look. A made-up world shows a Mac unless it says otherwise, on any machine.
+    Layout layout = Layout::macos;
     /// The folder that stands for "/".
     std::filesystem::path root = "/";
-    /// The signed-in user's home folder; empty when it cannot be told.
+    /// The current user's home folder; empty if it cannot be determined.
     std::filesystem::path home;
-    /// Where Linux programs keep preferences (XDG Base Directory Specification 0.8, $XDG_CONFIG_HOME).
+    /// Where Linux programs store preferences (XDG Base Directory Specification 0.8, $XDG_CONFIG_HOME).
     std::filesystem::path configHome;
-    /// Where the home Trash lies on Linux (the same document, $XDG_DATA_HOME).
+    /// Where the home Trash is on Linux (the same document, $XDG_DATA_HOME).
     std::filesystem::path dataHome;
-    /// Where what lasts no longer than a session is kept (the same document, $XDG_RUNTIME_DIR); empty when there is no
-    /// such place.
+    /// Where Linux programs store what they can recreate (the same document, $XDG_CACHE_HOME).
+    std::filesystem::path cacheHome;
+    /// Where files for the session go (the same document, $XDG_RUNTIME_DIR); empty if there is no such place.
     std::filesystem::path runtimeHome;
 
-    /// The world of whoever runs this process: "/", $HOME (the user database when it is unset, empty or relative),
-    /// and the XDG folders (relative values are ignored, as their specification says).
+    /// The folders that environment variables name, by variable (platform/system/folder_variables.h); none in a made-up
+    /// world and on a Mac.
+    std::multimap<std::string, std::filesystem::path> variableFolders;
+
+    /// The current user's world: "/", $HOME (the user database if it is unset, empty or relative), and the XDG folders.
+    /// Relative values are ignored, as their specification says. So are values inside a snap's or Flatpak's own folder:
+    /// the terminal of a sandboxed program passes them on, and a Trash there would grow unseen.
     static World ofCurrentUser();
 
-    /// A made-up world: below `root` and `home` alone, with preferences and Trash inside `home`.
-    static World below(std::filesystem::path root, std::filesystem::path home);
+    /// A made-up world: only `root` and `home`, with preferences and Trash inside `home`.
+    static World below(std::filesystem::path root, std::filesystem::path home, Layout layout = Layout::macos);
 
-    /// Why nothing may be looked for in `home`: it cannot be told, or it is the computer's whole disk, by whatever
-    /// path. Or why nothing may be changed there: it belongs to another user than the one this process runs as, who
-    /// could not open what is made in it. Every program that scans asks before it does anything else.
+    /// Why `home` must not be scanned: it is unknown, or it is the whole disk, by whatever path. Or why it must not be
+    /// changed: it belongs to a user other than this process's, who could not open what is created there. vesk and
+    /// vesk-scan check this before anything else.
     enum class HomeFault { none, unknown, wholeDisk, anothers };
     HomeFault homeFault() const;
 
-    /// Whether this is the world that the system's own services know: the real "/" and the home folder that the user
-    /// database names. In any other one a service without a folder to its name (macOS's Trash and user defaults) would
-    /// reach beyond it and must not be asked.
+    /// Whether this is the world that the system's services know: the real "/" and the home folder in the user
+    /// database. In any other world, services that take no folder (macOS's Trash and user defaults) would reach beyond
+    /// it and must not be used.
     bool isReal() const;
-    /// The same, where the user database names `homeOfUser`.
+    /// The same, if `homeOfUser` is the home folder in the user database.
     bool isRealWith(const std::filesystem::path& homeOfUser) const;
 
-    /// The place below `root` that stands for an absolute path such as "/Applications".
+    /// The path below `root` that stands for an absolute path such as "/Applications".
     std::filesystem::path rooted(std::string_view absolute) const;
 
     friend bool operator==(const World&, const World&) = default;
 };
 
-/// The world in force. Readable from any thread once set.
+/// The current world. Readable from any thread once set.
 const World& world();
 
-/// Whether the world in force is the one of whoever runs this process, and not a made-up one; one made up through the
-/// environment ($HOME) counts as such too.
+/// Whether the current world is the current user's, and not a made-up one. A world made up through the environment
+/// ($HOME) counts as made up.
 bool isWorldOfCurrentUser();
 
-/// Sets the world. Call it before anything else runs.
+/// Sets the world. Call it before anything else.
 void setWorld(World world);
 
 }  // namespace vesk

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "core/scanner.h"
-#include "core/uuid.h"
+#include "platform/uuid.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
 
@@ -77,17 +77,14 @@ constexpr CardDescription archiveCard = {
 };
 
 std::vector<Entry> simulatedDevices(Probe& probe) {
-    const std::filesystem::path location = Scanner::home() / simulators;
-    std::vector<Entry> entries;
-    int number = 0;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
-        if (Uuid::parse(item.name)) {
-            // A device that has gone meanwhile keeps its number.
-            ++number;
-            add(entries, probe.entry(location / item.name, simulatorName + std::to_string(number)));
-        }
-    }
-    return entries;
+    // A device that has gone meanwhile keeps its number.
+    return childrenIn(probe, simulators, ListingDetail::kinds,
+                      [number = 0](const FolderItem& item) mutable -> std::optional<Offer> {
+                          if (!Uuid::parse(item.name)) {
+                              return std::nullopt;
+                          }
+                          return Offer{simulatorName + std::to_string(++number)};
+                      });
 }
 
 // Xcode names the folder of a project after it, with a hyphen and a long key behind.
@@ -96,23 +93,14 @@ std::string projectName(std::string_view folderName) {
 }
 
 std::vector<Entry> builds(Probe& probe) {
-    const std::filesystem::path location = Scanner::home() / derivedData;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
-        if (item.name != moduleCache) {
-            add(entries, probe.entry(location / item.name, projectName(item.name)));
-        }
-    }
-    return entries;
+    return childrenIn(probe, derivedData, ListingDetail::kinds, [](const FolderItem& item) {
+        return item.name == moduleCache ? std::nullopt : std::optional(Offer{projectName(item.name)});
+    });
 }
 
 std::vector<Entry> archivedDays(Probe& probe) {
-    const std::filesystem::path location = Scanner::home() / archives;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
-        add(entries, probe.entry(location / item.name, archiveName + label(item.name)));
-    }
-    return entries;
+    return childrenIn(probe, archives, ListingDetail::kinds,
+                      [](const FolderItem& item) { return Offer{archiveName + label(item.name)}; });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 // that stand here.
 
 #include "core/scanner.h"
+#include "rules/place_search.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
 
@@ -68,13 +69,13 @@ constexpr CardDescription packageCard = {
 }  // namespace
 
 std::vector<Card> dormantModels(Probe& probe) {
-    return cardOf(modelCard, Scanner::fixed(probe, models));
+    return cardOf(modelCard, entriesAt(probe, models, linuxModels));
 }
 
 std::vector<Card> developerDownloads(Probe& probe) {
     std::vector<Card> cards;
-    addCard(cards, homebrewCard, Scanner::fixed(probe, homebrew));
-    addCard(cards, packageCard, Scanner::fixed(probe, packages));
+    addCard(cards, homebrewCard, entriesAt(probe, homebrew, linuxHomebrew));
+    addCard(cards, packageCard, entriesAt(probe, packages, linuxPackages));
     return cards;
 }
 

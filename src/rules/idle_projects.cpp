@@ -11,6 +11,8 @@
 #include "platform/text.h"
 #include "platform/threads/background.h"
 #include "platform/threads/work_sharing.h"
+#include "rules/kept_folders.h"
+#include "rules/place_search.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
 
@@ -27,6 +29,9 @@ constexpr std::size_t deepestLevel = 5;
 // Where documents, media and programs are kept, not projects.
 constexpr std::array<std::string_view, 9> skippedRoots = {"Library", "Documents", "Desktop",      "Pictures", "Music",
                                                           "Movies",  "Downloads", "Applications", "Public"};
+
+// Where snaps keep their data on Linux.
+constexpr std::string_view snapData = "snap";
 
 // Folders that are shown as one thing, by extension in lower case: no project lies inside.
 // clang-format off
@@ -98,6 +103,12 @@ const Kind* kindOf(const std::filesystem::path& project, std::string_view name) 
         return nullptr;
     }
     return kind;
+}
+
+// Whether programs are installed here rather than a project's libraries: npm puts those that are for the whole user
+// into "lib/node_modules" of a folder of their choice, and nothing but their own installation brings them back.
+bool isGlobalLibrary(const std::filesystem::path& folder, std::string_view name) {
+    return isOnLinux() && name == "node_modules" && folder.filename() == "lib" && !itemExists(folder / "package.json");
 }
 
 bool isPackage(std::string_view name) {
@@ -202,9 +213,12 @@ private:
                 continue;
             }
             if (folder.level == homeLevel) {
-                if (!item.name.starts_with('.') && !isAmong(item.name, skippedRoots)) {
+                if (!item.name.starts_with('.') && !isAmong(item.name, skippedRoots) &&
+                    !(isOnLinux() && item.name == snapData) && !kept_.contains(folder.path / item.name)) {
                     worker.add({folder.path / item.name, homeLevel + 1});
                 }
+            } else if (kept_.contains(folder.path / item.name) || isGlobalLibrary(folder.path, item.name)) {
+                continue;
             } else if (const Kind* kind = kindOf(folder.path, item.name)) {
                 take(*worker.state, folder.path, *kind, dates);
                 worker.offerItems();
@@ -262,6 +276,8 @@ private:
     Probe& probe_;
     Date cutOff_;
     bool background_;
+    // By whole path: on Linux they may lie anywhere in the home.
+    const KeptFolders kept_;
     std::deque<Part> parts_;  // a deque: threads keep pointers into it while it grows
 };
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <string>
 #include <string_view>
 
@@ -13,14 +12,13 @@
 #include "platform/world.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
+#include "rules/sandboxed_leftovers.h"
 
 namespace vesk {
 
 namespace {
 
 using namespace rules;
-
-constexpr std::chrono::seconds age{5'184'000};
 
 constexpr std::array<std::string_view, 4> applicationFolders = {
     "/Applications", "/Applications/Utilities", "/System/Applications", "/System/Applications/Utilities"};
@@ -118,22 +116,23 @@ bool isInstalled(const std::string& name, const InstalledApplications& applicati
 }  // namespace
 
 std::vector<Card> Scanner::orphanCard(Probe& probe) {
-    const Date cutOff = now() - age;
+    const Date start = now();
+    const Date cutOff = start - leftoverAge;
     const InstalledApplications applications;
-    const std::filesystem::path location = home() / support;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
-        if (!isOffered(item.name) || !item.isDirectory || isInstalled(item.name, applications) ||
-            !changedBefore(cutOff, item.contentModificationDate)) {
-            continue;
-        }
-        std::optional<Entry> entry = probe.entry(location / item.name, pretty(label(item.name)));
-        // Something newer inside shows that the folder is in use.
-        if (entry && entry->lastUsed.value_or(Date::min()) < cutOff) {
-            probe.judgedBy[entry->url] = {.modified = item.contentModificationDate, .accessed = {}};
-            entries.push_back(*std::move(entry));
-        }
+    std::vector<Entry> entries =
+        childrenIn(probe, support, ListingDetail::dates, [&](const FolderItem& item) -> std::optional<Offer> {
+            if (!isOffered(item.name) || !item.isDirectory || isInstalled(item.name, applications) ||
+                !changedBefore(cutOff, item.contentModificationDate)) {
+                return std::nullopt;
+            }
+            return Offer{pretty(label(item.name)), {.modified = item.contentModificationDate, .accessed = {}}};
+        });
+    // Of other programs on Linux nothing tells surely whether they are still there.
+    if (isOnLinux()) {
+        SandboxedLeftovers(start).addTo(entries, probe);
     }
+    // Something newer inside shows that the folder is in use.
+    std::erase_if(entries, [&](const Entry& entry) { return entry.lastUsed.value_or(Date::min()) >= cutOff; });
     return cardOf(leftoverCard, std::move(entries));
 }
 

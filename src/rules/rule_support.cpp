@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/scanner.h"
 #include "platform/text.h"
 
 namespace vesk::rules {
 
 void addCard(std::vector<Card>& cards, const CardDescription& description, std::vector<Entry> entries) {
-    std::optional<Card> card = Scanner::makeCard(description.id, description.title, description.symbol,
-                                                 description.bucket, description.confidence, description.risk,
-                                                 description.summary, description.why, std::move(entries));
+    std::optional<Card> card = Scanner::makeCard(description, std::move(entries));
     if (card) {
         cards.push_back(*std::move(card));
     }
@@ -23,9 +20,30 @@ std::vector<Card> cardOf(const CardDescription& description, std::vector<Entry> 
     return cards;
 }
 
-void add(std::vector<Entry>& entries, std::optional<Entry> entry) {
-    if (entry) {
-        entries.push_back(*std::move(entry));
+void addChildren(std::vector<Entry>& entries, Probe& probe, const std::filesystem::path& place, ListingDetail detail,
+                 const Filter& filter) {
+    addListed(entries, probe, place, childrenOrBlocked(probe, place, detail), filter);
+}
+
+std::vector<Entry> childrenIn(Probe& probe, std::string_view placeInHome, ListingDetail detail, const Filter& filter) {
+    std::vector<Entry> entries;
+    addChildren(entries, probe, Scanner::home() / placeInHome, detail, filter);
+    return entries;
+}
+
+void addListed(std::vector<Entry>& entries, Probe& probe, const std::filesystem::path& place,
+               const std::vector<FolderItem>& children, const Filter& filter) {
+    for (const FolderItem& item : children) {
+        std::optional<Offer> offer = filter(item);
+        if (!offer) {
+            continue;
+        }
+        if (std::optional<Entry> entry = probe.entry(place / item.name, std::move(offer->name))) {
+            if (offer->judgedBy.modified || offer->judgedBy.accessed) {
+                probe.judgedBy[entry->url] = offer->judgedBy;
+            }
+            entries.push_back(*std::move(entry));
+        }
     }
 }
 

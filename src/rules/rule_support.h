@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,21 +11,10 @@
 
 #include "core/card.h"
 #include "core/probe.h"
+#include "core/scanner.h"
 #include "platform/files/files.h"
 
 namespace vesk::rules {
-
-/// All of a card that is fixed: each rule has one of these for each of its cards. See Card for the fields.
-struct CardDescription {
-    const char* id;
-    const char* title;
-    const char* symbol;
-    Bucket bucket;
-    double confidence;
-    double risk;
-    const char* summary;
-    const char* why;
-};
 
 /// Appends the card of these entries, unless all of them are empty.
 void addCard(std::vector<Card>& cards, const CardDescription& description, std::vector<Entry> entries);
@@ -32,8 +22,28 @@ void addCard(std::vector<Card>& cards, const CardDescription& description, std::
 /// What a rule with at most one card returns.
 std::vector<Card> cardOf(const CardDescription& description, std::vector<Entry> entries);
 
-/// Appends an entry if there is one.
-void add(std::vector<Entry>& entries, std::optional<Entry> entry);
+/// A child of a place that is to be offered.
+struct Offer {
+    /// The entry's name.
+    std::string name;
+    /// The child's own dates, where its age is why it is offered.
+    ItemDates judgedBy = {};
+};
+
+/// What of a place's children is offered: asked for each in byte order of their names; absent for one that is left.
+using Filter = std::function<std::optional<Offer>(const FolderItem&)>;
+
+/// What rules do with a place: lists it, and appends an entry for each child that the filter takes, measured whole. A
+/// denial of permission sets the probe's `blocked`.
+void addChildren(std::vector<Entry>& entries, Probe& probe, const std::filesystem::path& place, ListingDetail detail,
+                 const Filter& filter);
+
+/// The same for one place of the home, as all the entries there are.
+std::vector<Entry> childrenIn(Probe& probe, std::string_view placeInHome, ListingDetail detail, const Filter& filter);
+
+/// The same for children that a rule has listed already.
+void addListed(std::vector<Entry>& entries, Probe& probe, const std::filesystem::path& place,
+               const std::vector<FolderItem>& children, const Filter& filter);
 
 /// The children of a folder in byte order of their names; none when it cannot be listed.
 std::vector<FolderItem> childrenOf(const std::filesystem::path& folder, ListingDetail detail);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <ctime>
 
+#include "platform/text.h"
+
 namespace vesk::rules {
 
 namespace {
@@ -11,12 +13,6 @@ constexpr std::string_view prefix = "com.apple.TimeMachine.";
 constexpr std::string_view suffix = ".local";
 // "yyyy-MM-dd-HHmmss" with a 0 for each digit.
 constexpr std::string_view stampShape = "0000-00-00-000000";
-
-std::string_view withoutBlanksAround(std::string_view text) {
-    constexpr std::string_view blanks = " \t";
-    const std::size_t start = text.find_first_not_of(blanks);
-    return start == std::string_view::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
 
 // In one pass: a tool gone mad may write one line of many megabytes.
 std::string without(std::string_view text, std::string_view part) {
@@ -42,7 +38,7 @@ std::vector<std::string> stampsIn(std::string_view output) {
     std::vector<std::string> stamps;
     while (!output.empty()) {
         const std::size_t end = std::min(output.find('\n'), output.size());
-        const std::string_view line = withoutBlanksAround(output.substr(0, end));
+        const std::string_view line = trimmed(output.substr(0, end));
         output.remove_prefix(std::min(end + 1, output.size()));
         if (line.starts_with(prefix)) {
             stamps.push_back(without(without(line, prefix), suffix));

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/scanner.h"
 #include "platform/date.h"
 #include "platform/world.h"
 #include "rules/backup_tool.h"
@@ -16,18 +17,18 @@ namespace vesk::rules {
 
 namespace {
 
-constexpr double secondsPerDay = 86'400.0;
-// Snapshots come hourly, so one without a readable time is taken as new, not as the usual thirty days old.
-constexpr double leastDormancy = 1.0;
-
-constexpr const char* id = "snapshots";
-constexpr const char* title = "Local Time Machine snapshots";
-constexpr const char* symbol = "clock.arrow.circlepath";
-constexpr double confidence = 0.9;
-constexpr double risk = 1.5;
-constexpr const char* why =
-    "Your real backups on the Time Machine disk are untouched. These are extra short-term copies macOS also frees "
-    "automatically when space runs low. Note: they can't be put in the Trash, so removing them can't be undone.";
+constexpr CardDescription snapshotCard = {
+    .id = "snapshots",
+    .title = "Local Time Machine snapshots",
+    .symbol = "clock.arrow.circlepath",
+    .bucket = Bucket::safe,
+    .confidence = 0.9,
+    .risk = 1.5,
+    .summary = "",  // tells how many there are
+    .why =
+        "Your real backups on the Time Machine disk are untouched. These are extra short-term copies macOS also frees "
+        "automatically when space runs low. Note: they can't be put in the Trash, so removing them can't be undone.",
+};
 
 std::string summary(std::size_t count) {
     return std::to_string(count) + " hourly backup " + (count == 1 ? "copy" : "copies") +
@@ -39,7 +40,8 @@ double dormancyDays(const std::vector<std::string>& stamps) {
     for (const std::string& stamp : stamps) {
         newest = std::max(newest, dateOfStamp(stamp));
     }
-    return newest ? std::max(leastDormancy, secondsBetween(*newest, now()) / secondsPerDay) : leastDormancy;
+    // Snapshots come hourly, so one without a readable time is taken as new, not as the usual thirty days old.
+    return Scanner::dormancyDays(newest, leastDormancyDays);
 }
 
 }  // namespace
@@ -50,18 +52,10 @@ std::vector<Card> timeMachineSnapshots(Probe& /*probe*/) {
     if (stamps.empty()) {
         return {};
     }
-    Card card;
-    card.id = id;
-    card.title = title;
-    card.symbol = symbol;
-    card.bucket = Bucket::safe;
-    card.confidence = confidence;
-    card.risk = risk;
+    Card card = Scanner::emptyCard(snapshotCard);
     card.summary = summary(stamps.size());
-    card.why = why;
     card.dormancyDays = dormancyDays(stamps);
     card.snapshotIDs = std::move(stamps);
-    card.selected = true;
     return {card};
 }
 

@@ -3,13 +3,16 @@
 
 #include <array>
 #include <chrono>
+#include <memory>
 #include <string_view>
 
 #include "core/scanner.h"
 #include "platform/text.h"
 #include "platform/world.h"
+#include "rules/place_search.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
+#include "rules/sandboxed_leftovers.h"
 
 namespace vesk::rules {
 
@@ -85,47 +88,57 @@ const char* cloneName(std::string_view fileName) {
     return lowercased(fileName).find(clones::braveMark) != std::string::npos ? clones::braveName : clones::chromeName;
 }
 
+// What lies in the folder of a removed application goes with it.
+PlaceFilter butOfRemovedApps(PlaceFilter filter) {
+    if (!isOnLinux()) {
+        return filter;
+    }
+    const auto leftovers = std::make_shared<const SandboxedLeftovers>(now());
+    return [leftovers, filter = std::move(filter)](const PlacedItem& item) {
+        return leftovers->hold(item.path) ? std::nullopt : filter(item);
+    };
+}
+
 }  // namespace
 
 std::vector<Card> browserClones(Probe& probe) {
     const std::filesystem::path root = world().rooted(clones::root);
+    const auto clone = [](const FolderItem& item) {
+        return item.name.find(clones::mark) == std::string::npos ? std::nullopt
+                                                                 : std::optional(Offer{cloneName(item.name)});
+    };
     std::vector<Entry> entries;
     for (const FolderItem& first : childrenOf(root, ListingDetail::kinds)) {
         for (const FolderItem& second : childrenOf(root / first.name, ListingDetail::kinds)) {
             const std::filesystem::path holder = root / first.name / second.name / clones::holder;
-            for (const FolderItem& item : childrenOf(holder, ListingDetail::kinds)) {
-                if (item.name.find(clones::mark) != std::string::npos) {
-                    add(entries, probe.entry(holder / item.name, cloneName(item.name)));
-                }
-            }
+            addListed(entries, probe, holder, childrenOf(holder, ListingDetail::kinds), clone);
         }
     }
     return cardOf(clones::card, std::move(entries));
 }
 
 std::vector<Card> appCaches(Probe& probe) {
-    const std::filesystem::path location = Scanner::home() / caches::location;
-    std::vector<Entry> entries;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
-        if (isCacheOffered(item.name)) {
-            add(entries, probe.entry(location / item.name, Scanner::pretty(label(item.name))));
-        }
-    }
+    const auto cache = [](const FolderItem& item) {
+        return isCacheOffered(item.name) ? std::optional(Offer{Scanner::pretty(label(item.name))}) : std::nullopt;
+    };
+    std::vector<Entry> entries = childrenIn(probe, caches::location, ListingDetail::kinds, cache);
+    addItemsAt(entries, probe, linuxCaches, butOfRemovedApps([](const PlacedItem&) { return ItemDates{}; }));
     return cardOf(caches::card, std::move(entries));
 }
 
 std::vector<Card> oldCrashReports(Probe& probe) {
     const Date cutOff = now() - crashes::age;
-    std::vector<Entry> entries;
-    for (const std::string_view path : crashes::locations) {
-        const std::filesystem::path location = Scanner::home() / path;
-        for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::dates)) {
-            if (!item.isDirectory && changedBefore(cutOff, item.contentModificationDate)) {
-                probe.judgedBy[location / item.name] = {.modified = item.contentModificationDate, .accessed = {}};
-                add(entries, probe.entry(location / item.name, crashes::entryName));
-            }
+    const auto old = [&](const FolderItem& item) -> std::optional<Offer> {
+        if (item.isDirectory || !changedBefore(cutOff, item.contentModificationDate)) {
+            return std::nullopt;
         }
+        return Offer{crashes::entryName, {.modified = item.contentModificationDate, .accessed = {}}};
+    };
+    std::vector<Entry> entries;
+    for (const std::string_view location : crashes::locations) {
+        addChildren(entries, probe, Scanner::home() / location, ListingDetail::dates, old);
     }
+    addItemsAt(entries, probe, linuxCrashReports, butOfRemovedApps(lastChangedBefore(cutOff)));
     return cardOf(crashes::card, std::move(entries));
 }
 

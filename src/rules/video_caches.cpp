@@ -40,32 +40,21 @@ constexpr CardDescription videoCard = {
         "need time to re-render.",
 };
 
-void addAfterEffects(Probe& probe, std::vector<Entry>& entries) {
-    const std::filesystem::path location = Scanner::home() / cacheFolder;
-    for (const FolderItem& item : childrenOrBlocked(probe, location, ListingDetail::kinds)) {
-        if (item.name.starts_with(afterEffectsPrefix)) {
-            add(entries, probe.entry(location / item.name, afterEffectsName));
-        }
-    }
+std::optional<Offer> afterEffectsCache(const FolderItem& item) {
+    return item.name.starts_with(afterEffectsPrefix) ? std::optional(Offer{afterEffectsName}) : std::nullopt;
 }
 
-void addRendered(Probe& probe, const std::filesystem::path& folder, const std::vector<FolderItem>& items,
-                 std::vector<Entry>& entries) {
-    for (const FolderItem& item : items) {
-        if (isAmong(item.name, rendered)) {
-            add(entries, probe.entry(folder / item.name, finalCutName + lowercased(item.name)));
-        }
-    }
+std::optional<Offer> renderedFolder(const FolderItem& item) {
+    return isAmong(item.name, rendered) ? std::optional(Offer{finalCutName + lowercased(item.name)}) : std::nullopt;
 }
 
 // Render files lie in an event of the library, or in a folder inside an event.
 void addEvent(Probe& probe, const std::filesystem::path& event, std::vector<Entry>& entries) {
     const std::vector<FolderItem> items = childrenOrBlocked(probe, event, ListingDetail::kinds);
-    addRendered(probe, event, items, entries);
+    addListed(entries, probe, event, items, renderedFolder);
     for (const FolderItem& item : items) {
         if (item.isDirectory) {
-            const std::filesystem::path inner = event / item.name;
-            addRendered(probe, inner, childrenOrBlocked(probe, inner, ListingDetail::kinds), entries);
+            addChildren(entries, probe, event / item.name, ListingDetail::kinds, renderedFolder);
         }
     }
 }
@@ -86,7 +75,7 @@ void addFinalCut(Probe& probe, std::vector<Entry>& entries) {
 
 std::vector<Card> videoEditingCaches(Probe& probe) {
     std::vector<Entry> entries = Scanner::fixed(probe, premiere);
-    addAfterEffects(probe, entries);
+    addChildren(entries, probe, Scanner::home() / cacheFolder, ListingDetail::kinds, afterEffectsCache);
     addFinalCut(probe, entries);
     return cardOf(videoCard, std::move(entries));
 }

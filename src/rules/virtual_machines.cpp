@@ -1,6 +1,7 @@
 // Disks of virtual machines and containers: whole folders, never offered with much confidence.
 
 #include "core/scanner.h"
+#include "rules/place_search.h"
 #include "rules/rule_support.h"
 #include "rules/rules.h"
 
@@ -30,7 +31,7 @@ constexpr CardDescription diskCard = {
 }  // namespace
 
 std::vector<Card> virtualMachineDisks(Probe& probe) {
-    return cardOf(diskCard, Scanner::fixed(probe, disks));
+    return cardOf(diskCard, entriesAt(probe, disks, linuxDisks));
 }
 
 }  // namespace vesk::rules

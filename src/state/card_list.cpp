@@ -1,6 +1,7 @@
 #include "state/card_list.h"
 
 #include <QString>
+#include <algorithm>
 
 #include "core/byte_count.h"
 #include "state/list_diff.h"
@@ -31,6 +32,11 @@ void CardList::replace(std::vector<Card> cards) {
     if (cards_.size() != before) {
         Q_EMIT countChanged();
     }
+}
+
+int CardList::firstSelected() const {
+    const auto found = std::find_if(cards_.begin(), cards_.end(), [](const Card& card) { return card.selected; });
+    return found == cards_.end() ? -1 : static_cast<int>(found - cards_.begin());
 }
 
 void CardList::setSelected(std::size_t row, bool value) {

@@ -33,6 +33,9 @@ public:
     /// Replaces the cards, telling the views of the rows that went, came, moved or changed, never of a reset.
     void replace(std::vector<Card> cards);
 
+    /// The row of the first ticked card; -1 when none is ticked.
+    Q_INVOKABLE int firstSelected() const;
+
     /// Ticks or unticks the card in a row, which is told as one changed row.
     void setSelected(std::size_t row, bool value);
 

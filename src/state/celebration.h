@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "core/uuid.h"
+#include "platform/uuid.h"
 
 namespace vesk {
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -19,18 +20,13 @@ namespace vesk {
 template <typename Result>
 class DetachedTask {
 public:
-    /// What the work is handed to tell of itself while it runs. Callable on the work's thread.
+    /// What the work is handed. Callable on the work's thread.
     class Control {
     public:
         /// Whether the work should end after the step it is at.
         bool stopRequested() const {
             const std::lock_guard guard(lock_);
             return stop_;
-        }
-        /// Keeps what is done so far: it becomes the result if the rest takes longer than anyone waits.
-        void keep(Result soFar) {
-            const std::lock_guard guard(lock_);
-            result_ = std::move(soFar);
         }
 
     private:
@@ -67,24 +63,23 @@ public:
     DetachedTask& operator=(const DetachedTask&) = delete;
 
     /// Starts the work; nothing else may be running. `done` is called with its result on this thread, from its event
-    /// loop, and may destroy this object.
-    void start(Work work, Done done) {
-        control_ = std::make_shared<Control>();
+    /// loop, and may destroy this object. Returns false, with nothing begun, when the system allows no more threads.
+    [[nodiscard]] bool start(Work work, Done done) {
+        const auto control = std::make_shared<Control>();
+        try {
+            run(control, std::move(work));
+        } catch (const std::system_error&) {
+            return false;
+        }
+        control_ = control;
         done_ = std::move(done);
-        std::thread([notifier = notifier_.handle(), control = control_, work = std::move(work)] {
-            Result result = work(*control);
-            {
-                const std::lock_guard guard(control->lock_);
-                control->result_ = std::move(result);
-                control->hasEnded_ = true;
-            }
-            control->ended_.notify_all();
-            notifier.notify();
-        }).detach();
+        return true;
     }
 
-    /// Asks running work to stop and waits for it, though no longer than `patience`; then calls `done` with what was
-    /// achieved. Does nothing when no work is running. Without any result in that time `done` is not called.
+    bool isRunning() const { return control_ != nullptr; }
+
+    /// Asks running work to stop and waits for it, though no longer than `patience`; then calls `done` with its result.
+    /// Does nothing when no work is running. Work that takes longer is left behind, and `done` is not called.
     void finish(std::chrono::milliseconds patience) {
         if (!control_) {
             return;
@@ -98,6 +93,19 @@ public:
     }
 
 private:
+    void run(const std::shared_ptr<Control>& control, Work work) {
+        std::thread([notifier = notifier_.handle(), control, work = std::move(work)] {
+            Result result = work(*control);
+            {
+                const std::lock_guard guard(control->lock_);
+                control->result_ = std::move(result);
+                control->hasEnded_ = true;
+            }
+            control->ended_.notify_all();
+            notifier.notify();
+        }).detach();
+    }
+
     // A notification may arrive late, after `finish` has already taken the result and while the next work runs.
     void deliverIfEnded() {
         if (control_ && control_->hasEnded()) {

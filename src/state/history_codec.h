@@ -1,5 +1,5 @@
 // The history as the bytes that the preferences keep. docs/history-format.md describes them.
-// Pure functions, called by Store on the main thread; neither throws.
+// Pure functions, callable from any thread; neither throws.
 #pragma once
 
 #include <cstddef>

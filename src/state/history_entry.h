@@ -1,4 +1,4 @@
-// One past cleanup, as the history keeps it. A plain value, owned by Store on the main thread.
+// One past cleanup, as the history keeps it. A plain value.
 #pragma once
 
 #include <algorithm>
@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "core/uuid.h"
 #include "platform/date.h"
+#include "platform/uuid.h"
 
 namespace vesk {
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include "core/byte_count.h"
@@ -41,8 +42,9 @@ void HistoryList::append(std::vector<HistoryEntry> entries) {
     if (entries.empty()) {
         return;
     }
+    ownEntries();
     beginInsertRows({}, count(), count() + static_cast<int>(entries.size()) - 1);
-    entries_.insert(entries_.end(), std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end()));
+    entries_->insert(entries_->end(), std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end()));
     endInsertRows();
     Q_EMIT countChanged();
 }
@@ -50,15 +52,15 @@ void HistoryList::append(std::vector<HistoryEntry> entries) {
 void HistoryList::merge(std::vector<HistoryEntry> stored, const std::vector<Uuid>& decidedHere, std::size_t most) {
     stored.resize(std::min(stored.size(), most));
     for (HistoryEntry& entry : stored) {
-        const auto same = std::find_if(entries_.begin(), entries_.end(),
+        const auto same = std::find_if(entries_->begin(), entries_->end(),
                                        [&](const HistoryEntry& known) { return known.id == entry.id; });
-        if (same == entries_.end()) {
-            const auto older = std::find_if(entries_.begin(), entries_.end(),
+        if (same == entries_->end()) {
+            const auto older = std::find_if(entries_->begin(), entries_->end(),
                                             [&](const HistoryEntry& known) { return known.date < entry.date; });
-            insert(static_cast<std::size_t>(older - entries_.begin()), std::move(entry));
+            insert(static_cast<std::size_t>(older - entries_->begin()), std::move(entry));
         } else if (same->undone != entry.undone &&
                    std::find(decidedHere.begin(), decidedHere.end(), entry.id) == decidedHere.end()) {
-            setUndone(static_cast<std::size_t>(same - entries_.begin()), entry.undone);
+            setUndone(static_cast<std::size_t>(same - entries_->begin()), entry.undone);
         }
     }
 }
@@ -69,26 +71,43 @@ void HistoryList::prepend(HistoryEntry entry) {
 
 void HistoryList::insert(std::size_t row, HistoryEntry entry) {
     const int number = static_cast<int>(row);
+    ownEntries();
     beginInsertRows({}, number, number);
-    entries_.insert(entries_.begin() + number, std::move(entry));
+    entries_->insert(entries_->begin() + number, std::move(entry));
     endInsertRows();
     Q_EMIT countChanged();
 }
 
 void HistoryList::trim(std::size_t kept) {
-    if (entries_.size() <= kept) {
+    if (entries_->size() <= kept) {
         return;
     }
+    ownEntries();
     beginRemoveRows({}, static_cast<int>(kept), count() - 1);
-    entries_.resize(kept);
+    entries_->resize(kept);
     endRemoveRows();
     Q_EMIT countChanged();
 }
 
 void HistoryList::setUndone(std::size_t row, bool undone) {
-    entries_[row].undone = undone;
+    noteUndone(row, undone);
+    tellUndone(row);
+}
+
+void HistoryList::noteUndone(std::size_t row, bool undone) {
+    ownEntries();
+    (*entries_)[row].undone = undone;
+}
+
+void HistoryList::tellUndone(std::size_t row) {
     const QModelIndex changed = index(static_cast<int>(row));
     Q_EMIT dataChanged(changed, changed, {UndoneRole});
+}
+
+void HistoryList::ownEntries() {
+    if (entries_.use_count() > 1) {
+        entries_ = std::make_shared<std::vector<HistoryEntry>>(*entries_);
+    }
 }
 
 int HistoryList::rowCount(const QModelIndex& parent) const {
@@ -99,7 +118,7 @@ QVariant HistoryList::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
-    const HistoryEntry& entry = entries_[static_cast<std::size_t>(index.row())];
+    const HistoryEntry& entry = (*entries_)[static_cast<std::size_t>(index.row())];
     switch (role) {
         case EntryIdRole:
             return QString::fromStdString(entry.id.text());

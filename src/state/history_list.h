@@ -3,6 +3,7 @@
 
 #include <QAbstractListModel>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "state/history_entry.h"
@@ -28,8 +29,11 @@ public:
 
     using QAbstractListModel::QAbstractListModel;
 
-    const std::vector<HistoryEntry>& entries() const { return entries_; }
-    int count() const { return static_cast<int>(entries_.size()); }
+    const std::vector<HistoryEntry>& entries() const { return *entries_; }
+    int count() const { return static_cast<int>(entries_->size()); }
+    /// The entries as they are now, which stay as they are: another thread may read them. A change meanwhile costs a
+    /// copy of all.
+    std::shared_ptr<const std::vector<HistoryEntry>> snapshot() const { return entries_; }
 
     /// Puts entries after all others.
     void append(std::vector<HistoryEntry> entries);
@@ -41,8 +45,9 @@ public:
     void prepend(HistoryEntry entry);
     /// Drops the oldest entries beyond the first `kept`.
     void trim(std::size_t kept);
-    /// Marks the entry in a row as undone, or not.
-    void setUndone(std::size_t row, bool undone);
+    /// Marks the entry in a row as undone, or not, in two steps: what is noted can be stored before it is told.
+    void noteUndone(std::size_t row, bool undone);
+    void tellUndone(std::size_t row);
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -53,8 +58,10 @@ Q_SIGNALS:
 
 private:
     void insert(std::size_t row, HistoryEntry entry);
+    void setUndone(std::size_t row, bool undone);
+    void ownEntries();
 
-    std::vector<HistoryEntry> entries_;
+    std::shared_ptr<std::vector<HistoryEntry>> entries_ = std::make_shared<std::vector<HistoryEntry>>();
 };
 
 }  // namespace vesk

@@ -42,6 +42,12 @@ void applyListDiff(Model& model, std::vector<Item>& items, std::vector<Item> wan
         items[row] = std::move(wanted[row]);
         model.rowChanged(row);
     }
+    // Of keys that repeat, more rows may have stayed than are wanted.
+    while (items.size() > wanted.size()) {
+        model.beginRemove(items.size() - 1);
+        items.pop_back();
+        model.endRemove();
+    }
 }
 
 }  // namespace vesk

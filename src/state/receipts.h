@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/uuid.h"
 #include "platform/trash/trash.h"
+#include "platform/uuid.h"
 #include "state/history_entry.h"
 
 namespace vesk {

@@ -2,17 +2,20 @@
 
 #include <filesystem>
 
+#include "platform/files/syncing.h"
+
 namespace vesk {
 
 std::size_t restoreItems(const std::vector<TrashedItem>& items, const std::function<bool()>& stopRequested) {
     std::size_t restored = 0;
     std::vector<std::filesystem::path> tried;
+    NameOrder order;
     for (const TrashedItem& item : items) {
         if (stopRequested()) {
             break;
         }
         tried.push_back(item.place);
-        if (!restoreItem(item)) {
+        if (!restoreItem(item, order)) {
             ++restored;
         }
     }

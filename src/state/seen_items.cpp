@@ -19,15 +19,21 @@ void SeenItems::look(const std::vector<Card>& cards, const Probe& probe) {
 }
 
 void SeenItems::merge(SeenItems other) {
+    if (folders_.empty() && dates_.empty()) {
+        *this = std::move(other);
+        return;
+    }
     folders_.merge(other.folders_);
     dates_.merge(other.dates_);
 }
 
-SeenItem SeenItems::itemAt(const std::filesystem::path& path) const {
-    const auto folder = folders_.find(path.parent_path().native());
-    const auto dates = dates_.find(path.native());
-    return {path, folder == folders_.end() ? std::nullopt : folder->second,
-            dates == dates_.end() ? ItemDates{} : dates->second};
+void SeenItems::tell(SeenItem& item) const {
+    if (const auto folder = folders_.find(item.path.parent_path().native()); folder != folders_.end()) {
+        item.folder = folder->second;
+    }
+    if (const auto dates = dates_.find(item.path.native()); dates != dates_.end()) {
+        item.dates = dates->second;
+    }
 }
 
 }  // namespace vesk

@@ -1,6 +1,6 @@
 // What a scan saw of the entries of its cards, so that a clean can tell whether they are still the same: the folder of
 // each, and the dates of those that are offered for their age.
-// Filled on the threads of a scan's rules, one object each, and merged by Store on the main thread.
+// Filled on the threads of a scan's rules, one object each, and merged by ScanRun on the main thread.
 #pragma once
 
 #include <filesystem>
@@ -24,8 +24,9 @@ public:
     /// Takes over what another object saw. Of what both saw, the first look stays.
     void merge(SeenItems other);
 
-    /// The item at this path as it was seen. Without a folder when that was not looked at or could not be.
-    SeenItem itemAt(const std::filesystem::path& path) const;
+    /// Tells of the item at its path what was seen there: nothing of its folder when that was not looked at or could
+    /// not be.
+    void tell(SeenItem& item) const;
 
 private:
     std::map<std::filesystem::path::string_type, std::optional<ItemIdentity>> folders_;

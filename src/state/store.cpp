@@ -29,13 +29,17 @@ Store::Sources::Sources()
       volume([] { return readVolumeFigures(world().root); }),
       runTool([](const std::string& path, const std::vector<std::string>& arguments) {
           return vesk::runTool(path, arguments).status;
-      }) {
+      }),
+      lookAtUse([] { return OpenFiles(); }) {
 }
 
 Store::Store(Sources sources, QObject* parent)
     : QObject(parent), sources_(std::move(sources)), poller_(new QTimer(this)), previewPause_(new QTimer(this)) {
+    // Started anew after each look: one that came late must not bring the next one forward.
     constexpr int pollMilliseconds = 100;
     poller_->setInterval(pollMilliseconds);
+    poller_->setSingleShot(true);
+    poller_->setTimerType(Qt::PreciseTimer);
     connect(poller_, &QTimer::timeout, this, &Store::publishCounts);
     previewPause_->setSingleShot(true);
     previewPause_->setTimerType(Qt::PreciseTimer);
@@ -47,7 +51,6 @@ Store::Store(Sources sources, QObject* parent)
     connect(this, &Store::cleaningChanged, this, &Store::busyChanged);
 
     previewOnly_ = preferences_.boolean(previewKey).value_or(false);
-    loadHistory();
     readVolume();
 }
 
@@ -68,8 +71,8 @@ void Store::setNotice(std::optional<std::string> text) {
 }
 
 void Store::setPreviewOnly(bool value) {
-    publish(previewOnly_, value, &Store::previewOnlyChanged);
-    preferences_.setBoolean(previewKey, value);
+    inTurn([&] { publish(previewOnly_, value, &Store::previewOnlyChanged); },
+           [&] { preferences_.setBoolean(previewKey, value); });
 }
 
 void Store::setPhase(Phase phase) {
@@ -139,8 +142,8 @@ void Store::setNoticeText(const QString& text) {
 
 void Store::readVolume() {
     const VolumeFigures figures = sources_.volume();
-    publish<qint64>(capacity_, figures.totalCapacity.value_or(1), &Store::capacityChanged);
-    publish<qint64>(free_, figures.availableCapacity.value_or(0), &Store::freeChanged);
+    inTurn([&] { publish<qint64>(capacity_, figures.totalCapacity.value_or(1), &Store::capacityChanged); },
+           [&] { publish<qint64>(free_, figures.availableCapacity.value_or(0), &Store::freeChanged); });
 }
 
 std::int64_t Store::bytesIn(Bucket bucket) const {
@@ -162,8 +165,8 @@ std::int64_t Store::smartBytes() const {
 }
 
 std::int64_t Store::personalBytes() const {
-    const std::int64_t offered = checkedSum(safeBytes(), smartBytes());
-    return std::max<std::int64_t>(0, checkedSum(checkedSum(capacity_, -free_), -offered));
+    const std::int64_t used = checkedDifference(capacity_, free_);
+    return std::max<std::int64_t>(0, checkedDifference(checkedDifference(used, safeBytes()), smartBytes()));
 }
 
 std::vector<Card> Store::selectedCards() const {
@@ -196,6 +199,16 @@ int Store::selectedCount() const {
         std::count_if(cards().begin(), cards().end(), [](const Card& card) { return card.selected; }));
 }
 
+QStringList Store::selectedTitleNames() const {
+    QStringList titles;
+    for (const Card& card : cards()) {
+        if (card.selected) {
+            titles.append(QString::fromStdString(card.title));
+        }
+    }
+    return titles;
+}
+
 bool Store::busy() const {
     return phase_ == Phase::scanning || cleaning_;
 }
@@ -210,8 +223,8 @@ void Store::setSelected(const QString& id, bool value) {
     const auto found =
         std::find_if(cards().begin(), cards().end(), [&](const Card& card) { return card.id == wanted; });
     if (found != cards().end()) {
-        cardList_.setSelected(static_cast<std::size_t>(found - cards().begin()), value);
-        Q_EMIT cardsChanged();
+        inTurn([&] { cardList_.setSelected(static_cast<std::size_t>(found - cards().begin()), value); },
+               [&] { Q_EMIT cardsChanged(); });
     }
 }
 

@@ -3,29 +3,31 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "core/card.h"
 #include "core/spec.h"
 #include "core/tracker.h"
+#include "platform/system/open_files.h"
 #include "platform/system/preferences.h"
 #include "platform/system/volume.h"
 #include "state/card_list.h"
 #include "state/celebration.h"
-#include "state/cleaning_worker.h"
+#include "state/cleaning_log.h"
 #include "state/detached_task.h"
-#include "state/history_entry.h"
-#include "state/history_list.h"
-#include "state/receipts.h"
+#include "state/history.h"
 #include "state/seen_items.h"
 
 class QTimer;
@@ -33,7 +35,7 @@ class QTimer;
 namespace vesk {
 
 class ScanRun;
-struct RuleResult;
+struct ScanResult;
 
 class Store : public QObject {
     Q_OBJECT
@@ -58,6 +60,7 @@ class Store : public QObject {
     Q_PROPERTY(qint64 selectedBytes READ selectedBytes NOTIFY totalsChanged)
     Q_PROPERTY(int selectedSnapshots READ selectedSnapshots NOTIFY totalsChanged)
     Q_PROPERTY(int selectedCount READ selectedCount NOTIFY totalsChanged)
+    Q_PROPERTY(QStringList selectedTitles READ selectedTitleNames NOTIFY totalsChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
 public:
@@ -72,6 +75,10 @@ public:
         std::function<VolumeFigures()> volume;
         /// Runs the backup tool and returns its exit status. Called on another thread.
         std::function<int(const std::string& path, const std::vector<std::string>& arguments)> runTool;
+        /// Looks at what programs have in use at the moment, before items are moved. Called on another thread.
+        std::function<OpenFiles()> lookAtUse;
+        /// How long a preview takes: one that ended at once would not look as if anything had been worked out.
+        std::chrono::milliseconds previewPause{900};
         Sources();
     };
 
@@ -83,7 +90,7 @@ public:
     Phase phase() const { return phase_; }
     /// The result of the last finished scan, in display order.
     const std::vector<Card>& cards() const { return cardList_.cards(); }
-    /// Labels of the rules that was denied permission in the last finished scan, in order.
+    /// Labels of the rules that were denied permission in the last finished scan, in order.
     const std::vector<std::string>& blockedAreas() const { return blockedAreas_; }
     /// Fraction of the rules finished in the running scan, 0 to 1.
     double progress() const { return progress_; }
@@ -103,7 +110,7 @@ public:
     /// A one-line message to the user; absent when there is none.
     const std::optional<std::string>& notice() const { return notice_; }
     /// Past cleanups, newest first.
-    const std::vector<HistoryEntry>& history() const { return historyList_.entries(); }
+    const std::vector<HistoryEntry>& history() const { return history_.entries(); }
     bool previewOnly() const { return previewOnly_; }
 
     void setShowConfirm(bool value);
@@ -135,22 +142,25 @@ public:
 
     /// Moves every entry of the ticked cards to the Trash, deletes their snapshots, records the run in the history,
     /// publishes a celebration and scans again. With `previewOnly` nothing is touched and no scan follows. Does nothing
-    /// while `busy` or without a ticked card.
+    /// while `busy` or without a ticked card. Where no thread can be had for it, everything stays as it is, and
+    /// `notice` says so.
     Q_INVOKABLE void performClean();
     /// Ends the celebration.
     Q_INVOKABLE void dismissCelebration();
 
     /// Moves the items of the entry with this id back from the Trash, tells the outcome in `notice` and scans again.
-    /// Does nothing while `busy`, nor for an unknown id.
+    /// Does nothing while `busy`, nor for an unknown id. Where no thread can be had for it, `notice` says so.
     void undo(const Uuid& id);
     /// The same for an id in its textual form.
     Q_INVOKABLE void undo(const QString& id);
     /// Puts together what is known of the items of an entry. The function that does it reads the disk; callable on any
     /// thread, also when the store is gone.
-    std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const;
-    /// Takes over what somebody else has stored since, drops all but the 50 newest entries and stores the history. A
-    /// failure leaves what was stored before; it is tried again with the next change, and at the end.
-    void saveHistory();
+    std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const {
+        return history_.itemsOf(entry);
+    }
+    /// Drops all but the 50 newest entries and stores the history. A failure leaves what was stored before; it is tried
+    /// again with the next change, and at the end.
+    void saveHistory() { history_.save(); }
 
     /// Brings a running clean, preview or undo to an end: the item under way is finished, what was done is recorded,
     /// and no scan follows. Waits for that little more than a second; of an item that takes longer, nothing is
@@ -194,7 +204,16 @@ private:
         Q_EMIT(this->*changed)();
     }
 
+    /// Takes steps in turn. Whoever hears of a change may destroy the store: what is left is dropped then.
+    template <typename... Steps>
+    void inTurn(const Steps&... steps) {
+        const QPointer<const Store> self(this);
+        static_cast<void>(((steps(), !self.isNull()) && ...));
+    }
+
     QString phaseName() const;
+    /// Titles of the ticked cards in display order.
+    QStringList selectedTitleNames() const;
     CardList* cardList() { return &cardList_; }
     QStringList blockedAreaNames() const;
     QString detailIDText() const;
@@ -203,7 +222,7 @@ private:
     void setNoticeText(const QString& text);
 
     QVariant celebrationFields() const;
-    HistoryList* historyList() { return &historyList_; }
+    HistoryList* historyList() { return &history_.list(); }
 
     void setPhase(Phase phase);
     void setCleaning(bool value);
@@ -212,24 +231,19 @@ private:
     std::int64_t bytesIn(Bucket bucket) const;
 
     void publishCounts();
-    void takeRuleResult(RuleResult result);
-    void finishScan();
+    void finishScan(ScanResult result);
 
-    static std::vector<std::string> titlesOf(const std::vector<Card>& cards);
-    static std::vector<std::string> snapshotIDsOf(const std::vector<Card>& cards);
-    std::vector<CleaningItem> workListOf(const std::vector<Card>& cards) const;
-    void finishClean(CleaningLog& log);
+    void startClean(std::vector<SeenItem> workList, std::vector<std::string> snapshotIDs);
+    void failToStart(const char* what);
+    void finishClean();
     void finishPreview();
     void recordClean(HistoryEntry entry, std::int64_t failures);
     void rescan();
 
-    bool loadHistory();
-    std::optional<std::size_t> historyRow(const Uuid& id) const;
     void finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted);
 
     Sources sources_;
     Preferences preferences_;
-    const Receipts receipts_{preferences_.receiptsFolder()};
 
     Phase phase_ = Phase::idle;
     CardList cardList_;
@@ -244,30 +258,13 @@ private:
     std::optional<Celebration> celebration_;
     std::optional<std::string> detailID_;
     std::optional<std::string> notice_;
-    HistoryList historyList_;
-    // Of the stored bytes that are in this history, as last read or saved; absent when none were.
-    std::optional<std::size_t> knownHistory_;
-    // Whether this history could not be stored yet, and the entries whose `undone` is not stored as it is here.
-    bool historyUnsaved_ = false;
-    std::vector<Uuid> undoneHere_;
+    History history_{preferences_};
     bool previewOnly_ = false;
 
     // What the scan saw of the entries of `cards`.
-    SeenItems seenItems_;
-    // Receipts that could not be stored yet.
-    struct UnsavedReceipt {
-        Uuid run;
-        Receipt items;
-    };
-    std::vector<UnsavedReceipt> unsavedReceipts_;
-
-    // Of the running scan.
+    std::shared_ptr<const SeenItems> seenItems_ = std::make_shared<SeenItems>();
     std::unique_ptr<ScanRun> scanRun_;
     QTimer* poller_ = nullptr;
-    std::vector<Card> collectedCards_;
-    std::vector<std::string> collectedBlocked_;
-    SeenItems collectedItems_;
-    std::size_t finishedRules_ = 0;
 
     // Of the running clean, preview or undo.
     Uuid cleaningRun_;
@@ -275,8 +272,10 @@ private:
     std::int64_t previewBytes_ = 0;
     QTimer* previewPause_ = nullptr;
     bool finishing_ = false;
+    // Of the running clean; null when none runs.
+    std::shared_ptr<CleaningLog> cleaningLog_;
     // Last, so that nothing of theirs outlives what it needs.
-    DetachedTask<std::shared_ptr<CleaningLog>> cleaningTask_;
+    DetachedTask<std::monostate> cleaningTask_;
     DetachedTask<std::size_t> restoreTask_;
 };
 

@@ -1,14 +1,14 @@
 // The clean of Store, step by step.
 
 #include <QTimer>
-#include <algorithm>
 #include <chrono>
-#include <iterator>
 #include <memory>
+#include <numeric>
 #include <utility>
 
 #include "core/checked_sum.h"
 #include "platform/trash/trash.h"
+#include "state/cleaning_worker.h"
 #include "state/running_work.h"
 #include "state/store.h"
 
@@ -16,8 +16,6 @@ namespace vesk {
 
 namespace {
 
-// A preview that ended at once would not look as if anything had been worked out.
-constexpr std::chrono::milliseconds previewPause{900};
 // How long a quitting program waits for the step under way, of the two seconds that it may take in all.
 constexpr std::chrono::milliseconds quitPatience{1200};
 
@@ -29,82 +27,101 @@ std::int64_t freedBytes(const std::vector<HistoryEntry::Move>& moves) {
     return freed;
 }
 
-// Before the history tells of the run, so that its items can be told from others as soon as they can be put back.
-void storeReceipt(CleaningLog& log, const Uuid& run, const Receipts& receipts) {
-    if (!log.claimReceipt()) {
-        return;
+// An item that somebody opened while it was moved.
+std::optional<PlatformError> putBackOpened(const TrashedItem& item) {
+    std::optional<PlatformError> failure = restoreItem(item);
+    if (!failure && syncMoves({item.place})) {
+        forgetReturned(item);
     }
-    CleaningResult result = log.result();
-    keepKnownPlaces(result);
-    if (!result.moves.empty() && receipts.write(run, result.receipt)) {
-        log.setReceiptStored();
-    }
+    return failure;
 }
 
 }  // namespace
 
 void Store::performClean() {
-    using Log = std::shared_ptr<CleaningLog>;
-    const std::vector<Card> selected = selectedCards();
-    if (selected.empty() || busy()) {
+    if (busy()) {
         return;
     }
-    cleaningTitles_ = titlesOf(selected);
-    const std::vector<CleaningItem> workList = workListOf(selected);
-    const std::vector<std::string> snapshotIDs = snapshotIDsOf(selected);
-    setCleaning(true);
-    if (previewOnly_) {
-        previewBytes_ = selectedBytes();
-        previewPause_->start(previewPause);
-        return;
-    }
-    cleaningRun_ = Uuid::random();
-    cleaningTask_.start(
-        [workList, snapshotIDs, run = cleaningRun_, receipts = receipts_, runTool = sources_.runTool,
-         token = takeWorkToken()](DetachedTask<Log>::Control& control) {
-            Log log = std::make_shared<CleaningLog>();
-            control.keep(log);
-            CleaningTools tools;
-            tools.moveToTrash = moveToTrash;
-            tools.settle = syncMoves;
-            tools.runTool = runTool;
-            tools.stopRequested = [&] { return control.stopRequested(); };
-            tools.stepDone = [&](const CleaningResult& soFar) { log->update(soFar); };
-            runCleaning(workList, snapshotIDs, tools);
-            storeReceipt(*log, run, receipts);
-            return log;
-        },
-        [this](const Log& log) { finishClean(*log); });
-}
-
-std::vector<std::string> Store::titlesOf(const std::vector<Card>& cards) {
+    // Whoever hears of the run may change the cards and the switch: this run is what they say now.
+    std::vector<SeenItem> workList;
+    std::vector<std::string> snapshotIDs;
     std::vector<std::string> titles;
-    titles.reserve(cards.size());
-    std::transform(cards.begin(), cards.end(), std::back_inserter(titles), [](const Card& card) { return card.title; });
-    return titles;
-}
-
-std::vector<CleaningItem> Store::workListOf(const std::vector<Card>& cards) const {
-    std::vector<CleaningItem> workList;
-    for (const Card& card : cards) {
+    for (const Card& card : cards()) {
+        if (!card.selected) {
+            continue;
+        }
+        titles.push_back(card.title);
+        snapshotIDs.insert(snapshotIDs.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
         for (const Entry& entry : card.entries) {
-            workList.push_back({seenItems_.itemAt(entry.url), entry.size});
+            workList.push_back({entry.url, {}, {}, entry.size});
         }
     }
-    return workList;
-}
-
-std::vector<std::string> Store::snapshotIDsOf(const std::vector<Card>& cards) {
-    std::vector<std::string> ids;
-    for (const Card& card : cards) {
-        ids.insert(ids.end(), card.snapshotIDs.begin(), card.snapshotIDs.end());
+    if (titles.empty()) {
+        return;
     }
-    return ids;
+    const bool isPreview = previewOnly_;
+    cleaningTitles_ = std::move(titles);
+    inTurn([&] { setCleaning(true); },
+           [&] {
+               // In a real run, too: a total that does not fit ends the program before anything moves.
+               const std::int64_t total =
+                   std::accumulate(workList.begin(), workList.end(), std::int64_t{0},
+                                   [](std::int64_t sum, const SeenItem& item) { return checkedSum(sum, item.size); });
+               if (isPreview) {
+                   previewBytes_ = total;
+                   previewPause_->start(sources_.previewPause);
+               } else {
+                   startClean(std::move(workList), std::move(snapshotIDs));
+               }
+           });
 }
 
-void Store::finishClean(CleaningLog& log) {
-    storeReceipt(log, cleaningRun_, receipts_);
-    CleaningResult result = log.result();
+void Store::startClean(std::vector<SeenItem> items, std::vector<std::string> snapshotIDs) {
+    const auto workList = std::make_shared<std::vector<SeenItem>>(std::move(items));
+    cleaningRun_ = Uuid::random();
+    cleaningLog_ = std::make_shared<CleaningLog>();
+    const bool isStarted = cleaningTask_.start(
+        [workList, seen = seenItems_, snapshotIDs = std::move(snapshotIDs), log = cleaningLog_, run = cleaningRun_,
+         receipts = history_.receipts(), notes = preferences_.recordNotes(), runTool = sources_.runTool,
+         lookAtUse = sources_.lookAtUse, token = takeWorkToken()](DetachedTask<std::monostate>::Control& control) {
+            for (SeenItem& item : *workList) {
+                seen->tell(item);
+            }
+            std::optional<TrashBatch> batch(notes);
+            CleaningTools tools;
+            tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch->record(first, last); };
+            tools.moveToTrash = [&](const SeenItem& item) { return batch->move(item); };
+            tools.lookAtUse = lookAtUse;
+            tools.putBack = putBackOpened;
+            tools.settle = [&](const std::vector<std::filesystem::path>& trashed) {
+                batch.reset();
+                syncMoves(trashed);
+            };
+            tools.runTool = runTool;
+            tools.stopRequested = [&] { return control.stopRequested(); };
+            runCleaning(*workList, snapshotIDs, tools, *log);
+            // Before the history tells of the run, so that its items can be told from others as soon as they can be put
+            // back.
+            log->storeReceipt(run, receipts);
+            return std::monostate();
+        },
+        [this](std::monostate) { finishClean(); });
+    if (!isStarted) {
+        cleaningLog_.reset();
+        failToStart("The cleanup");
+    }
+}
+
+void Store::failToStart(const char* what) {
+    const std::string notice =
+        std::string(what) + " could not be started: the system is too busy. Nothing was changed.";
+    inTurn([&] { setCleaning(false); }, [&] { setNotice(notice); });
+}
+
+void Store::finishClean() {
+    const std::shared_ptr<CleaningLog> log = std::exchange(cleaningLog_, nullptr);
+    log->storeReceipt(cleaningRun_, history_.receipts());
+    CleaningResult result = log->takeResult();
     HistoryEntry entry;
     entry.id = cleaningRun_;
     entry.date = historyDate(now());
@@ -113,11 +130,10 @@ void Store::finishClean(CleaningLog& log) {
     keepKnownPlaces(result);
     entry.moves = std::move(result.moves);
     entry.snapshotsRemoved = result.snapshotsRemoved;
-    if (!entry.moves.empty() && !log.isReceiptStored()) {
-        unsavedReceipts_.push_back({entry.id, std::move(result.receipt)});
+    if (!entry.moves.empty() && !log->isReceiptStored()) {
+        history_.keepReceipt(entry.id, std::move(result.receipt));
     }
     recordClean(std::move(entry), result.failures);
-    rescan();
 }
 
 void Store::finishPreview() {
@@ -136,10 +152,17 @@ void Store::recordClean(HistoryEntry entry, std::int64_t failures) {
     celebration.snapshots = entry.snapshotsRemoved;
     celebration.failures = failures;
 
-    historyList_.prepend(std::move(entry));
-    saveHistory();
-    setCleaning(false);
-    setCelebration(celebration);
+    inTurn([&] { history_.add(std::move(entry)); },
+           [&] {
+               history_.saveThen([this, celebration] {
+                   inTurn([&] { setCleaning(false); }, [&] { setCelebration(celebration); },
+                          [&] {
+                              if (!celebration.preview) {
+                                  rescan();
+                              }
+                          });
+               });
+           });
 }
 
 void Store::rescan() {
@@ -150,7 +173,7 @@ void Store::rescan() {
 
 void Store::stopTelling() {
     for (QObject* const teller :
-         {static_cast<QObject*>(this), static_cast<QObject*>(&cardList_), static_cast<QObject*>(&historyList_)}) {
+         {static_cast<QObject*>(this), static_cast<QObject*>(&cardList_), static_cast<QObject*>(historyList())}) {
         teller->blockSignals(true);
     }
 }
@@ -162,8 +185,12 @@ void Store::finish() {
         finishPreview();
     }
     cleaningTask_.finish(quitPatience);
+    if (cleaningLog_) {
+        finishClean();  // the worker hangs in a step; those before it are in its log
+    }
     restoreTask_.finish(quitPatience);
-    if (historyUnsaved_ || !unsavedReceipts_.empty()) {
+    history_.finishSaving();
+    if (!history_.isSaved()) {
         saveHistory();
     }
 }

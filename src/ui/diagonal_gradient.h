@@ -5,6 +5,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QColor>
 #include <QQuickPaintedItem>
+#include <QRectF>
 
 namespace vesk {
 
@@ -15,6 +16,10 @@ class DiagonalGradient : public QQuickPaintedItem {
     Q_PROPERTY(QColor to MEMBER to_ NOTIFY changed)
     /// Radius of the rounded corners; 0 leaves them square.
     Q_PROPERTY(double radius MEMBER radius_ NOTIFY changed)
+    /// What the gradient spans, in the item's coordinates, where the item shows a piece of it; empty for the item.
+    Q_PROPERTY(QRectF whole MEMBER whole_ NOTIFY changed)
+    /// Whether it fades away from its top to its bottom.
+    Q_PROPERTY(bool fades MEMBER fades_ NOTIFY changed)
 
 public:
     explicit DiagonalGradient(QQuickItem* parent = nullptr);
@@ -27,6 +32,8 @@ private:
     QColor from_;
     QColor to_;
     double radius_ = 0;
+    QRectF whole_;
+    bool fades_ = false;
 };
 
 }  // namespace vesk

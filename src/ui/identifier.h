@@ -5,7 +5,7 @@
 #include <QObject>
 #include <QString>
 
-#include "core/uuid.h"
+#include "platform/uuid.h"
 
 namespace vesk {
 

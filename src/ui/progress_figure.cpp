@@ -1,32 +1,16 @@
 #include "ui/progress_figure.h"
 
 #include <QAccessible>
-#include <QAccessibleObject>
-#include <QQuickWindow>
+
+#include "ui/item_interface.h"
 
 namespace vesk {
 
 namespace {
 
-class ProgressInterface final : public QAccessibleObject, public QAccessibleValueInterface {
+class ProgressInterface final : public ItemInterface, public QAccessibleValueInterface {
 public:
-    explicit ProgressInterface(ProgressFigure* figure) : QAccessibleObject(figure) {}
-
-    QWindow* window() const override { return figure()->window(); }
-    // The nearest item around it that is told of at all; the window itself around all of them.
-    QAccessibleInterface* parent() const override {
-        const QQuickItem* outermost = figure()->window() != nullptr ? figure()->window()->contentItem() : nullptr;
-        for (QQuickItem* item = figure()->parentItem(); item != nullptr && item != outermost;
-             item = item->parentItem()) {
-            if (QAccessibleInterface* around = QAccessible::queryAccessibleInterface(item)) {
-                return around;
-            }
-        }
-        return QAccessible::queryAccessibleInterface(figure()->window());
-    }
-    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
-    int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+    explicit ProgressInterface(ProgressFigure* figure) : ItemInterface(figure) {}
 
     QString text(QAccessible::Text kind) const override {
         return kind == QAccessible::Name ? figure()->said : QString();
@@ -38,14 +22,6 @@ public:
         state.invisible = !figure()->isVisible();
         state.disabled = !figure()->isEnabled();
         return state;
-    }
-    QRect rect() const override {
-        const QQuickItem& item = *figure();
-        if (item.window() == nullptr) {
-            return {};
-        }
-        const QRectF inScene = item.mapRectToScene(item.boundingRect());
-        return inScene.toRect().translated(item.window()->mapToGlobal(QPoint(0, 0)));
     }
     void* interface_cast(QAccessible::InterfaceType type) override {
         return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this) : nullptr;

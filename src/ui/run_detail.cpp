@@ -59,8 +59,8 @@ void RunDetail::refresh() {
     if (!run) {
         return;
     }
-    asking_ = true;
-    question_.start(
+    // Where no thread can be had, it is asked again at the next occasion.
+    asking_ = question_.start(
         [items = store_->itemsOf(*run), token = takeWorkToken()](DetachedTask<RunReport>::Control& control) {
             return reportOn(items(), [&] { return control.stopRequested(); });
         },

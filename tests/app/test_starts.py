@@ -32,7 +32,7 @@ class StartTest(unittest.TestCase):
                 with self.subTest(program, **unreachable):
                     result = self.run_program(program, **unreachable)
                     self.assertEqual(result.returncode, 1, result.stderr)
-                    self.assertIn("Vesk can't open its window: no display can be reached.\n", result.stderr)
+                    self.assertIn("Vesk can't open its window: it cannot connect to a display.\n", result.stderr)
                     self.assertNotIn("einstall", result.stderr)
                     self.assertEqual(os.listdir(self.folder), [])
 

@@ -155,11 +155,36 @@ class VeskScanTest(unittest.TestCase):
         result = self.run_bare("--root", str(self.root), "--json", env={**os.environ, "HOME": str(self.home)})
         self.assertEqual(len(json.loads(result.stdout)["cards"]), 1)
 
+    def test_a_made_up_home_is_a_macs_unless_linux_is_asked_for(self):
+        self.make_file(".cache/mozilla/file")
+        self.make_file("Library/Caches/App/file")
+        variables = {**os.environ, "XDG_CACHE_HOME": str(self.home / "elsewhere"), "PIP_CACHE_DIR": str(self.home / "pip")}
+        self.make_file("pip/file")
+        self.make_file("elsewhere/yarn/file")
+        for options, expected in (
+            ([], {"App"}), (["--layout", "macos"], {"App"}), (["--layout", "linux"], {"App", "mozilla"}),
+        ):
+            result = self.run_program(*options, "--json", env=variables)
+            (card,) = json.loads(result.stdout)["cards"]
+            self.assertEqual({entry["name"] for entry in card["entries"]}, expected)
+
+    @unittest.skipIf(sys.platform == "darwin", "the home is a Mac's there")
+    def test_the_users_own_home_is_one_of_this_system(self):
+        self.make_file(".cache/mozilla/file")
+        self.make_file("elsewhere/yarn/file")
+        self.make_file("pip/file")
+        result = self.run_bare("--json", env={
+            **os.environ, "HOME": str(self.home), "XDG_CACHE_HOME": str(self.home / "elsewhere"),
+            "PIP_CACHE_DIR": "~/pip"})
+        names = {entry["name"] for card in json.loads(result.stdout)["cards"] for entry in card["entries"]}
+        self.assertEqual(names, {"mozilla", "yarn", "pip cache"})
+
     def test_bad_calls_say_why_and_end_with_2(self):
         refused = self.make_file("a file")
         calls = {
             "unknown option": ["--yes"],
             "needs a folder": ["--home"],
+            'needs "macos" or "linux"': ["--layout", "windows"],
             "No such file": ["--home", str(self.home / "missing")],
             "Not a directory": ["--home", str(refused)],
             "never scanned": ["--home", "/"],

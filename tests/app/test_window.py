@@ -8,6 +8,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 
+import pyatspi  # noqa: E402
 from window import PATIENCE, Window, act, is_checked, role_of, wait_for  # noqa: E402
 
 CARDS = 19
@@ -187,6 +188,23 @@ class WindowTest(unittest.TestCase):
         self.window.wait_gone("dialog", LARGEST)
         self.window.wait("push button", "Scan again")
         self.assertFalse(is_checked(self.window.wait("check box", "Preview only")))
+
+    def test_a_button_that_is_unavailable_says_so(self):
+        def is_enabled(item):
+            item.clear_cache()
+            states = item.getState()
+            return states.contains(pyatspi.STATE_ENABLED) and states.contains(pyatspi.STATE_SENSITIVE)
+
+        self.window.press("push button", "Pick safe junk only")
+        main = self.window.wait("push button", lambda name: name.startswith("Clean "))
+        self.assertTrue(is_enabled(main))
+        for row in self.card_rows():
+            switch = next(item for item in row if role_of(item) == "check box")
+            if is_checked(switch):
+                act(switch, "Toggle")
+        main = self.window.wait("push button", "Pick something to clean")
+        self.assertFalse(is_enabled(main))
+        self.assertEqual(main.description, "Not available now")
 
     def test_resizing(self):
         def resized(width, height):

@@ -3,6 +3,7 @@
 Needs a display and a session bus of its own: `tests/app/with_display ...`. The program is vesk-demo, the real
 window over a made-up Mac in a temporary folder, so nothing of whoever runs this is read or touched."""
 
+import contextlib
 import os
 import shutil
 import subprocess
@@ -137,10 +138,14 @@ class Window:
         """Waits until no scan is running."""
         wait_for("an available Scan again", lambda: is_available(self.find("push button", "Scan again")))
 
-    def told_while(self, act_apart):
-        """What assistive technology is told of from the moment that `act_apart` is called until nothing has been told
-        for a second: kind of event, role and name of its item, and the item's value where it has one. What had gone
-        when its news was read has neither name nor value."""
+    def told_while(
+        self,
+        act_apart,
+        kinds=("object:property-change:accessible-value", "object:state-changed:showing", "object:state-changed:focused"),
+    ):
+        """What assistive technology is told of from the moment that `act_apart` is called until it has returned and
+        nothing has been told for a second: kind of event, role and name of its item, and the item's value where it has
+        one. What had gone when its news was read has neither name nor value."""
         told = []
         loop = GLib.MainLoop()
         last = time.monotonic()
@@ -156,12 +161,14 @@ class Window:
                 pass
             told.append((kind, role, name, value))
 
-        kinds = ["object:property-change:accessible-value", "object:state-changed:showing", "object:state-changed:focused"]
         pyatspi.Registry.registerEventListener(note, *kinds)
         begin = time.monotonic()
         # Apart, so that events are heard when they come rather than afterwards.
-        threading.Thread(target=act_apart).start()
-        GLib.timeout_add(100, lambda: time.monotonic() < max(last + 1, begin + 2) or loop.quit())
+        acting = threading.Thread(target=act_apart)
+        acting.start()
+        GLib.timeout_add(
+            100, lambda: acting.is_alive() or time.monotonic() < max(last + 1, begin + 2) or loop.quit()
+        )
         loop.run()
         pyatspi.Registry.deregisterEventListener(note, *kinds)
         return told
@@ -172,6 +179,34 @@ class Window:
         for name in names:
             self._xdotool("key", name)
             time.sleep(0.05)
+
+    @contextlib.contextmanager
+    def held(self, key):
+        """Holds a key down, which repeats it after a while."""
+        self._xdotool("keydown", key)
+        try:
+            yield
+        finally:
+            self._xdotool("keyup", key)
+
+    def middle(self, item):
+        """Where the middle of an item is, in pixels of the display. (Those of the window are told wrongly by Qt 6.4.)"""
+        place = item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return place.x + place.width // 2, place.y + place.height // 2
+
+    def is_at(self, item, spot):
+        place = item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return place.x <= spot[0] < place.x + place.width and place.y <= spot[1] < place.y + place.height
+
+    def click_at(self, *spots, between=0.12):
+        """Clicks at places of the display, one soon after the other."""
+        words = []
+        for x, y in spots:
+            words += ["mousemove", str(x), str(y), "click", "1", "sleep", str(between)]
+        self._xdotool(*words)
+
+    def click(self, item, times=1):
+        self.click_at(*[self.middle(item)] * times)
 
     def size(self):
         values = dict(line.split("=") for line in self._xdotool("getwindowgeometry", "--shell", self.id).split())

@@ -253,7 +253,7 @@ class DevTest(unittest.TestCase):
         (self.world / "root").mkdir()
         status, said = self.dev(str(self.world / "root"), "1m", "true", program="dev.d/enter_root")
         self.assertNotEqual(status, 0)
-        self.assertIn("not the first process of a namespace of its own", said)
+        self.assertIn("not the first process of its own namespace", said)
         self.assertEqual(list((self.world / "root").iterdir()), [])
 
     # ---- Words

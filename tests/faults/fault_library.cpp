@@ -363,6 +363,8 @@ VESK_WRAP_FILE(ssize_t, pwrite64, (int file, const void* bytes, std::size_t size
 VESK_WRAP_FILE(int, fsync, (int file), (file), Call::sync)
 VESK_WRAP_FILE(int, fdatasync, (int file), (file), Call::sync)
 VESK_WRAP_FILE(int, syncfs, (int file), (file), Call::sync)
+VESK_WRAP_FILE(int, sync_file_range, (int file, off64_t at, off64_t size, unsigned flags), (file, at, size, flags),
+               Call::sync)
 
 VESK_WRAP(int, -1, statvfs, (const char* path, struct statvfs* found), (path, found), Call::volume)
 VESK_WRAP(int, -1, statvfs64, (const char* path, struct statvfs64* found), (path, found), Call::volume)

@@ -48,7 +48,7 @@ WRONG = [
     ("src/ui/delegate_macos.cpp", "#include <objc/runtime.h>"),
     ("src/ui/delegate.cpp", '#include "platform/system/objective_c.h"'),
     ("src/ui/delegate_macos.cpp", "#include <unistd.h>"),
-    ("src/platform/window_macos.mm", '#include "ui/arc.h"'),
+    ("src/platform/window_macos.cpp", '#include "ui/arc.h"'),
     ("src/elsewhere/thing.h", "#include <vector>"),
 ]
 

@@ -54,6 +54,42 @@ World worldWithHome(const char* value) {
     return result;
 }
 
+// Seen in the terminal of a sandboxed editor: what Vesk moved would have gone to a Trash of that program's own.
+TEST_F(WorldTest, FoldersOfASandboxAreNotTakenForTheUsers) {
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs
+    const auto folders = [](const std::string& value, const char* host) {
+        const std::filesystem::path before = World::ofCurrentUser().dataHome;
+        const char* const kept = std::getenv("XDG_DATA_HOME");
+        const std::string keptValue = kept == nullptr ? "" : kept;
+        setenv("XDG_DATA_HOME", value.c_str(), 1);
+        setenv("HOST_XDG_DATA_HOME", host, 1);
+        const std::filesystem::path found = worldWithHome(testHome().c_str()).dataHome;
+        unsetenv("HOST_XDG_DATA_HOME");
+        kept == nullptr ? unsetenv("XDG_DATA_HOME") : setenv("XDG_DATA_HOME", keptValue.c_str(), 1);
+        EXPECT_EQ(World::ofCurrentUser().dataHome, before);
+        return found;
+    };
+    // NOLINTEND(concurrency-mt-unsafe)
+    const std::string home = testHome().string();
+    EXPECT_EQ(folders(home + "/data", ""), home + "/data");
+    for (const std::string& sandboxes : {home + "/snap/code/12/.local/share", home + "/.var/app/org.a.B/data",
+                                         home + "/x/../snap/code", home + "/snap", std::string("relative")}) {
+        EXPECT_EQ(folders(sandboxes, ""), home + "/.local/share") << sandboxes;
+        EXPECT_EQ(folders(sandboxes, "/elsewhere"), "/elsewhere") << sandboxes;
+        EXPECT_EQ(folders(sandboxes, sandboxes.c_str()), home + "/.local/share") << sandboxes;
+    }
+    makeFolder(testHome() / "snap/code");
+    makeLink(testHome() / "link", "snap");
+    EXPECT_EQ(folders(home + "/link/code", ""), home + "/.local/share");
+    EXPECT_EQ(folders(home + "/snapshots", ""), home + "/snapshots");
+}
+
+TEST_F(WorldTest, AMadeUpWorldShowsAMacUnlessItSaysOtherwise) {
+    EXPECT_EQ(World::below("/", testHome()).layout, Layout::macos);
+    EXPECT_EQ(World::below("/", testHome(), Layout::linuxDesktop).layout, Layout::linuxDesktop);
+    EXPECT_EQ(World::below("/", testHome(), Layout::linuxDesktop).cacheHome, testHome() / ".cache");
+}
+
 TEST_F(WorldTest, TheEnvironmentDecidesWhereTheHomeIs) {
     EXPECT_EQ(worldWithHome("/some where/\xC3\xBC").home, "/some where/\xC3\xBC");
 }

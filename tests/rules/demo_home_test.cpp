@@ -5,9 +5,9 @@
 #include <set>
 #include <stdexcept>
 
+#include "core/scanner.h"
 #include "platform/files/files.h"
 #include "rules/catalogue.h"
-#include "rules/rule_support.h"
 #include "rules/rule_test.h"
 #include "rules/run_tool.h"
 
@@ -18,7 +18,7 @@ using namespace testing;
 using ::testing::ElementsAre;
 
 // Every card that Vesk can show, in the order of the rules.
-const rules::CardDescription expectedCards[] = {
+const CardDescription expectedCards[] = {
     {"clones", "Chrome ghost clones", "square.on.square.dashed", Bucket::safe, 0.95, 1.0,
      "Leftover copies Chrome and Brave make while updating themselves.",
      "These temporary copies are only used while a browser is being verified or updated. The browser quietly makes a "
@@ -132,7 +132,7 @@ TEST_F(DemoHome, ShowsEveryCardThereIs) {
     ASSERT_EQ(all.cards.size(), std::size(expectedCards));
     for (std::size_t i = 0; i < all.cards.size(); ++i) {
         const Card& card = all.cards[i];
-        const rules::CardDescription& expected = expectedCards[i];
+        const CardDescription& expected = expectedCards[i];
         EXPECT_EQ(card.id, expected.id);
         EXPECT_EQ(card.title, expected.title);
         EXPECT_EQ(card.symbol, expected.symbol) << card.id;

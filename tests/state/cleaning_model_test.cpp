@@ -65,26 +65,28 @@ protected:
     }
 
     void cleanSome() {
-        std::vector<CleaningItem> workList;
+        std::vector<SeenItem> workList;
         for (std::size_t i = 1 + below(4); i > 0; --i) {
-            workList.push_back({seen(randomPlace()), 1});
+            workList.push_back(seen(randomPlace()));
         }
         CleaningTools tools;
         tools.moveToTrash = moveToTrash;
-        const CleaningResult result = runCleaning(workList, {}, tools);
+        CleaningLog log;
+        runCleaning(workList, {}, tools, log);
+        const CleaningResult result = log.result();
         EXPECT_EQ(result.moves.size() + static_cast<std::size_t>(result.failures), workList.size());
         auto move = result.moves.begin();
-        for (const CleaningItem& work : workList) {
-            const auto found = places.find(work.item.path);
+        for (const SeenItem& item : workList) {
+            const auto found = places.find(item.path);
             if (found == places.end()) {
                 continue;  // must have been a failure: the moves would not come out even
             }
             ASSERT_NE(move, result.moves.end());
-            ASSERT_EQ(move->original, work.item.path);
+            ASSERT_EQ(move->original, item.path);
             ASSERT_FALSE(places.contains(move->trashed)) << "over an item in the Trash: " << move->trashed;
             places[move->trashed] = std::move(found->second);
             cleanedBy[move->trashed] = cleans.size();
-            places.erase(work.item.path);
+            places.erase(item.path);
             ++move;
         }
         ASSERT_EQ(move, result.moves.end());

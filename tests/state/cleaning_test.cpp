@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QVariantMap>
+#include <limits>
 
 #include "state/cleaning_fixture.h"
 #include "support/file_names.h"
@@ -234,6 +235,59 @@ TEST_F(CleaningTest, TheSwitchIsReadOnceForARun) {
     ASSERT_TRUE(waitFor([&] { return !store.busy(); }));
     EXPECT_FALSE(store.history()[0].preview);
     EXPECT_FALSE(isThere(junk() / "a"));
+}
+
+TEST_F(CleaningTest, ASwitchTurnedByWhoeverHearsOfTheRunDoesNotCount) {
+    writeFile(junk() / "a", "a");
+    offerItemsOf(junk());
+    Store& store = scannedStore();
+    for (const bool preview : {true, false}) {
+        store.setPreviewOnly(preview);
+        const auto turning = QObject::connect(&store, &Store::cleaningChanged, [&] {
+            if (store.cleaning()) {
+                store.setPreviewOnly(!preview);
+            }
+        });
+        clean();
+        QObject::disconnect(turning);
+        EXPECT_EQ(store.history()[0].preview, preview);
+        EXPECT_EQ(isThere(junk() / "a"), preview);
+    }
+}
+
+TEST_F(CleaningTest, TitlesAndBytesBelongToTheSameCards) {
+    writeFile(junk() / "a", std::string(4096, 'a'));
+    writeFile(testHome() / "Other/b", std::string(8192, 'b'));
+    offerItemsOf(junk());
+    offerItemsOf(testHome() / "Other", "other");
+    Store& store = scannedStore();
+    const std::int64_t total = store.selectedBytes();
+    store.setPreviewOnly(true);
+    QObject::connect(&store, &Store::cleaningChanged, [&] { store.setSelected("other", false); });
+    clean();
+    EXPECT_EQ(store.history()[0].titles.size(), 2U);
+    EXPECT_EQ(store.history()[0].bytes, total);
+}
+
+TEST_F(CleaningTest, ATotalThatOverflowsEndsTheProgramBeforeAnythingMoves) {
+    writeFile(junk() / "a", "a");
+    writeFile(junk() / "b", "b");
+    offer([](Probe& probe) {
+        std::vector<Card> cards;
+        for (const char* const name : {"a", "b"}) {
+            cards.push_back(cardOf(probe, name, name, {junk() / name}));
+            cards.back().entries[0].size = std::numeric_limits<std::int64_t>::max();
+        }
+        return cards;
+    });
+    Store& store = scannedStore();
+    const auto runToTheEnd = [&] {
+        store.performClean();
+        waitFor([&] { return !store.cleaning(); });
+    };
+    EXPECT_DEATH(runToTheEnd(), "does not fit 64 bits");
+    EXPECT_TRUE(isThere(junk() / "a"));
+    EXPECT_TRUE(isThere(junk() / "b"));
 }
 
 TEST_F(CleaningTest, ASelectionChangedDuringTheRunDoesNotCount) {

@@ -263,6 +263,31 @@ TEST_F(ScanTest, FiguresArePublishedAtMostTenTimesASecond) {
     ASSERT_TRUE(finished());
 }
 
+TEST_F(ScanTest, AStarvedEventLoopPublishesNoFasterAfterwards) {
+    std::binary_semaphore goOn(0);
+    rules = {{"rule", [&](Probe&) {
+                  goOn.acquire();
+                  return std::vector<Card>{};
+              }}};
+    store->scan();
+    std::vector<qint64> gaps;
+    QElapsedTimer sinceLast;
+    QObject::connect(store.get(), &Store::filesSeenChanged, [&] {
+        if (sinceLast.isValid()) {
+            gaps.push_back(sinceLast.elapsed());
+        }
+        sinceLast.start();
+    });
+    for (int i = 0; i < 4; ++i) {
+        QThread::msleep(150);  // the main thread does something else
+        waitFor([] { return false; }, std::chrono::milliseconds(120));
+    }
+    goOn.release();
+    ASSERT_TRUE(finished());
+    EXPECT_GE(gaps.size(), 2U);
+    EXPECT_THAT(gaps, ::testing::Each(::testing::Ge(100)));
+}
+
 TEST_F(ScanTest, ReadsTheVolumeBeforeAndAfter) {
     scan();
     EXPECT_EQ(volumeReads, 2);

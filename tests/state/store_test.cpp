@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QSignalSpy>
+#include <limits>
 
 #include "state/plain_cards.h"
 #include "support/temporary_home.h"
@@ -67,6 +68,26 @@ TEST_F(StoreTest, StartsIdleWithTheVolumesFigures) {
     EXPECT_FALSE(store->notice());
     EXPECT_FALSE(store->previewOnly());
     EXPECT_FALSE(store->busy());
+}
+
+TEST_F(StoreTest, TellsTheTickedCardsByTitleAndTheFirstOfThem) {
+    std::vector<Card> cards = {cardOf("one", Bucket::smart, 3, false), cardOf("two", Bucket::safe, 2, true),
+                               cardOf("three", Bucket::safe, 1, true)};
+    for (Card& card : cards) {
+        card.title = "Title of " + card.id;
+    }
+    const auto store = scannedStore(cards);
+    const auto* list = store->property("cards").value<CardList*>();
+    const QSignalSpy totals(store.get(), &Store::totalsChanged);
+    EXPECT_EQ(store->property("selectedTitles").toStringList(),
+              QStringList({QStringLiteral("Title of two"), QStringLiteral("Title of three")}));
+    EXPECT_EQ(list->firstSelected(), 1);
+    store->setSelected(QStringLiteral("two"), false);
+    EXPECT_EQ(totals.count(), 1);
+    EXPECT_EQ(list->firstSelected(), 2);
+    store->setSelected(QStringLiteral("three"), false);
+    EXPECT_TRUE(store->property("selectedTitles").toStringList().isEmpty());
+    EXPECT_EQ(list->firstSelected(), -1);
 }
 
 TEST_F(StoreTest, ReadsTheRealVolumeByDefault) {
@@ -192,6 +213,14 @@ TEST_F(StoreTest, PreviewOnlyIsWrittenEvenWhenUnchanged) {
     store->setPreviewOnly(true);
     EXPECT_EQ(Preferences().boolean("vesk.preview"), true);
     EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(StoreTest, PersonalBytesAreTakenOffOneAfterAnother) {
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    // The sum of the two buckets would not fit, and nobody needs it.
+    const auto store =
+        scannedStore({cardOf("safe", Bucket::safe, most, false), cardOf("smart", Bucket::smart, 1, false)}, {most, 0});
+    EXPECT_EQ(store->personalBytes(), 0);
 }
 
 }  // namespace

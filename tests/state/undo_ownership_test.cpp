@@ -44,7 +44,7 @@ protected:
 
     static void emptyTrash() { fs::remove_all(homeTrash()); }
 
-    // As another program does it.
+    // As another program would.
     static void trashOther(const std::string& name, const fs::path& place, Date deleted, const std::string& content) {
         writeFile(trashInfo() / (name + ".trashinfo"), trashInfoText(place.string(), deleted));
         writeFile(trashFiles() / name, content);
@@ -146,7 +146,7 @@ TEST_F(UndoOwnershipTest, TheItemItselfStaysWhenItWasTrashedFromElsewhere) {
     expectNothingTaken("the report");
 }
 
-// It has put the item back, and is about to trash it once more: its new record is there, the item comes a moment later.
+// It has put the item back and is about to trash it again: the new record is there, the item comes a moment later.
 TEST_F(UndoOwnershipTest, ARecordThatAnotherProgramWroteInTheSameSecondStays) {
     cleanedStore();
     const std::string record = contentOf(trashInfo() / "report.pdf.trashinfo");

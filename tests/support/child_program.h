@@ -8,18 +8,18 @@
 namespace vesk::testing {
 
 struct ProgramRun {
-    /// Exit status; -1 when a signal ended it.
+    /// Exit status; -1 if a signal ended it.
     int status = -1;
     /// The signal that ended it, or 0.
     int signal = 0;
-    /// Whether it was killed because its time was up.
+    /// Whether it was killed for exceeding its time limit.
     bool outOfTime = false;
     /// What it wrote to standard output.
     std::string output;
 };
 
-/// Runs a program with these arguments and, beside this process's own, these lines "NAME=VALUE" of environment. Its
-/// standard error is the test's.
+/// Runs a program with these arguments and, added to this process's environment, these "NAME=VALUE" lines. Its standard
+/// error is the test's.
 ProgramRun runProgram(const std::string& path, const std::vector<std::string>& arguments,
                       const std::vector<std::string>& environment = {},
                       std::chrono::milliseconds limit = std::chrono::seconds(10));

@@ -12,7 +12,7 @@ namespace vesk::testing {
 
 namespace {
 
-// A signal number that kill() refuses, so that only startCountingCalls makes this call.
+// An invalid signal number for kill(), so that only startCountingCalls makes this call.
 constexpr unsigned long markerSignal = 4711;
 
 constexpr int syscallStop = SIGTRAP | 0x80;
@@ -25,7 +25,7 @@ void* asData(unsigned long number) {
     return reinterpret_cast<void*>(number);  // NOLINT(performance-no-int-to-ptr): what ptrace takes
 }
 
-// Follows the threads of one traced process from call to call.
+// Traces the threads of one process from call to call.
 class Tracer {
 public:
     Tracer(pid_t process, int number) : process_(process), number_(number) {}
@@ -34,7 +34,7 @@ public:
         constexpr unsigned long options =
             PTRACE_O_TRACESYSGOOD | PTRACE_O_TRACECLONE | PTRACE_O_TRACEFORK | PTRACE_O_TRACEVFORK | PTRACE_O_EXITKILL;
         int status = 0;
-        waitpid(process_, &status, 0);  // the stop that it gave itself
+        waitpid(process_, &status, 0);  // its own SIGSTOP
         traced(PTRACE_SETOPTIONS, process_, 0, asData(options));
         traced(PTRACE_SYSCALL, process_, 0, nullptr);
         for (;;) {
@@ -59,7 +59,7 @@ private:
         if (signal == syscallStop) {
             handleCall(thread);
         }
-        // The stops of tracing itself, and with which a new thread begins, are not meant for the process.
+        // Stops caused by tracing, and the initial stop of a new thread, are not meant for the process.
         const bool isTracing = signal == syscallStop || (status >> 16) != 0 || signal == SIGSTOP;
         traced(PTRACE_SYSCALL, thread, 0, asData(isTracing ? 0UL : static_cast<unsigned long>(signal)));
     }

@@ -58,6 +58,10 @@ bool mountTemporaryFileSystem(const std::filesystem::path& folder, const std::st
     return mount("vesk-test", folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
 }
 
+bool mountWithoutUseDates(const std::filesystem::path& folder, bool ofFilesEither) {
+    return mount("vesk-test", folder.c_str(), "tmpfs", ofFilesEither ? MS_NOATIME : MS_NODIRATIME, "") == 0;
+}
+
 bool mountFolderAgain(const std::filesystem::path& shown, const std::filesystem::path& at) {
     return mount(shown.c_str(), at.c_str(), nullptr, MS_BIND, nullptr) == 0;
 }

@@ -14,6 +14,10 @@ bool mountTemporaryFileSystem(const std::filesystem::path& /*folder*/, const std
     return false;
 }
 
+bool mountWithoutUseDates(const std::filesystem::path& /*folder*/, bool /*ofFilesEither*/) {
+    return false;
+}
+
 bool mountFolderAgain(const std::filesystem::path& /*shown*/, const std::filesystem::path& /*at*/) {
     return false;
 }

@@ -11,7 +11,7 @@
 #include "platform/system/preferences.h"
 #include "platform/world.h"
 #include "state/history_codec.h"
-#include "vesk_shots/staged_cards.h"
+#include "support/staged_cards.h"
 
 namespace vesk {
 

@@ -20,6 +20,11 @@ ViewTest {
         return view;
     }
 
+    /// Waits until what is in front is wholly shown.
+    function settled(view) {
+        wait(named(view, "inputGuard").settling);
+    }
+
     // The items that Tab reaches, from where the focus is, until it comes round.
     function reachable(view) {
         const found = [];
@@ -68,6 +73,7 @@ ViewTest {
         tryVerify(() => view.store.celebration !== null);
         compare(textOf(view, "celebrationAmount"), "5 MB freed");
         tryCompare(view.store, "busy", false);
+        settled(view);
         mouseClick(view, 5, 5);
         compare(view.store.celebration, null);
         compare(findChild(view, "celebrationAmount"), null);
@@ -106,14 +112,68 @@ ViewTest {
         compare(view.store.cleaning, false);
     }
 
-    function test_return_triggers_the_default_even_on_cancel() {
+    function test_return_presses_the_focused_button() {
         const view = open();
-        view.store.previewOnly = true;
         view.store.showConfirm = true;
         named(view, "rejectButton").forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Return);
-        compare(view.store.cleaning, true);
-        tryCompare(view.store, "cleaning", false);
+        compare(view.store.showConfirm, false);
+        compare(view.store.cleaning, false);
+        compare(view.store.celebration, null);
+    }
+
+    function test_a_celebration_takes_nothing_before_it_is_wholly_shown_data() {
+        return [{tag: "click", act: view => mouseClick(view, 5, 5)},
+                {tag: "Return", act: () => keyClick(Qt.Key_Return)},
+                {tag: "Space", act: () => keyClick(Qt.Key_Space)}];
+    }
+    function test_a_celebration_takes_nothing_before_it_is_wholly_shown(data) {
+        const view = open();
+        view.store.previewOnly = true;
+        view.store.performClean();
+        tryVerify(() => view.store.celebration !== null);
+        data.act(view);
+        verify(view.store.celebration !== null);
+        settled(view);
+        data.act(view);
+        compare(view.store.celebration, null);
+    }
+
+    function test_focus_goes_on_where_its_button_has_gone() {
+        const view = show(content, {store: Stage.open([card("a", "safe", [5 * mb])], {})});
+        tryCompare(view.store, "phase", "done");
+        view.store.performClean();
+        tryCompare(view.store, "busy", false);
+        view.store.dismissCelebration();
+        view.tab = 1;
+        const button = findChild(view, "undoButton");
+        button.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => view.store.notice !== "");
+        tryCompare(view.store, "busy", false);
+        keyClick(Qt.Key_Return);
+        compare(view.store.notice, "");
+        compare(button.visible, false);
+        const item = view.Window.activeFocusItem;
+        verify(item && item.activeFocusOnTab && item.visible && item.enabled, "something has the focus");
+        compare(item.visualFocus, true);
+    }
+
+    function test_focus_returns_to_a_button_that_was_unavailable_meanwhile() {
+        const view = open([card("a", "safe", [5 * mb, 3 * mb])]);
+        view.store.performClean();
+        tryCompare(view.store, "busy", false);
+        view.store.dismissCelebration();
+        Stage.occupy("a", 1);
+        view.tab = 1;
+        const button = findChild(view, "undoButton");
+        button.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => view.store.notice !== "");
+        tryCompare(view.store, "busy", false);
+        keyClick(Qt.Key_Return);
+        compare(button.activeFocus, true);
+        compare(button.visualFocus, true);
     }
 
     function test_alert() {

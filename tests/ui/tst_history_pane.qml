@@ -43,7 +43,7 @@ ViewTest {
             },
             {
                 tag: "restored", run: Object.assign({undone: true}, run),
-                amount: "Freed 1.2 GB", outcome: "Restored", color: Theme.green
+                amount: "Freed 1.2 GB", outcome: "Restored", color: Theme.words(Theme.green)
             },
             {
                 tag: "one snapshot", run: Object.assign({snapshotsRemoved: 1}, run),

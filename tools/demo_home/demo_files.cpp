@@ -106,21 +106,72 @@ constexpr Row leftoversAndDownloads[] = {
     {"Pictures/Coast/IMG_0412.heic", 2400, 128},
 };
 
+constexpr Row ofLinux[] = {
+    {".cache/mozilla/firefox/x3k8v2.default/cache2/entries/5D1C", 11000, 2},
+    {".cache/chromium/Default/Cache/f_0003", 6200, 4},
+    {".cache/thumbnails/large/8f1a.png", 2600, 12},
+    {".cache/go-build/3f/3f1b-a", 5200, 9},
+    {".config/Lumen/Local Storage/leveldb/000003.log", 200, 1},
+    {".config/Lumen/Cache/Cache_Data/f_0001", 4300, 3},
+    {".config/Lumen/Code Cache/js/index", 900, 3},
+    {".config/Lumen/User/settings.json", 8, 20},
+    {".cache/JetBrains/LocalHistory/changes.storageData", 1200, 3},
+    {".cache/obexd/photo.jpg", 900, 3},
+    {".mozilla/firefox/Crash Reports/pending/0f3a.dmp", 420, 26},
+    {".mozilla/firefox/Crash Reports/submitted/bp-6c1d.txt", 8, 48},
+    {".mozilla/firefox/Crash Reports/pending/77aa.dmp", 310, 2},
+    {".config/chromium/Crash Reports/settings.dat", 4, 90},
+    {".config/chromium/Crash Reports/completed/9a57.dmp", 510, 33},
+    {".cache/kcrash-metadata/lagoon.4711.ini", 4, 12},
+    {".ollama/models/blobs/sha256-8c17a2e0", 16000, 52},
+    {".cache/huggingface/hub/models--small-speech/blobs/model.safetensors", 12000, 70},
+    {".cache/huggingface/token", 4, 200},
+    {".lmstudio/models/garden-7b/garden-7b.gguf", 8200, 41},
+    {".lmstudio/conversations/1.json", 300, 41},
+    {".cache/torch/hub/checkpoints/tide.pth", 6100, 61},
+    {".cache/Homebrew/downloads/ffmpeg--7.0.tar.xz", 5100, 23},
+    {".npm/_cacache/content-v2/3f1b", 4600, 18},
+    {".local/share/pnpm/store/v10/files/a1", 3900, 29},
+    {".bun/install/cache/react@18.3.1/index.js", 1100, 37},
+    {".cache/pip/http-v2/9c44", 2300, 51},
+    {".docker/desktop/vms/0/data/Docker.raw", 11000, 19},
+    {".docker/config.json", 4, 19},
+    {".var/app/org.saltmarsh.Islands/data/saves/slot1.sav", 3800, 190},
+    {".var/app/org.quillpad.Quillpad/config/history.db", 1900, 115},
+    {".var/app/org.lagoon.Music/data/library.db", 1500, 130},
+    {"snap/paperfold/common/templates.db", 2700, 260},
+    {"snap/fieldnotes/common/pages.db", 800, 300},
+    {"Downloads/Paperfold Studio 3.deb", 9400, 270},
+    {"Downloads/coast-walk-photos.zip", 7100, 128},
+    {"Downloads/Old Flat/plans.pdf", 1300, 400},
+    {"Downloads/tickets-saturday.pdf", 300, 3},
+    {"Documents/Budget.ods", 600, 5},
+    {"Pictures/Coast/IMG_0412.jpg", 2400, 128},
+};
+
 }  // namespace
 
-std::vector<DemoFile> demoFiles() {
+const char* demoHomePath(Layout layout) {
+    return layout == Layout::macos ? "Users/robin" : "home/robin";
+}
+
+std::vector<DemoFile> demoFiles(Layout layout) {
     std::vector<DemoFile> files;
     const auto add = [&](const std::string& above, const auto& rows) {
         for (const Row& row : rows) {
             files.push_back({above + row.path, row.kilobytes, row.age});
         }
     };
-    const std::string home = std::string(demoHomePath) + "/";
+    const std::string home = std::string(demoHomePath(layout)) + "/";
+    add(home, projects);
+    if (layout == Layout::linuxDesktop) {
+        add(home, ofLinux);
+        return files;
+    }
     add("", onTheVolume);
     add(home, caches);
     add(home, developerFolders);
     add(home, downloadedByTools);
-    add(home, projects);
     add(home, largeThings);
     add(home, leftoversAndDownloads);
     return files;

@@ -177,36 +177,56 @@ std::string snapshotLines() {
     return lines;
 }
 
-bool build(const fs::path& top) {
+// What tells which applications are installed, and what they are called.
+struct TextFile {
+    const char* path;
+    const char* text;
+};
+
+constexpr TextFile textsOfLinux[] = {
+    {"usr/share/applications/chromium.desktop", "[Desktop Entry]\nType=Application\nName=Chromium\n"},
+    {"usr/share/applications/Lumen.desktop", "[Desktop Entry]\nType=Application\nName=Lumen Photos\n"},
+    {"var/lib/flatpak/app/org.lagoon.Music/current/active/metadata", "[Application]\nname=org.lagoon.Music\n"},
+    {"var/lib/snapd/snaps/fieldnotes_12.snap", "made up\n"},
+    {"home/robin/.config/user-dirs.dirs",
+     "XDG_DOWNLOAD_DIR=\"$HOME/Downloads\"\nXDG_DOCUMENTS_DIR=\"$HOME/Documents\"\n"},
+};
+
+bool addMac(Builder& builder) {
+    return std::all_of(std::begin(applications), std::end(applications),
+                       [&](const InstalledApplication& application) {
+                           return builder.addText(std::string(application.path) + "/Contents/Info.plist",
+                                                  informationOf(application), installedDaysAgo);
+                       }) &&
+           builder.addText("usr/bin/tmutil", backupTool, installedDaysAgo, programMode) &&
+           builder.addText(snapshotList, snapshotLines(), 0);
+}
+
+bool addLinux(Builder& builder) {
+    return std::all_of(std::begin(textsOfLinux), std::end(textsOfLinux),
+                       [&](const TextFile& file) { return builder.addText(file.path, file.text, installedDaysAgo); });
+}
+
+bool build(const fs::path& top, Layout layout) {
     Builder builder(top);
-    for (const DemoFile& file : demoFiles()) {
-        if (!builder.addFile(file)) {
-            return false;
-        }
-    }
-    for (const InstalledApplication& application : applications) {
-        const std::string information = std::string(application.path) + "/Contents/Info.plist";
-        if (!builder.addText(information, informationOf(application), installedDaysAgo)) {
-            return false;
-        }
-    }
-    return builder.addText("usr/bin/tmutil", backupTool, installedDaysAgo, programMode) &&
-           builder.addText(snapshotList, snapshotLines(), 0) && builder.dateFolders();
+    const std::vector<DemoFile> files = demoFiles(layout);
+    return std::all_of(files.begin(), files.end(), [&](const DemoFile& file) { return builder.addFile(file); }) &&
+           (layout == Layout::macos ? addMac(builder) : addLinux(builder)) && builder.dateFolders();
 }
 
 }  // namespace
 
-std::optional<World> makeDemoHome(const fs::path& folder) {
+std::optional<World> makeDemoHome(const fs::path& folder, Layout layout) {
     std::error_code failure;
     if (!folder.is_absolute()) {
         return std::nullopt;
     }
     fs::create_directories(folder, failure);
     // Never among somebody's own files.
-    if (!fs::is_empty(folder, failure) || failure || !build(folder)) {
+    if (!fs::is_empty(folder, failure) || failure || !build(folder, layout)) {
         return std::nullopt;
     }
-    return World::below(folder, folder / demoHomePath);
+    return World::below(folder, folder / demoHomePath(layout), layout);
 }
 
 }  // namespace vesk

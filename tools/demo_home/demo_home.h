@@ -1,4 +1,5 @@
-// A made-up Mac to show Vesk on: a start-up volume with one user's home, in which every rule finds something.
+// A made-up Mac to show Vesk on: a start-up volume with one user's home, in which every rule finds something. Or a
+// made-up Linux computer, in whose home those rules do that look there.
 // Used by vesk-demo and by tests; nothing outside the given folder is read or written.
 #pragma once
 
@@ -16,12 +17,12 @@ namespace vesk {
 inline constexpr std::uintmax_t roomForDemoHome = std::uintmax_t{300} << 20U;
 
 /// Fills `folder`, which must be absolute and empty or not there yet, and returns the world that lies in it: `folder`
-/// stands for "/", the home is below "Users". Ages count from `now()`. Takes about 250 MB on disk, set aside without
-/// being written where the file system can do that. Absent when the folder holds anything or something could not be
-/// made (a full disk, say); what was made until then stays.
-std::optional<World> makeDemoHome(const std::filesystem::path& folder);
+/// stands for "/", the home is below "Users" ("home" on Linux). Ages count from `now()`. Takes about 250 MB on disk,
+/// set aside without being written where the file system can do that. Absent when the folder holds anything or
+/// something could not be made (a full disk, say); what was made until then stays.
+std::optional<World> makeDemoHome(const std::filesystem::path& folder, Layout layout = Layout::macos);
 
-/// One file of the made-up Mac.
+/// One file of the made-up computer.
 struct DemoFile {
     /// Relative to the start-up volume's top.
     std::string path;
@@ -31,9 +32,9 @@ struct DemoFile {
 };
 
 /// The home folder, relative to the volume's top.
-inline constexpr const char* demoHomePath = "Users/robin";
+const char* demoHomePath(Layout layout);
 
-/// Every file but the few with a text of their own (Info.plist, the backup tool).
-std::vector<DemoFile> demoFiles();
+/// Every file but the few with a text of their own (Info.plist, the backup tool, desktop files).
+std::vector<DemoFile> demoFiles(Layout layout);
 
 }  // namespace vesk

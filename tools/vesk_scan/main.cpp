@@ -24,18 +24,28 @@ constexpr int failed = 1;
 constexpr int badCall = 2;
 
 constexpr const char* usage =
-    "usage: vesk-scan [--root DIR] [--home DIR] [--json]\n"
-    "  --root DIR  the folder that stands for \"/\"\n"
-    "  --home DIR  the home folder to look into\n"
-    "  --json      one JSON object instead of a table\n";
+    "usage: vesk-scan [--root DIR] [--home DIR] [--layout macos|linux] [--json]\n"
+    "  --root DIR    the folder that stands for \"/\"\n"
+    "  --home DIR    the home folder to scan\n"
+    "  --layout KIND look where programs of that system keep their things; for\n"
+    "                another root or home, macos unless linux is asked for\n"
+    "  --json        print one JSON object instead of a table\n";
 
 struct Options {
     std::optional<std::filesystem::path> root;
     std::optional<std::filesystem::path> home;
+    std::optional<vesk::Layout> layout;
     bool json = false;
 };
 
-// Says what is wrong with the call; absent options follow.
+std::optional<vesk::Layout> layoutNamed(std::string_view name) {
+    if (name == "macos") {
+        return vesk::Layout::macos;
+    }
+    return name == "linux" ? std::optional(vesk::Layout::linuxDesktop) : std::nullopt;
+}
+
+// Prints what is wrong with the arguments; returns absent options.
 std::nullopt_t refuse(const std::string& message) {
     std::fputs(("vesk-scan: " + message + "\n").c_str(), stderr);
     return std::nullopt;
@@ -47,6 +57,13 @@ std::optional<Options> readOptions(int argc, char** argv) {
         const std::string_view option = argv[i];
         if (option == "--json") {
             options.json = true;
+            continue;
+        }
+        if (option == "--layout") {
+            options.layout = ++i == argc ? std::nullopt : layoutNamed(argv[i]);
+            if (!options.layout) {
+                return refuse(std::string("--layout needs \"macos\" or \"linux\"\n") + usage);
+            }
             continue;
         }
         if (option != "--root" && option != "--home") {
@@ -73,20 +90,22 @@ bool canBeListed(const std::filesystem::path& folder) {
     return true;
 }
 
-// Sets the world the options ask for; false, having said why, when it cannot be looked into.
+// Sets the world given by the options; prints why and returns false if it cannot be scanned.
 bool enterWorld(const Options& options) {
     vesk::World wanted = vesk::World::ofCurrentUser();
-    wanted.root = options.root.value_or(wanted.root);
-    wanted.home = options.home.value_or(wanted.home);
+    if (options.root || options.home) {
+        wanted = vesk::World::below(options.root.value_or(wanted.root), options.home.value_or(wanted.home));
+    }
+    wanted.layout = options.layout.value_or(wanted.layout);
     switch (wanted.homeFault()) {
         case vesk::World::HomeFault::none:
-        case vesk::World::HomeFault::anothers:  // who only looks may look at another's
+        case vesk::World::HomeFault::anothers:  // reading another user's home is fine
             break;
         case vesk::World::HomeFault::unknown:
-            refuse("the home folder cannot be told; name it with --home");
+            refuse("cannot determine the home folder; use --home");
             return false;
         case vesk::World::HomeFault::wholeDisk:
-            refuse("the home folder is \"/\", which is never scanned; name another with --home");
+            refuse("the home folder is \"/\", which is never scanned; use --home");
             return false;
     }
     if (!canBeListed(wanted.root) || !canBeListed(wanted.home)) {
@@ -96,7 +115,7 @@ bool enterWorld(const Options& options) {
     return true;
 }
 
-// A tool that hangs must not outlive this program, which is otherwise left as it stands.
+// A hanging tool must not outlive this program; everything else ends with the process.
 void endOnSignals(QCoreApplication& application) {
     const int descriptor = vesk::terminationSignalDescriptor();
     if (descriptor < 0) {

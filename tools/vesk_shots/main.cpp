@@ -97,7 +97,7 @@ private:
     void save(const QImage& picture, const QString& name) {
         const QString path = folder_.filePath(name + QStringLiteral(".png"));
         if (picture.isNull() || !picture.save(path, "PNG", 0)) {
-            std::fprintf(stderr, "vesk-shots: cannot make %s\n", qPrintable(path));
+            std::fprintf(stderr, "vesk-shots: cannot create %s\n", qPrintable(path));
             failed_ = true;
             return;
         }
@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
     const vesk::TemporaryFolder temporary("vesk-shots");
     const std::optional<vesk::World> world = vesk::makeDemoHome(temporary.path() / "mac");
     if (temporary.path().empty() || !world) {
-        std::fputs("vesk-shots: cannot make a home in the temporary folder\n", stderr);
+        std::fputs("vesk-shots: cannot create a home in the temporary folder\n", stderr);
         return EXIT_FAILURE;
     }
     vesk::setWorld(*world);

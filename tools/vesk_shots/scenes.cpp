@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "core/scanner.h"
-#include "vesk_shots/staged_cards.h"
+#include "support/staged_cards.h"
 
 namespace vesk {
 

@@ -1,6 +1,6 @@
-// What macOS hands over when a folder's names and attributes are read in one go (getattrlistbulk(2)): records in a
-// buffer, taken apart here without a system call, so that every system can test it. Only directory_macos.cpp uses
-// it otherwise. Any thread; allocates nothing.
+// Parses the records that macOS returns when a folder's names and attributes are read together (getattrlistbulk(2)).
+// Makes no system calls, so that it can be tested on every system. Used by directory_macos.cpp. Callable from any
+// thread; allocates nothing.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace vesk {
 
-/// The attributes that a reading asks for, as <sys/attr.h> numbers them (ATTR_CMN_..., ATTR_FILE_...).
+/// The requested attributes, as numbered in <sys/attr.h> (ATTR_CMN_..., ATTR_FILE_...).
 namespace bulk {
 
 inline constexpr std::uint32_t name = 0x00000001;
@@ -29,29 +29,29 @@ inline constexpr std::uint32_t fileAllocatedSize = 0x00000004;
 inline constexpr std::uint32_t fileDataAllocatedSize = 0x00000400;
 inline constexpr std::uint32_t fileWanted = fileAllocatedSize | fileDataAllocatedSize;
 
-/// Object types, as <sys/vnode.h> numbers them (VREG, VDIR, VLNK).
+/// Object types, as numbered in <sys/vnode.h> (VREG, VDIR, VLNK).
 inline constexpr std::uint32_t regularFileType = 1;
 inline constexpr std::uint32_t folderType = 2;
 inline constexpr std::uint32_t linkType = 5;
 
 }  // namespace bulk
 
-/// One record: an item of the folder that was read.
+/// One record: an item of the folder.
 struct BulkItem {
-    /// The item's name, ending in a zero byte inside the buffer; null only when `error` says why.
+    /// The item's name, null-terminated inside the buffer; null only if `error` says why.
     const char* name = nullptr;
-    /// The errno value with which the item's attributes could not be read; 0 when they could.
+    /// Why the item's attributes could not be read (an errno value); 0 if they could.
     int error = 0;
     ItemKind kind = ItemKind::unknown;
-    /// Absent unless the record told all that `statItem` would tell of such an item. (Of a folder it tells no size.)
+    /// Absent unless the record has everything that `statItem` would return for such an item. (For a folder, no size.)
     std::optional<ResourceValues> values;
 };
 
-/// Takes one record off the front of `records`. Absent, with `records` unchanged, when what stands there is no whole
-/// record made of the attributes asked for: nothing outside of `records` is ever read, whatever it holds.
+/// Takes one record off the front of `records`. Absent, with `records` unchanged, if there is no complete record of the
+/// requested attributes. Never reads outside `records`, whatever it contains.
 std::optional<BulkItem> takeBulkItem(std::span<const std::byte>& records);
 
-/// Whether `records` starts with `count` whole records.
+/// Whether `records` starts with `count` complete records.
 bool holdsBulkItems(std::span<const std::byte> records, std::size_t count);
 
 }  // namespace vesk

@@ -1,3 +1,4 @@
+// Ownership of file descriptors.
 #pragma once
 
 #include <utility>
@@ -18,7 +19,7 @@ public:
     int get() const { return number_; }
     explicit operator bool() const { return number_ >= 0; }
     void close();
-    /// Leaves the closing to somebody else.
+    /// Gives up ownership: the caller closes the descriptor.
     int release() { return std::exchange(number_, -1); }
 
 private:

@@ -1,4 +1,4 @@
-// What directory_linux.cpp and directory_macos.cpp do alike.
+// What directory_linux.cpp and directory_macos.cpp share.
 #pragma once
 
 #include <functional>
@@ -10,12 +10,11 @@ namespace vesk {
 
 bool isDotOrDotDot(const char* name);
 
-/// Hands over one name of a folder's own listing, unless it is "." or "..". `type` is one of the DT_ values of
-/// readdir(3).
+/// Calls `visit` with one listed name, unless it is "." or "..". `type` is one of readdir(3)'s DT_ values.
 void visitListed(const char* name, unsigned char type, const std::function<void(ListedItem)>& visit);
 
-/// Opens a child folder, not following a link; one on another device fails with EXDEV. A folder mounted a second time
-/// has the same device and is entered.
+/// Opens a child folder, not following a link; one on another device fails with EXDEV. A bind mount of the same device
+/// is not detected.
 Descriptor openComparingDevices(int parent, const char* name);
 
 }  // namespace vesk

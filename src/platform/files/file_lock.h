@@ -1,5 +1,5 @@
-// A lock between programs: a file that one process at a time holds. The system lets go of it when that process ends,
-// however it ends, so none is ever left behind. Any thread.
+// A lock between processes, on a file. The system releases it when the process ends, however it ends, so it is never
+// stale. Callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -11,16 +11,16 @@ namespace vesk {
 class FileLock {
 public:
     enum class State {
-        /// This object holds it, for as long as it lives.
+        /// This object holds the lock, for as long as it lives.
         ours,
-        /// Another one does.
+        /// Somebody else holds it.
         anothers,
-        /// Nobody can: the file cannot be made, or its file system knows no locks.
+        /// Nobody can hold it: the file cannot be created, or its file system has no locks.
         impossible,
     };
 
-    /// Tries to take the lock on `file`, which is made, with the folders above it (mode 0700), when it is missing, and
-    /// stays. Waits for nobody.
+    /// Tries to lock `file` without waiting. Creates the file if it is missing, and its parent folders with mode 0700;
+    /// the file is never removed.
     State tryTake(const std::filesystem::path& file);
 
 private:

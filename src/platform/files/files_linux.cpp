@@ -1,82 +1,15 @@
 #include <fcntl.h>
 #include <linux/fs.h>
-#include <linux/mount.h>
-#include <sched.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <charconv>
-#include <climits>
-#include <csignal>
-#include <cstring>
-#include <string>
 
-#include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 #include "platform/files/files_system.h"
 
 namespace vesk {
-
-namespace {
-
-// What a child process of this one finds, with every mount read-only: there the kernel sets no access date. Between
-// fork and exit it may make plain system calls alone, since other threads may have held locks. Writes the path that the
-// link leads to into the pipe, or an empty one; ends with 0 when that is the truth.
-[[noreturn]] void followAmongReadOnlyMounts(const char* link, int pipe) {
-    mount_attr readOnly{};
-    readOnly.attr_set = MOUNT_ATTR_RDONLY;
-    const bool apart = unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
-    if (!apart || prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 ||
-        syscall(SYS_mount_setattr, -1, "/", AT_RECURSIVE, &readOnly, sizeof readOnly) != 0) {
-        _exit(1);
-    }
-    const int target = open(link, O_PATH | O_CLOEXEC);
-    if (target < 0) {
-        _exit(errno == EMFILE || errno == ENFILE ? 1 : 0);
-    }
-    std::array<char, 32> opened{"/proc/self/fd/"};
-    std::to_chars(opened.data() + std::strlen(opened.data()), opened.data() + opened.size() - 1, target);
-    std::array<char, PATH_MAX> path;
-    const ssize_t length = readlink(opened.data(), path.data(), path.size());
-    _exit(length > 0 && write(pipe, path.data(), static_cast<std::size_t>(length)) == length ? 0 : 1);
-}
-
-}  // namespace
-
-bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::filesystem::path>& target) {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        return false;
-    }
-    const Descriptor reading(ends[0]);
-    Descriptor writing(ends[1]);
-    const pid_t child = fork();
-    if (child == 0) {
-        followAmongReadOnlyMounts(link.c_str(), writing.get());
-    }
-    writing.close();
-    std::array<char, PATH_MAX> path;
-    ssize_t length = 0;
-    do {
-        length = read(reading.get(), path.data(), path.size());
-    } while (length < 0 && errno == EINTR);
-    int status = 1;
-    while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
-        continue;
-    }
-    if (child < 0 || length < 0 || status != 0) {
-        return false;
-    }
-    if (length > 0) {
-        target = std::string(path.data(), static_cast<std::size_t>(length));
-    }
-    return true;
-}
 
 // Before Linux 5.8 none is known for one.
 bool isMountPoint(const std::filesystem::path& folder) {

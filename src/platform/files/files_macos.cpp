@@ -10,11 +10,6 @@
 
 namespace vesk {
 
-// The thread of a scan has asked to leave access dates alone, whatever it does (NoTrace in directory_macos.cpp).
-bool followWithoutTrace(const std::filesystem::path& /*link*/, std::optional<std::filesystem::path>& /*target*/) {
-    return false;
-}
-
 bool isMountPoint(const std::filesystem::path& folder) {
     struct stat found {};
     struct stat above {};

@@ -1,4 +1,4 @@
-// What files.cpp and moving.cpp need and each system has in its own way (files_linux.cpp, files_macos.cpp).
+// What differs between systems for files.cpp and moving.cpp.
 #pragma once
 
 #include <filesystem>
@@ -6,12 +6,12 @@
 
 namespace vesk {
 
-/// Finds where a link leads, all links resolved, without setting the access date of any: `target` is absent when it
-/// leads nowhere. Returns false, and tells nothing, where the system has no such way.
+/// Finds where a link leads, all links resolved, without changing their access dates; leaves `target` absent if it
+/// leads nowhere. Returns false, with `target` unset, if the system has no way to do that.
 bool followWithoutTrace(const std::filesystem::path& link, std::optional<std::filesystem::path>& target);
 
-/// Renames unless something has the new name (EEXIST). Returns 0 or an errno value; ENOTSUP when the file system (or
-/// the kernel) does not know this kind of rename, or the move makes no sense.
+/// Renames unless the new name is taken (EEXIST). Returns 0 or an errno value; ENOTSUP if the file system or the kernel
+/// does not support this kind of rename, or the move is invalid.
 int renameExclusively(int fromFolder, const char* name, int toFolder, const char* newName);
 
 }  // namespace vesk

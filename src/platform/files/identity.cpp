@@ -23,11 +23,19 @@ bool differ(const std::optional<Value>& first, const std::optional<Value>& secon
 }
 
 bool lookAlike(const struct stat& first, const struct stat& second) {
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino && first.st_mode == second.st_mode &&
-           first.st_uid == second.st_uid && first.st_nlink == second.st_nlink && first.st_size == second.st_size;
+    return isSameFile(first, second) && first.st_uid == second.st_uid && first.st_nlink == second.st_nlink &&
+           first.st_size == second.st_size;
 }
 
 }  // namespace
+
+bool isSameFile(const struct stat& first, const struct stat& second) {
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino && first.st_mode == second.st_mode;
+}
+
+std::optional<ItemIdentity> itemIdentity(const std::filesystem::path& item) {
+    return itemIdentity(AT_FDCWD, item.c_str());
+}
 
 std::optional<LastingIdentity> lastingIdentity(int folder, const char* name) {
     const std::optional<ItemIdentity> found = itemIdentity(folder, name);

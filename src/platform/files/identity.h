@@ -1,7 +1,7 @@
-// Which item has a name, so that another one that takes the name can be told from it. Whoever moves, replaces or
-// removes something by its name asks here first. Nothing here follows a link at the end of a path.
+// Which item a name belongs to, so that another item that takes the name can be told from it. Code that moves, replaces
+// or removes something by name checks here first. Nothing here follows a link at the end of a path unless it says so.
 //
-// An item is named by an open folder and a name in it; AT_FDCWD goes with an absolute path. Callable from any thread.
+// An item is given by an open folder and a name in it, or by AT_FDCWD and an absolute path. Callable from any thread.
 #pragma once
 
 #include <cstdint>
@@ -14,44 +14,45 @@ namespace vesk {
 
 enum class FileType { file, folder, link, other };
 
-/// Tells an item from all others that exist at the same time, or after it when `made` is there.
+/// Distinguishes an item from all others that exist at the same time and, if `made` is present, later.
 struct ItemIdentity {
     FileType type = FileType::other;
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    /// When the item was made, since inode numbers are used again; absent when the file system does not say.
+    /// Creation time, since inode numbers are reused; absent if the file system does not report it.
     std::optional<Date> made;
     friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
 };
 
-/// The identity of an item; absent, with errno set, when there is none or it may not be looked at.
+/// The identity of an item; absent, with errno set, if it does not exist or cannot be statted.
 std::optional<ItemIdentity> itemIdentity(int folder, const char* name);
-/// The same of an open file or folder.
+/// The same for the item at an absolute path.
+std::optional<ItemIdentity> itemIdentity(const std::filesystem::path& item);
+/// The same for an open file or folder.
 std::optional<ItemIdentity> itemIdentity(int opened);
 
-/// The identity of the folder that a path leads to, links followed; absent when there is none or it may not be looked
-/// at.
+/// The identity of the folder that a path leads to, links followed; absent if it does not exist or cannot be statted.
 std::optional<ItemIdentity> folderIdentity(const std::filesystem::path& folder);
-/// The same of an open folder.
+/// The same for an open folder.
 std::optional<ItemIdentity> folderIdentity(int folder);
 
-/// What of an identity still holds after a restart: devices are numbered anew by then, and on some file systems (FAT,
-/// FUSE) files are too.
+/// The part of an identity that survives a restart, which renumbers devices and, on some file systems (FAT, FUSE),
+/// files.
 struct LastingIdentity {
     FileType type = FileType::other;
-    /// Absent on a file system that does not keep it.
+    /// Absent on a file system that does not keep inode numbers.
     std::optional<std::uint64_t> inode;
     std::optional<Date> made;
     friend bool operator==(const LastingIdentity&, const LastingIdentity&) = default;
 };
 
-/// The lasting identity of an item; absent when there is none or it may not be looked at.
+/// The lasting identity of an item; absent if it does not exist or cannot be statted.
 std::optional<LastingIdentity> lastingIdentity(int folder, const char* name);
-/// The same of an open file, and of the item at an absolute path.
+/// The same for an open file, and for the item at an absolute path.
 std::optional<LastingIdentity> lastingIdentity(int opened);
 std::optional<LastingIdentity> lastingIdentity(const std::filesystem::path& item);
 
-/// What a rename works within: one file system, mounted once. One mount may show several file systems (btrfs's
+/// What a rename cannot leave: one file system in one mount. One mount may show several file systems (btrfs
 /// subvolumes), and one file system may be mounted twice.
 struct VolumeIdentity {
     std::uint64_t mount = 0;
@@ -59,22 +60,22 @@ struct VolumeIdentity {
     friend bool operator==(const VolumeIdentity&, const VolumeIdentity&) = default;
 };
 
-/// The volume that an open folder, or the item that a path leads to, lies on; absent, with errno set, when it cannot be
-/// told.
+/// The volume of an open folder, or of the item that a path leads to; absent, with errno set, if it cannot be
+/// determined.
 std::optional<VolumeIdentity> volumeIdentity(int folder);
 std::optional<VolumeIdentity> volumeIdentity(const std::filesystem::path& item);
 
-/// When the content of an open file was last changed; absent when that cannot be told.
+/// When the content of an open file last changed; absent if it cannot be determined.
 std::optional<Date> contentModificationDate(int opened);
 
-/// Whether nothing tells the two apart.
+/// Whether nothing known distinguishes the two.
 bool mayBeSame(const LastingIdentity& first, const LastingIdentity& second);
-/// Whether they are the same for certain: both tell all there is to tell, and it is the same.
+/// Whether they are certainly the same: both are complete and equal.
 bool areSurelySame(const LastingIdentity& first, const LastingIdentity& second);
 
-/// Whether two names in different folders are those of one file, so that it keeps its content when it loses one of
-/// them. Inode numbers do not say that: on a network disk or a FUSE file system two files may have the same one, and a
-/// link or a second mount shows one name twice. False whenever it cannot be told.
+/// Whether two names in different folders belong to one file, so that removing one of them loses nothing. Inode numbers
+/// do not prove that: on a network disk or a FUSE file system two files may share one, and a link or a second mount
+/// shows one name twice. False if in doubt.
 bool areTwoNamesOfOneFile(int folder, const char* name, int otherFolder, const char* otherName);
 
 }  // namespace vesk

@@ -1,4 +1,4 @@
-// What identity.cpp needs and each system has in its own way (identity_linux.cpp, identity_macos.cpp).
+// What differs between systems for identity.cpp (identity_linux.cpp, identity_macos.cpp).
 #pragma once
 
 #include <filesystem>
@@ -12,14 +12,17 @@ struct stat;
 
 namespace vesk {
 
-/// Whether the file system that something open, or what a path leads to, lies on keeps the inode numbers of files.
+/// Whether two stat results are of one item, as far as that can be told without the creation time.
+bool isSameFile(const struct stat& first, const struct stat& second);
+
+/// Whether the file system of an open item, or of the item at a path, keeps inode numbers.
 bool keepsInodeNumbers(int opened);
 bool keepsInodeNumbers(const std::filesystem::path& item);
 
-/// What tells apart two files that have had the same inode number, as bytes; empty where there is no such thing.
+/// What distinguishes files that have had the same inode number, as bytes; empty if there is no such thing.
 std::string generationOf(int folder, const char* name);
 
-/// When the content of an item, and when anything about it, was last changed; absent when that cannot be told.
+/// When an item's content, and when anything about it, last changed; absent if that cannot be determined.
 std::optional<std::pair<Date, Date>> datesOfChange(int folder, const char* name);
 
 }  // namespace vesk

@@ -9,6 +9,7 @@
 
 #include "platform/files/files_system.h"
 #include "platform/files/identity.h"
+#include "platform/files/identity_system.h"
 
 namespace vesk {
 
@@ -32,10 +33,6 @@ bool hasMovedNevertheless(const ItemIdentity& item, int fromFolder, const char* 
     struct stat found {};
     return failure != EEXIST && itemIdentity(toFolder, newName) == item &&
            nameAt(fromFolder, name, found) == Name::free;
-}
-
-bool isSameFile(const struct stat& first, const struct stat& second) {
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino && first.st_mode == second.st_mode;
 }
 
 // Removes a name of a file that has another one. It stays when it is somebody else's by now, or the file's last.
@@ -117,17 +114,6 @@ int makeFolders(const std::filesystem::path& folder, unsigned mode) {
         return failure;
     }
     return mkdir(folder.c_str(), static_cast<mode_t>(mode)) == 0 || errno == EEXIST ? 0 : errno;
-}
-
-int writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno != EINTR) {
-            return errno;
-        }
-        bytes.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
-    }
-    return 0;
 }
 
 }  // namespace vesk

@@ -1,21 +1,17 @@
-// What changes the disk: moving an item, making folders, writing. Callable from any thread.
+// Moves items and creates folders. Callable from any thread.
 #pragma once
 
 #include <filesystem>
-#include <string_view>
 
 namespace vesk {
 
-/// Moves an item from one open folder to another, or within one, under a new name: by one rename, never over anything
-/// (EEXIST), never to another file system (EXDEV). Returns 0, or the errno value of the failure; nothing has moved
-/// then.
+/// Moves an item from one open folder to another, or within one, under a new name: by one rename (where the file system
+/// cannot refuse to overwrite, a file is linked and unlinked), never over anything (EEXIST), never to another file
+/// system (EXDEV). Returns 0, or an errno value if nothing has moved.
 int moveWithoutOverwriting(int fromFolder, const char* name, int toFolder, const char* newName);
 
-/// Makes a folder and those above it that are missing, each with this mode less the user's mask. Returns 0 when the
-/// folder stands, or the errno value of the failure.
+/// Creates a folder and its missing parents, with this mode less the umask. Returns 0 if the folder exists afterwards,
+/// or an errno value.
 int makeFolders(const std::filesystem::path& folder, unsigned mode);
-
-/// Writes all the bytes to an open file. Returns 0, or the errno value of the failure.
-int writeAll(int file, std::string_view bytes);
 
 }  // namespace vesk

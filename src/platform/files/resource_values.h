@@ -1,5 +1,4 @@
-// What one look at a file-system item tells, under the names that the platform's URL resource values have.
-// Plain values, safe on any thread.
+// What a stat of one item tells, named like macOS's URL resource values. Plain values, safe on any thread.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +9,9 @@
 namespace vesk {
 
 struct ResourceValues {
-    /// Bytes taken on disk by all forks and metadata; absent when the file system does not say.
+    /// Bytes on disk of all forks and metadata; absent if the file system does not say.
     std::optional<std::int64_t> totalFileAllocatedSize;
-    /// Bytes taken on disk by the data alone; absent when the file system does not say.
+    /// Bytes on disk of the data alone; absent if the file system does not say.
     std::optional<std::int64_t> fileAllocatedSize;
     /// True for a regular file; false for folders, links, sockets, FIFOs and devices.
     bool isRegularFile = false;
@@ -20,19 +19,19 @@ struct ResourceValues {
     bool isDirectory = false;
     /// True for a link, wherever it leads.
     bool isSymbolicLink = false;
-    /// Last read; absent on file systems that keep no such time.
+    /// Last access; absent if the file system does not keep it.
     std::optional<Date> contentAccessDate;
-    /// Last change of the content; absent when the file system does not say.
+    /// Last change of the content; absent if the file system does not say.
     std::optional<Date> contentModificationDate;
 };
 
-/// Dates of an item that tell whether it is still the old one that was seen. Absent: of no matter.
+/// An item's dates as a scan saw them, to notice later changes. An absent date is not compared.
 struct ItemDates {
     std::optional<Date> modified;
     std::optional<Date> accessed;
 };
 
-/// Whether an item with these values has a date that is later than the one seen.
+/// Whether one of the item's dates is later than the one seen.
 inline bool isNewer(const ResourceValues& values, const ItemDates& seen) {
     return (seen.modified && values.contentModificationDate > seen.modified) ||
            (seen.accessed && values.contentAccessDate > seen.accessed);

@@ -5,6 +5,7 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <filesystem>
@@ -34,6 +35,34 @@ bool hasJournal(dev_t device) {
     return length > 0 && first[0] >= '0' && first[0] <= '9';
 }
 
+// Waits for a file or folder, by one of the calls that do.
+template <typename Call>
+bool waitedFor(Call call) {
+    int failed = 0;
+    do {
+        failed = call();
+    } while (failed != 0 && errno == EINTR);
+    return failed == 0;
+}
+
+// Has the content of all files written at once, then waits for each.
+bool syncContents(const std::vector<int>& files) {
+    constexpr unsigned begin = SYNC_FILE_RANGE_WRITE;
+    constexpr unsigned wait = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+    bool done = true;
+    for (const unsigned how : {begin, wait}) {
+        for (const int file : files) {
+            done = done && waitedFor([&] { return sync_file_range(file, 0, 0, how); });
+        }
+    }
+    return done;
+}
+
+bool isBtrfs(int opened) {
+    struct statfs system {};
+    return fstatfs(opened, &system) == 0 && system.f_type == BTRFS_SUPER_MAGIC;
+}
+
 }  // namespace
 
 bool keepsOrderOfNames(int folder) {
@@ -57,13 +86,22 @@ bool keepsOrderOfNames(int folder) {
 bool syncNames(int folder) {
     // Btrfs writes what is asked for and may leave what came before, so it is asked for everything. A journal is
     // written in order, and elsewhere each change has been waited for already.
-    struct statfs system {};
-    const bool isBtrfs = fstatfs(folder, &system) == 0 && system.f_type == BTRFS_SUPER_MAGIC;
-    int failed = 0;
-    do {
-        failed = isBtrfs ? syncfs(folder) : fsync(folder);
-    } while (failed != 0 && errno == EINTR);
-    return failed == 0;
+    const bool needsAll = isBtrfs(folder);
+    return waitedFor([&] { return needsAll ? syncfs(folder) : fsync(folder); });
+}
+
+bool syncNewFiles(const std::vector<int>& files) {
+    if (files.empty()) {
+        return true;
+    }
+    // Once their contents are written, what is left is in the journal, which is written in order: one change that is
+    // waited for, and all before it are there. That change is made here, since the file's own may be in the journal's
+    // part that went before.
+    const int last = files.back();
+    if (!isBtrfs(last) && syncContents(files) && futimens(last, nullptr) == 0) {
+        return waitedFor([&] { return fsync(last); });
+    }
+    return std::all_of(files.begin(), files.end(), [](int file) { return waitedFor([&] { return fsync(file); }); });
 }
 
 }  // namespace vesk

@@ -1,6 +1,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "platform/files/syncing.h"
 
 namespace vesk {
@@ -13,6 +15,10 @@ bool keepsOrderOfNames(int /*folder*/) {
 bool syncNames(int folder) {
     // Up to the disk itself; a network's does not know that.
     return fcntl(folder, F_FULLFSYNC) == 0 || fsync(folder) == 0;
+}
+
+bool syncNewFiles(const std::vector<int>& files) {
+    return std::all_of(files.begin(), files.end(), [](int file) { return fsync(file) == 0; });
 }
 
 }  // namespace vesk

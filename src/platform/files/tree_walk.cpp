@@ -270,8 +270,30 @@ private:
                 });
                 break;
             case Batch::Of::subfolders:
-                batch.forEach([&](const char* name) { enterChild(batch.folder->descriptor(), name, worker); });
+                enterChildren(batch, worker);
                 break;
+        }
+    }
+
+    // A thread that has only these left shares them with one that is idle: with the disk to wait for, each is long.
+    void enterChildren(const Batch& batch, Worker& worker) {
+        const char* name = batch.names.data();
+        for (int left = batch.count; left > 0; --left) {
+            if (left > 1 && worker.lacksItems()) {
+                Batch rest{Batch::Of::subfolders, batch.folder, {}};
+                const char* end = name;
+                for (int i = 0; i < left; ++i) {
+                    if (i >= (left + 1) / 2) {
+                        rest.add(end);
+                    }
+                    end += std::strlen(end) + 1;
+                }
+                left -= rest.count;
+                worker.addForOthers(std::move(rest));
+            }
+            enterChild(batch.folder->descriptor(), name, worker);
+            name += std::strlen(name) + 1;
+            worker.offerItems();
         }
     }
 

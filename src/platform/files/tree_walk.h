@@ -1,12 +1,12 @@
-// The one walk over a folder tree: parallel, on all cores, and without a trace.
+// Walks a folder tree, in parallel on all cores, without leaving a trace.
 //
-// - Every item below the top folder is met once; hidden ones and the insides of packages too.
-// - Links met on the way are not followed; folders on another device, or behind a mount point, are not entered.
-// - Nothing is written, no access time of a folder changes where the system allows that (its owner asks).
-// - A tree of any depth and width is walked with a bounded number of descriptors and without recursion.
-// - What cannot be read is passed over and reported to `onError`; the walk goes on.
+// - Visits every item below the top folder once, including hidden items and the contents of packages.
+// - Follows no links; enters no folder on another device or behind a mount point.
+// - Writes nothing. Does not change folders' access times where the system allows that (on Linux, for the owner).
+// - Walks a tree of any depth and width with a bounded number of descriptors and without recursion.
+// - Skips what cannot be read, and reports it to `onError`.
 //
-// Called by Probe::measure, from any number of threads at once.
+// Called by Probe, from any number of threads at once.
 #pragma once
 
 #include <filesystem>
@@ -17,17 +17,17 @@
 
 namespace vesk {
 
-/// Is handed the values of one regular file: its size and the date of its last use. The modification date may be
-/// absent where the access date is there.
+/// Receives the values of one regular file: its size and the date of its last use. The modification date may be absent
+/// if the access date is present.
 using FileVisitor = std::function<void(const ResourceValues&)>;
 
-/// Walks the folder at `top`, a path without links.
+/// Walks the folder at `top`. A link at the end of that path is not followed.
 ///
-/// `makeVisitor` is called once for each thread that takes part, one call at a time; the visitor that it returns is
-/// used by that thread alone and until `walkTree` returns, so visitors need no lock. `onError` may be called from
-/// several threads at once.
+/// `makeVisitor` is called once per participating thread, one call at a time. Only that thread calls the visitor it
+/// returns, and not after `walkTree` has returned, so visitors need no lock. `onError` may be called from several
+/// threads at once.
 ///
-/// Returns false, with the reason reported to `onError`, when `top` cannot be opened as a folder.
+/// Returns false, with the reason reported to `onError`, if `top` cannot be opened as a folder.
 bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor()>& makeVisitor,
               const std::function<void(const PlatformError&)>& onError);
 

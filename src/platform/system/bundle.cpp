@@ -4,18 +4,13 @@
 
 #include "platform/system/bundle.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <QByteArray>
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdint>
 
-#include "platform/files/descriptor.h"
+#include "platform/files/reading.h"
 #include "platform/system/old_property_list.h"
 
 namespace vesk {
@@ -25,36 +20,7 @@ namespace {
 constexpr std::string_view identifierKey = "CFBundleIdentifier";
 constexpr std::array<const char*, 4> places = {"Contents/Info.plist", "Support Files/Info.plist",
                                                "Resources/Info.plist", "Info.plist"};
-// Reading a file must not show as a use of the application.
-#ifdef O_NOATIME
-constexpr int withoutTrace = O_NOATIME;
-#else
-constexpr int withoutTrace = 0;
-#endif
-constexpr int fileFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-constexpr off_t largestRead = 16'000'000;
-
-// The bytes of a regular file; absent when it cannot be read. A FIFO or a device does not hold the reader up.
-std::optional<std::string> bytesOf(const std::filesystem::path& path) {
-    Descriptor file(open(path.c_str(), fileFlags | withoutTrace));
-    if (!file && errno == EPERM) {  // only the owner may read without a trace
-        file = Descriptor(open(path.c_str(), fileFlags));
-    }
-    struct stat found {};
-    if (!file || fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode) || found.st_size > largestRead) {
-        return std::nullopt;
-    }
-    std::string bytes(static_cast<std::size_t>(found.st_size), '\0');
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-        const ssize_t got = read(file.get(), bytes.data() + length, bytes.size() - length);
-        if (got == 0 || (got < 0 && errno != EINTR)) {
-            return std::nullopt;
-        }
-        length += got > 0 ? static_cast<std::size_t>(got) : 0;
-    }
-    return bytes;
-}
+constexpr std::int64_t largestRead = 16'000'000;
 
 // Reads on to the top element. A property list declares no entities; with some, a few bytes could stand for thousands,
 // over and over.
@@ -238,7 +204,7 @@ private:
 
 std::optional<std::string> bundleIdentifier(const std::filesystem::path& bundle) {
     for (const char* place : places) {
-        if (const std::optional<std::string> bytes = bytesOf(bundle / place)) {
+        if (const std::optional<std::string> bytes = readWithoutTrace(bundle / place, largestRead)) {
             return bundleIdentifierIn(*bytes);
         }
     }

@@ -1,4 +1,4 @@
-// What an application's bundle says of itself. Callable from any thread.
+// Reads an application bundle's identifier. Callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -8,13 +8,13 @@
 
 namespace vesk {
 
-/// The bundle identifier (CFBundleIdentifier) of the application at `bundle`, as UTF-8. Looks for Info.plist in
-/// Contents, "Support Files", Resources and the bundle's own top, in this order; the first one that can be read counts.
-/// Absent when there is none, it is larger than 16 MB, or it tells no identifier.
+/// The bundle identifier (CFBundleIdentifier) of the application at `bundle`, in UTF-8. Looks for Info.plist in
+/// Contents, "Support Files", Resources and the bundle's top folder, in this order, and uses the first that can be
+/// read. Absent if there is none, it is larger than 16 MB, or it has no identifier.
 std::optional<std::string> bundleIdentifier(const std::filesystem::path& bundle);
 
-/// The identifier in the bytes of an Info.plist: XML, binary, or the text form older than XML. Absent when the bytes
-/// are none of these, or broken before their end, or the identifier is missing or not a text.
+/// The identifier in an Info.plist: XML, binary, or the older text form. Absent if the bytes are none of these, are
+/// broken before the identifier, or it is missing or not a string.
 std::optional<std::string> bundleIdentifierIn(std::string_view informationPropertyList);
 
 }  // namespace vesk

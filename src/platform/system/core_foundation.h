@@ -1,4 +1,5 @@
-// Ownership of Core Foundation's objects, and its texts and places; for this folder's macOS sources alone. Any thread.
+// Ownership of Core Foundation objects, strings and URLs; only for macOS sources of this layer. Callable from any
+// thread.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -15,17 +16,17 @@ struct CoreFoundationRelease {
     void operator()(CFTypeRef object) const { CFRelease(object); }
 };
 
-/// Owns an object that a function with Create or Copy in its name returned; null when it returned none.
+/// Owns an object returned by a function with Create or Copy in its name; null if it returned none.
 template <typename Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, CoreFoundationRelease>;
 
-/// A text; null when the bytes are not UTF-8.
+/// A string; null if the bytes are not UTF-8.
 inline Owned<CFStringRef> makeString(std::string_view text) {
     return Owned<CFStringRef>(CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),
                                                       static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
 }
 
-/// The place of a folder; null when its path cannot be one.
+/// The URL of a folder; null if its path is invalid.
 inline Owned<CFURLRef> makeFolderPlace(const std::filesystem::path& folder) {
     const std::string& path = folder.native();
     return Owned<CFURLRef>(CFURLCreateFromFileSystemRepresentation(

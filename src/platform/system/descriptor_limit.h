@@ -16,10 +16,10 @@ unsigned long raiseDescriptorLimit();
 template <typename Open>
 auto patiently(Open open) {
     constexpr int tries = 200;
-    constexpr auto pause = std::chrono::milliseconds(5);
+    constexpr auto untilNextTry = std::chrono::milliseconds(5);
     auto opened = open();
     for (int i = 0; i < tries && !opened && (errno == EMFILE || errno == ENFILE); ++i) {
-        std::this_thread::sleep_for(pause);
+        std::this_thread::sleep_for(untilNextTry);
         opened = open();
     }
     return opened;

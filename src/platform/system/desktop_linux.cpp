@@ -1,5 +1,5 @@
-// Desktops on Linux have no setting for motion in common. GTK's is honoured by most of them (its own settings file,
-// which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has one of its own.
+// Desktops on Linux have no settings for motion and for the size of text in common. GTK's are honoured by most of them
+// (its own settings file, which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has its own.
 
 #include <filesystem>
 #include <fstream>
@@ -11,20 +11,14 @@
 #include <system_error>
 
 #include "platform/system/desktop.h"
+#include "platform/text.h"
 #include "platform/world.h"
 
 namespace vesk {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+constexpr std::string_view iniBlanks = " \t\r";
 
 // The value of a key in a section of an .ini file; absent when the file, the section or the key is missing.
 std::optional<std::string> iniValue(const std::filesystem::path& path, std::string_view section, std::string_view key) {
@@ -35,14 +29,14 @@ std::optional<std::string> iniValue(const std::filesystem::path& path, std::stri
     std::ifstream file(path);
     bool inSection = false;
     for (std::string line; std::getline(file, line);) {
-        const std::string_view text = trimmed(line);
+        const std::string_view text = trimmed(line, iniBlanks);
         if (text.starts_with('[')) {
             inSection = text.substr(1).starts_with(section) && text.ends_with(']') && text.size() == section.size() + 2;
             continue;
         }
         const std::size_t equals = text.find('=');
-        if (inSection && equals != std::string_view::npos && trimmed(text.substr(0, equals)) == key) {
-            return std::string(trimmed(text.substr(equals + 1)));
+        if (inSection && equals != std::string_view::npos && trimmed(text.substr(0, equals), iniBlanks) == key) {
+            return std::string(trimmed(text.substr(equals + 1), iniBlanks));
         }
     }
     return std::nullopt;
@@ -52,13 +46,21 @@ bool isFalse(const std::optional<std::string>& value) {
     return value && (*value == "0" || *value == "false" || *value == "False" || *value == "FALSE");
 }
 
-// Reads the number with a decimal point, whatever the user's locale writes. (libc++ has no std::from_chars for
-// doubles.)
-bool isZero(const std::optional<std::string>& value) {
+// The number with a decimal point, whatever the user's locale writes; absent where there is none. (libc++ has no
+// std::from_chars for doubles.)
+std::optional<double> numberIn(const std::optional<std::string>& value) {
     std::istringstream stream(value.value_or(""));
     stream.imbue(std::locale::classic());
-    double number = 1;
-    return stream >> number && number <= 0;
+    double number = 0;
+    return stream >> number ? std::optional(number) : std::nullopt;
+}
+
+// Dots per inch that text is set for, as a multiple of the usual ones; 1 where a setting says nothing sensible.
+double scaleOf(std::optional<double> dotsPerInch) {
+    constexpr double usual = 96;
+    constexpr double least = 48;
+    constexpr double most = 480;
+    return dotsPerInch && *dotsPerInch >= least && *dotsPerInch <= most ? *dotsPerInch / usual : 1;
 }
 
 }  // namespace
@@ -70,7 +72,26 @@ bool reducedMotionWanted() {
             return true;
         }
     }
-    return isZero(iniValue(settings / "kdeglobals", "KDE", "AnimationDurationFactor"));
+    return numberIn(iniValue(settings / "kdeglobals", "KDE", "AnimationDurationFactor")).value_or(1) <= 0;
+}
+
+double desktopTextScale() {
+    constexpr double gtkUnits = 1024;  // of a dot per inch
+    const std::filesystem::path& settings = world().configHome;
+    for (const std::string_view key : {"forceFontDPIWayland", "forceFontDPI"}) {
+        const double scale = scaleOf(numberIn(iniValue(settings / "kcmfonts", "General", key)));
+        if (scale != 1) {
+            return scale;
+        }
+    }
+    for (const std::string_view toolkit : {"gtk-4.0", "gtk-3.0"}) {
+        const auto value = numberIn(iniValue(settings / toolkit / "settings.ini", "Settings", "gtk-xft-dpi"));
+        const double scale = value ? scaleOf(*value / gtkUnits) : 1;
+        if (scale != 1) {
+            return scale;
+        }
+    }
+    return 1;
 }
 
 void openFullDiskAccessSettings() {

@@ -12,6 +12,10 @@ bool reducedMotionWanted() {
     return send<BOOL>(send(classNamed("NSWorkspace"), "sharedWorkspace"), "accessibilityDisplayShouldReduceMotion");
 }
 
+double desktopTextScale() {
+    return 1;
+}
+
 void openFullDiskAccessSettings() {
     const Owned<CFStringRef> text =
         makeString("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles");

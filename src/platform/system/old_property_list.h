@@ -1,4 +1,5 @@
-// Property lists in the text form that is older than XML: { key = value; ... }. Callable from any thread.
+// Property lists in the text form that preceded XML: { key = value; ... }. Used by bundle.cpp; callable from any
+// thread.
 #pragma once
 
 #include <optional>
@@ -7,9 +8,9 @@
 
 namespace vesk {
 
-/// The text that a key of the list's top dictionary has, as UTF-8; the dictionary's braces may be missing. Absent when
-/// there is no such key, its value is no text, or the bytes up to there are no such list. Bytes are read as UTF-8, or
-/// as what a byte order mark at their start says.
+/// The string value of a key in the list's top dictionary, in UTF-8; the dictionary's braces may be missing. Absent if
+/// there is no such key, its value is not a string, or the bytes up to it are malformed. Reads UTF-8, or the encoding
+/// that a byte order mark indicates.
 std::optional<std::string> textInOldPropertyList(std::string_view bytes, std::string_view key);
 
 }  // namespace vesk

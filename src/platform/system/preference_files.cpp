@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -14,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files/content.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/directory.h"
 #include "platform/files/moving.h"
@@ -65,28 +65,18 @@ StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_
     if (!S_ISREG(found.st_mode)) {
         return {};
     }
-    const auto isTooLong = [](std::size_t size) { return size > Preferences::largestValue; };
-    const auto size = static_cast<std::size_t>(found.st_size);
-    if (isTooLong(size)) {
+    if (static_cast<std::size_t>(found.st_size) > Preferences::largestValue) {
         return {};
     }
     std::string bytes;
-    bytes.reserve(size);
-    std::array<char, std::size_t{64} * 1024> buffer{};
-    while (!isTooLong(bytes.size())) {
-        const ssize_t got = ::read(file.get(), buffer.data(), buffer.size());
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got < 0) {
-            return {std::nullopt, unreadable};
-        }
-        if (got == 0) {
+    switch (readAll(file.get(), Preferences::largestValue, bytes)) {
+        case 0:
             return {std::move(bytes)};
-        }
-        bytes.append(buffer.data(), static_cast<std::size_t>(got));
+        case EFBIG:
+            return {};
+        default:
+            return {std::nullopt, unreadable};
     }
-    return {};  // it has grown meanwhile
 }
 
 bool writePreferenceFile(const std::filesystem::path& folder, std::string_view key, std::string_view bytes) {

@@ -1,6 +1,5 @@
-// Preferences as files: one for each key, in a folder that only its owner may read. Each is replaced whole, so that a
-// reader finds the old value or the new one. Used by preferences_*.cpp and state/receipts.cpp; callable from any
-// thread.
+// Preferences as files: one per key, in a folder that only its owner may read. Each is replaced whole, so that a reader
+// finds the old value or the new one. Used by preferences_*.cpp and state/receipts.cpp; callable from any thread.
 #pragma once
 
 #include <filesystem>
@@ -12,20 +11,20 @@
 
 namespace vesk {
 
-/// The bytes stored under a key.
+/// Reads the bytes stored under a key.
 StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_view key);
 
-/// Stores bytes under a key, making the folder when it is missing. Returns false, with the old value kept, on failure.
+/// Stores bytes under a key, creating the folder if it is missing. On failure returns false and keeps the old value.
 bool writePreferenceFile(const std::filesystem::path& folder, std::string_view key, std::string_view bytes);
 
 /// Removes what is stored under a key.
 void removePreferenceFile(const std::filesystem::path& folder, std::string_view key);
 
-/// Removes the temporary files, in this folder, of writes that were killed. A write that is under way holds a lock on
-/// its file; where the file system knows no locks, nothing is removed.
+/// Removes the temporary files that killed writes left in this folder. A write in progress holds a lock on its file; on
+/// a file system without locks, nothing is removed.
 void removeUnfinishedPreferenceFiles(const std::filesystem::path& folder);
 
-/// Yes and no as such files hold them; absent for any other bytes.
+/// Booleans as stored in such files; absent for any other bytes.
 std::optional<bool> booleanFromPreferenceFile(const std::optional<std::string>& stored);
 std::string_view preferenceFileText(bool value);
 

@@ -1,18 +1,19 @@
-// How the program is asked to end, and how it ends at once. Main thread only.
+// Termination signals, and immediate exit. Main thread only.
 #pragma once
 
 namespace vesk {
 
-/// Writes a byte to a descriptor for each signal that asks the program to end (SIGTERM, SIGINT, SIGHUP), instead of
-/// ending it. Returns that descriptor, for the event loop to watch; -1 when this fails. Call it once.
+/// Makes each termination signal (SIGTERM, SIGINT, SIGHUP) write a byte to a pipe instead of ending the program; a
+/// signal that is ignored stays ignored. Returns the descriptor to watch in the event loop; -1 on failure. Call it
+/// once.
 int terminationSignalDescriptor();
 
-/// Has a write fail instead of ending the program when nobody reads it any more, or when its file may not grow
-/// (SIGPIPE, SIGXFSZ). Programs that this one runs get the default behaviour back.
+/// Ignores SIGPIPE and SIGXFSZ, so that a write without a reader or past the file size limit fails instead of ending
+/// the program. Programs started by runProcess get the default behaviour back.
 void outliveFailedWrites();
 
-/// Ends the process at once, whatever its threads are doing. Flushes standard output; runs no destructors and handlers
-/// of static storage.
+/// Ends the process immediately, whatever its threads are doing. Flushes standard output; runs no static destructors or
+/// exit handlers.
 [[noreturn]] void terminateNow(int status);
 
 }  // namespace vesk

@@ -4,6 +4,15 @@
 
 namespace vesk {
 
+UseDatesKept useDatesKept(const std::filesystem::path& path) {
+    struct statvfs found {};
+    if (statvfs(path.c_str(), &found) != 0) {
+        return {};
+    }
+    const bool ofFiles = (found.f_flag & ST_NOATIME) == 0;
+    return {ofFiles, ofFiles && (found.f_flag & ST_NODIRATIME) == 0};
+}
+
 VolumeFigures readVolumeFigures(const std::filesystem::path& path) {
     struct statvfs found {};
     if (statvfs(path.c_str(), &found) != 0) {

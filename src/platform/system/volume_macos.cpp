@@ -1,3 +1,6 @@
+#include <sys/mount.h>
+#include <sys/param.h>
+
 #include "platform/system/core_foundation.h"
 #include "platform/system/volume.h"
 
@@ -21,6 +24,12 @@ std::optional<std::int64_t> figure(CFURLRef place, CFStringRef key) {
 }
 
 }  // namespace
+
+UseDatesKept useDatesKept(const std::filesystem::path& path) {
+    struct statfs found {};
+    const bool kept = statfs(path.c_str(), &found) != 0 || (found.f_flags & MNT_NOATIME) == 0;
+    return {kept, kept};
+}
 
 VolumeFigures readVolumeFigures(const std::filesystem::path& path) {
     const Owned<CFURLRef> place = makeFolderPlace(path);

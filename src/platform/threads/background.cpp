@@ -29,6 +29,11 @@ void lowerPriority() {
     constexpr int background = 15;
     // On Linux a nice value belongs to a thread; the call takes its kernel id.
     setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), background);
+    // The lowest of the ordinary class: the disk serves others first, where it is told apart at all. The idle class
+    // would be served only when nobody else asks, and a scan beside a long copy would never end.
+    constexpr int oneThread = 1;
+    constexpr int lowestBestEffort = (2 << 13) | 7;
+    syscall(SYS_ioprio_set, oneThread, 0, lowestBestEffort);
 }
 
 #endif

@@ -1,6 +1,6 @@
-// Work sharing: work that comes in items, where one item may lead to more (a walk over folders, say), done by the
-// calling thread and by idle threads of the pool. Each thread works through its own items, newest first, so that few
-// are queued; a lock is taken only when one thread hands items to another.
+// Work sharing: the calling thread and idle threads of the pool process items, each of which may add more (a walk over
+// folders, say). Each thread works through its own items, newest first, so that few are queued; it takes a lock only to
+// join in, to hand items over or when it runs out of them.
 #pragma once
 
 #include <atomic>
@@ -16,18 +16,18 @@
 
 namespace vesk {
 
-/// `State` is what each participating thread has to itself.
+/// `State` is private to each participating thread.
 template <typename Item, typename State>
 class WorkSharing {
 public:
-    /// One thread's part in the work.
+    /// One thread's share of the work.
     class Worker {
     public:
         Worker(WorkSharing& work, State& own) : state(own), work_(work) {}
 
         State& state;
 
-        /// Adds an item, to be done by this thread or another.
+        /// Adds an item, for this thread or another.
         void add(Item item) {
             items_.push_back(std::move(item));
             // A single item stays on this thread: a chain of items would otherwise bounce between two.
@@ -36,19 +36,32 @@ public:
             }
         }
 
-        /// Hands items of this thread to an idle one. A long item calls it now and then; it costs next to nothing when
-        /// all threads are busy.
+        /// Hands items of this thread to an idle one, and notices whether the thread waits for the disk. A long item
+        /// calls it now and then; when all threads are busy it costs little more than a look at the clock.
         void offerItems() {
+            watch_.look();
+            if (!work_.sharing_ && watch_.hasWaited()) {
+                work_.sharing_ = true;
+            }
             if (!items_.empty() && work_.sharing_ && work_.someoneIsIdle()) {
                 work_.handOver(items_);
             }
         }
 
+        /// Whether a thread is idle and this one has no items for it: a long item may then add a part of itself.
+        bool lacksItems() const { return items_.empty() && work_.sharing_ && work_.someoneIsIdle(); }
+
+        /// Adds an item that goes to an idle thread at once, where there is one.
+        void addForOthers(Item item) {
+            items_.push_back(std::move(item));
+            offerItems();
+        }
+
         /// Whether items go to other threads. At first they do not: a little work is done before another thread has
-        /// woken.
+        /// woken, unless it has to wait for the disk.
         bool isSharing() const { return work_.sharing_; }
 
-        /// From here on they do. Does nothing when called again.
+        /// Starts sharing. Calling it again does nothing.
         void startSharing() {
             // Until the first call there is only the calling thread, so this needs no lock.
             if (!work_.sharing_) {
@@ -60,8 +73,9 @@ public:
     private:
         friend WorkSharing;
 
-        void doItems() {
-            while (!items_.empty()) {
+        // Does all items, unless the thread is one that may leave and should.
+        void doItems(bool mayLeave) {
+            while (!items_.empty() && !(mayLeave && tooManyThreadsAtWork())) {
                 const Item item = std::move(items_.back());
                 items_.pop_back();
                 offerItems();
@@ -71,20 +85,21 @@ public:
 
         WorkSharing& work_;
         std::deque<Item> items_;
+        DiskWatch watch_;
     };
 
-    /// `makeState` is called once for each participating thread, one call at a time; `doItem` on all of them at once.
+    /// `makeState` is called once per participating thread, one call at a time; `doItem` on all threads concurrently.
     WorkSharing(std::function<State()> makeState, std::function<void(const Item&, Worker&)> doItem)
         : makeState_(std::move(makeState)), doItem_(std::move(doItem)) {}
     WorkSharing(const WorkSharing&) = delete;
     WorkSharing& operator=(const WorkSharing&) = delete;
 
-    /// Does this item and all that it leads to; returns when the last is done. Call it once.
+    /// Processes this item and all that it leads to; returns when the last one is done. Call it once.
     void run(Item first) {
         Worker worker(*this, stateOfThisThread());
         worker.items_.push_back(std::move(first));
         for (;;) {
-            worker.doItems();
+            worker.doItems(false);
             std::unique_lock lock(lock_);
             callerWaits_.store(true, std::memory_order_relaxed);
             changed_.wait(lock, [this] { return !handedOver_.empty() || otherThreads_ == 0; });
@@ -93,6 +108,8 @@ public:
                 return;
             }
             takeInto(worker);
+            lock.unlock();
+            worker.watch_.restart();
         }
     }
 
@@ -114,33 +131,45 @@ private:
             changed_.notify_one();
         } else if (runOnIdleThread([this] { takePart(); })) {
             ++otherThreads_;
+            ++comingThreads_;
         } else {
             return;
         }
-        for (std::size_t half = (items.size() + 1) / 2; half > 0; --half) {
-            handedOver_.push_back(std::move(items.front()));
-            items.pop_front();
-        }
+        move((items.size() + 1) / 2, items, handedOver_);
     }
 
     // What a thread of the pool does. It last uses this object under the lock: `run` may return once that is free.
     void takePart() {
         Worker worker(*this, stateOfThisThread());
-        for (;;) {
+        for (bool coming = true;; coming = false) {
             {
                 const std::lock_guard lock(lock_);
-                if (handedOver_.empty()) {
+                comingThreads_ -= coming ? 1 : 0;
+                // What it has left when it is to leave, another does.
+                move(worker.items_.size(), worker.items_, handedOver_);
+                if (handedOver_.empty() || (!coming && tooManyThreadsAtWork())) {
                     --otherThreads_;
                     changed_.notify_one();
                     return;
                 }
                 takeInto(worker);
             }
-            worker.doItems();
+            worker.doItems(true);
         }
     }
 
-    void takeInto(Worker& worker) { worker.items_.swap(handedOver_); }
+    // Leaves a share to each thread that comes for it.
+    void takeInto(Worker& worker) {
+        const std::size_t takers = static_cast<std::size_t>(comingThreads_) + 1;
+        move((handedOver_.size() + takers - 1) / takers, handedOver_, worker.items_);
+    }
+
+    static void move(std::size_t count, std::deque<Item>& from, std::deque<Item>& to) {
+        for (; count > 0; --count) {
+            to.push_back(std::move(from.front()));
+            from.pop_front();
+        }
+    }
 
     const std::function<State()> makeState_;
     const std::function<void(const Item&, Worker&)> doItem_;
@@ -152,6 +181,7 @@ private:
     std::condition_variable changed_;
     std::deque<Item> handedOver_;
     int otherThreads_ = 0;
+    int comingThreads_ = 0;
     std::map<std::thread::id, State> states_;
 };
 

@@ -1,30 +1,19 @@
 // The Trash of the freedesktop.org Trash specification 1.0, on any POSIX system: the home Trash in World::dataHome, and
-// a Trash at the top of every other volume. Used by trash*.cpp alone; callable from any thread.
+// a Trash at the top of every other volume. Used only by trash*.cpp; callable from any thread.
 #pragma once
 
-#include <filesystem>
-#include <string>
-
+#include "platform/trash/held_item.h"
 #include "platform/trash/trash.h"
 
 namespace vesk {
 
-/// An item whose folder is open and known to be the one that was seen.
-struct HeldItem {
-    std::filesystem::path path;
-    /// The last part of `path`.
-    std::string name;
-    /// The folder's descriptor.
-    int folder = -1;
-};
-
 /// Moves an item to the Trash of its volume.
 TrashOutcome moveToFreedesktopTrash(const HeldItem& item);
 
-/// Whether the Trash that this system's user sees keeps a record that Vesk can read (trash_linux.cpp, trash_macos.cpp).
+/// Whether the user's Trash keeps records that Vesk can read (trash_linux.cpp, trash_macos.cpp).
 bool usersTrashKeepsRecords();
 
-/// Moves an item to that Trash.
+/// Moves an item to the user's Trash.
 TrashOutcome moveToUsersTrash(const HeldItem& item);
 
 }  // namespace vesk

@@ -14,7 +14,6 @@
 #include "platform/files/identity.h"
 #include "platform/files/moving.h"
 #include "platform/files/syncing.h"
-#include "platform/text.h"
 #include "platform/trash/freedesktop_trash.h"
 #include "platform/trash/trash_record.h"
 #include "platform/world.h"
@@ -24,51 +23,6 @@ namespace vesk {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Whether the item's path leads into the folder without a step back. "/" and "" hold nothing.
-bool leadsBelow(const fs::path& item, const fs::path& folder) {
-    if (!folder.is_absolute() || !folder.has_relative_path()) {
-        return false;
-    }
-    auto part = item.begin();
-    for (const fs::path& expected : folder) {
-        if (expected.empty()) {
-            continue;  // after a slash at the end
-        }
-        if (part == item.end() || *part != expected) {
-            return false;
-        }
-        ++part;
-    }
-    if (part == item.end()) {
-        return false;
-    }
-    for (; part != item.end(); ++part) {
-        if (part->empty() || *part == "." || *part == "..") {
-            return false;
-        }
-    }
-    return true;
-}
-
-// The one place that says what Vesk may take away: what the user sees as lying in the home folder, and the system's
-// folders of temporary files. The path counts as the scan saw it, so a caches folder that is a link to another disk
-// stays within reach; that the link leads where it led then is told by the identity of the folder.
-bool isWithinReach(const fs::path& item) {
-    return leadsBelow(item, world().home) || leadsBelow(item, world().rooted("/private/var/folders"));
-}
-
-// Why an item is not the old one that was seen, by one look at it; 0 when it is, or when its age is of no matter.
-int failureIfNewer(const SeenItem& item, int folder) {
-    if (!item.dates.modified && !item.dates.accessed) {
-        return 0;
-    }
-    ResourceValues values;
-    if (const int failure = statItem(folder, item.path.filename().c_str(), values)) {
-        return failure;
-    }
-    return isNewer(values, item.dates) ? ESTALE : 0;
-}
 
 bool isUsable(const fs::path& path) {
     return path.is_absolute() && path.native().find('\0') == fs::path::string_type::npos;
@@ -164,10 +118,10 @@ int failureOfMaking(fs::path folder) {
 
 // Where a file system does not keep the order of changes to names, a power loss may find an item's old name gone and
 // the new one not made. The new one first, then.
-void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldFolder) {
+void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldFolder, NameOrder& order) {
     for (const fs::path& folder : {newFolder, oldFolder}) {
         const Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::follow);
-        if (opened && !keepsOrderOfNames(opened.get())) {
+        if (opened && !order.isKept(opened.get())) {
             fsync(opened.get());
         }
     }
@@ -175,28 +129,7 @@ void syncWhereNamesAreNotOrdered(const fs::path& newFolder, const fs::path& oldF
 
 }  // namespace
 
-TrashOutcome moveToTrash(const SeenItem& item) {
-    const auto notMoved = [](int number) { return TrashOutcome{posixError(number), {}, {}}; };
-    if (!isWithinReach(item.path)) {
-        return notMoved(EPERM);
-    }
-    if (!isUtf8(item.path.string())) {
-        return notMoved(EILSEQ);
-    }
-    const Descriptor folder = openFolder(AT_FDCWD, item.path.parent_path().c_str(), LastLink::follow);
-    if (!folder) {
-        return notMoved(errno);
-    }
-    if (!item.folder || folderIdentity(folder.get()) != item.folder) {
-        return notMoved(ESTALE);
-    }
-    if (const int failure = failureIfNewer(item, folder.get())) {
-        return notMoved(failure);
-    }
-    return moveToUsersTrash({item.path, item.path.filename().string(), folder.get()});
-}
-
-std::optional<PlatformError> restoreItem(const TrashedItem& item) {
+std::optional<PlatformError> restoreItem(const TrashedItem& item, NameOrder& order) {
     if (!isUsable(item.place) || !isUsable(item.original)) {
         return posixError(EINVAL);
     }
@@ -214,8 +147,13 @@ std::optional<PlatformError> restoreItem(const TrashedItem& item) {
     if (const int failure = moveBack(item, *finding.item)) {
         return posixError(failure);
     }
-    syncWhereNamesAreNotOrdered(item.original.parent_path(), item.place.parent_path());
+    syncWhereNamesAreNotOrdered(item.original.parent_path(), item.place.parent_path(), order);
     return std::nullopt;
+}
+
+std::optional<PlatformError> restoreItem(const TrashedItem& item) {
+    NameOrder order;
+    return restoreItem(item, order);
 }
 
 void forgetReturned(const TrashedItem& item) {

@@ -1,4 +1,4 @@
-// The record that a Trash keeps of each item: the "trashinfo" file of the freedesktop.org Trash specification 1.0.
+// The contents of a Trash's record of an item: the "trashinfo" file of the freedesktop.org Trash specification 1.0.
 // Pure functions, callable from any thread.
 #pragma once
 
@@ -10,18 +10,18 @@
 
 namespace vesk {
 
-/// What follows an item's name in the Trash in the name of its record.
+/// What a record's name adds to its item's name in the Trash.
 inline constexpr std::string_view trashInfoSuffix = ".trashinfo";
 
-/// The text of the record of an item that came from `place` (absolute, or relative to the folder that its volume is
-/// mounted at; any bytes) and was deleted at this time.
+/// The text of the record of an item that was at `place` (absolute, or relative to the top of its volume; any bytes)
+/// and was deleted at this time.
 std::string trashInfoText(std::string_view place, Date deleted);
 
-/// The place that a record tells; absent when it tells none.
+/// The original place in a record; absent if it has none.
 std::optional<std::string> placeInTrashInfo(std::string_view text);
 
-/// The date of deletion that a record tells, to the second; absent when it tells none. Records keep local time without
-/// its zone: it is taken for this machine's, and an hour that comes twice for the first of the two.
+/// The deletion date in a record, to the second; absent if it has none. Records contain local time without a zone: this
+/// machine's zone is assumed, and of an hour that occurs twice, the first.
 std::optional<Date> deletionInTrashInfo(std::string_view text);
 
 }  // namespace vesk

@@ -16,7 +16,7 @@ TrashOutcome moveToUsersTrash(const HeldItem& item) {
     if (usersTrashKeepsRecords()) {
         return moveToFreedesktopTrash(item);
     }
-    const std::optional<LastingIdentity> before = lastingIdentity(item.folder, item.name.c_str());
+    const std::optional<LastingIdentity> before = lastingIdentity(item.folder.get(), item.name.c_str());
     // -[NSFileManager trashItemAtURL:resultingItemURL:error:] underneath: it moves a link itself, and on to the Trash
     // of the volume that the item lies on. It takes a path, so the folder was looked at just before.
     QString where;

@@ -9,9 +9,9 @@
 #include <optional>
 #include <utility>
 
+#include "platform/files/content.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/identity.h"
-#include "platform/files/moving.h"
 #include "platform/files/syncing.h"
 #include "platform/trash/trash_info.h"
 
@@ -70,12 +70,10 @@ std::optional<bool> isNoted(const Descriptor& record, const TrashedItem& item) {
 // that was written need not be asked: it is local time, and the zone may have been another one then.
 bool agrees(const Descriptor& record, const TrashedItem& item) {
     constexpr std::size_t longest = 16'384;
-    std::array<char, longest> bytes{};
-    ssize_t length = 0;
-    do {
-        length = read(record.get(), bytes.data(), bytes.size());
-    } while (length < 0 && errno == EINTR);
-    const std::string_view text(bytes.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    std::string text;
+    if (const int failure = readAll(record.get(), longest, text); failure != 0 && failure != EFBIG) {
+        return false;
+    }
     const std::optional<std::string> place = placeInTrashInfo(text);
     const std::optional<Date> deleted = deletionInTrashInfo(text);
     return place && deleted && (*deleted <= item.cleaned || isNoted(record, item).value_or(false)) &&
@@ -93,18 +91,17 @@ int writeRecord(int infoFolder, const std::string& name, std::string_view text, 
     if (!file) {
         return errno;
     }
-    // Its name needs no forcing to disk where the file system keeps the order of changes to names: the item's later
-    // rename never outlives a power loss that the name does not.
-    int failure = writeAll(file.get(), text);
-    if (failure == 0 && (fsync(file.get()) != 0 || (!keepsOrderOfNames(infoFolder) && fsync(infoFolder) != 0))) {
-        failure = errno;
-    }
+    const int failure = writeAll(file.get(), text);
     if (failure != 0) {
         removeRecord(infoFolder, name, file);
         return failure;
     }
     record = std::move(file);
     return 0;
+}
+
+int syncRecord(int infoFolder, bool keepsOrder, const Descriptor& record) {
+    return fsync(record.get()) != 0 || (!keepsOrder && fsync(infoFolder) != 0) ? errno : 0;
 }
 
 Holder holderOf(int folder, const std::string& name, const Descriptor& file) {

@@ -25,8 +25,54 @@ Item {
     readonly property alias button: button
     /// Room on both sides, for the shadow and the focus ring.
     property real sideRoom: 0
+    /// How much of it is there: 0 nothing, 1 all; a little more where it swings beyond its place.
+    property real presence: 1
+    /// Whether it is being seen off.
+    property bool going: false
+
+    /// It has been seen off.
+    signal gone
+
+    /// Springs up.
+    function come() {
+        if (!Motion.reduced) {
+            motion.from = 0;
+            motion.to = 1;
+            motion.restart();
+        }
+    }
+
+    /// Springs away, and is gone as soon as there is nothing of it.
+    function go() {
+        going = true;
+        enabled = false;
+        if (Motion.reduced) {
+            gone();
+            return;
+        }
+        motion.from = presence;
+        motion.to = 0;
+        motion.restart();
+    }
 
     implicitHeight: button.implicitHeight
+    opacity: Math.max(0, Math.min(presence, 1))
+    onPresenceChanged: {
+        if (going && presence <= 0) {
+            motion.stop();
+            gone();
+        }
+    }
+
+    // The list itself would keep rows from where they belong when they get higher meanwhile, as wrapped lines do.
+    NumberAnimation {
+        id: motion
+
+        target: row
+        property: "presence"
+        duration: ListSpring.duration
+        easing: ListSpring.easing
+    }
 
     PressableButton {
         id: button
@@ -38,32 +84,41 @@ Item {
         leftPadding: 16
         rightPadding: 12
         verticalPadding: 14
+        scale: 0.8 + 0.2 * row.presence
         text: row.title
         onClicked: row.store.detailID = row.cardId
 
         Accessible.name: row.title
         hint: `${Theme.bucketLabel(row.bucket)}. ${row.amount}. ${row.summary}`
 
-        background: Rectangle {
-            radius: 20
-            color: button.hovered && !button.down ? Qt.lighter(Theme.card, 1.02) : Theme.card
-            opacity: row.selected ? 1 : 0.7
+        background: Item {
+            scale: button.pressable.scale
 
-            SoftShadow {
-                visible: row.selected
-                cornerRadius: 20
-                blurRadius: 12
-                offset: 3
-                color: Theme.faded(Theme.ink, 0.1)
+            Rectangle {
+                objectName: "cardPlate"
+                anchors.fill: parent
+                radius: 20
+                color: button.hovered ? Theme.hovered(Theme.card, row.tint) : Theme.card
+                opacity: row.selected || button.hovered ? 1 : 0.7
+
+                SoftShadow {
+                    visible: row.selected
+                    cornerRadius: 20
+                    blurRadius: 12
+                    offset: 3
+                    color: Theme.faded(Theme.ink, 0.1)
+                }
             }
+            // Beside the plate rather than on it, so that a card that is not ticked does not dim it.
             FocusRing {
                 control: button
-                anchors.margins: -2
-                radius: 22
+                cornerRadius: 20
+                gap: 0
             }
         }
         contentItem: RowLayout {
             spacing: 14
+            scale: button.pressable.scale
 
             Rectangle {
                 implicitWidth: 46
@@ -74,7 +129,7 @@ Item {
                 Pictogram {
                     anchors.centerIn: parent
                     symbol: row.symbol
-                    color: row.tint
+                    color: Theme.mark(row.tint)
                     size: 24
                 }
             }
@@ -97,6 +152,12 @@ Item {
                 tint: row.tint
                 checked: row.selected
                 onToggled: row.store.setSelected(row.cardId, checked)
+            }
+            Pictogram {
+                Layout.leftMargin: -8
+                symbol: "chevron.right"
+                color: button.hovered ? Theme.ink : Theme.softInk
+                size: 14
             }
         }
     }

@@ -9,6 +9,12 @@ ColumnLayout {
     id: pane
 
     required property Store store
+    readonly property alias list: list
+
+    /// Leads to the first ticked card.
+    function showPicked() {
+        list.focusRow(store.cards.firstSelected());
+    }
 
     spacing: 12
 
@@ -20,15 +26,29 @@ ColumnLayout {
     }
     RowLayout {
         Layout.fillWidth: true
+        visible: pane.store.cards.count > 0
         spacing: Theme.wideGap
 
-        Label {
+        Column {
             Layout.fillWidth: true
-            text: "Best first"
-            font.pixelSize: Theme.headline
-            weight: Font.Bold
-            elide: Text.ElideRight
-            Accessible.role: Accessible.Heading
+
+            Label {
+                objectName: "listHeading"
+                width: parent.width
+                text: "Best first"
+                font.pixelSize: Theme.headline
+                weight: Font.Bold
+                elide: Text.ElideRight
+                Accessible.role: Accessible.Heading
+            }
+            PickedButton {
+                objectName: "headPicked"
+                quiet: true
+                x: -leftPadding
+                verticalPadding: 2
+                store: pane.store
+                onClicked: pane.showPicked()
+            }
         }
         ActionButton {
             objectName: "safeOnlyButton"
@@ -54,6 +74,9 @@ ColumnLayout {
             visible: pane.store.cards.count === 0 && pane.store.phase !== "scanning"
             spacing: Theme.gap
 
+            EmptyDrawing {
+                anchors.horizontalCenter: parent.horizontalCenter
+            }
             Label {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
@@ -80,6 +103,18 @@ ColumnLayout {
             cacheBuffer: 2400
             Accessible.name: "Cards"
 
+            /// The same as `turn`; the focus, where a row has it, goes along.
+            function turnWithFocus(key: int): bool {
+                const hadFocus = activeFocus;
+                if (!turn(key)) {
+                    return false;
+                }
+                if (hadFocus) {
+                    focusRow(key === Qt.Key_Home || key === Qt.Key_PageUp ? rowAtEdge(false) : rowAtEdge(true));
+                }
+                return true;
+            }
+
             function focusRow(row: int) {
                 if (row < 0 || row >= count) {
                     return;
@@ -97,6 +132,13 @@ ColumnLayout {
                 store: pane.store
                 width: ListView.view.width
                 sideRoom: list.sideRoom
+                // As a scan ends, its cards come and go within a spring.
+                ListView.onAdd: come()
+                ListView.onRemove: {
+                    ListView.delayRemove = !Motion.reduced;
+                    go();
+                }
+                onGone: ListView.delayRemove = false
                 Keys.onUpPressed: list.focusRow(index - 1)
                 Keys.onDownPressed: list.focusRow(index + 1)
                 button.onActiveFocusChanged: {
@@ -105,6 +147,9 @@ ColumnLayout {
                     }
                 }
             }
+        }
+        ListFade {
+            list: list
         }
     }
 }

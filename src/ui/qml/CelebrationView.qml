@@ -26,7 +26,7 @@ ModalLayer {
     Keys.onSpacePressed: close()
     Component.onCompleted: pop = true
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: `${title.text} ${amount}. ${reassurance} ${snapshotsText.text} ${failuresText.text}`.trim()
+    Accessible.name: Words.joined([title.text, amount + ".", reassurance, snapshotsText.text, failuresText.text], " ")
     Accessible.focusable: true
     Accessible.onPressAction: close()
 
@@ -72,7 +72,7 @@ ModalLayer {
 
                 objectName: "celebrationAmount"
                 text: view.amount
-                color: Theme.accent
+                color: Theme.mark(Theme.accent)
                 font.pixelSize: Theme.title
                 weight: Font.Black
                 bottomPadding: 8
@@ -102,6 +102,14 @@ ModalLayer {
                     ? view.counted(view.info.failures, "item") + " couldn't be moved (maybe in use)." : ""
                 color: Theme.softInk
                 font.pixelSize: Theme.callout
+            }
+            Line {
+                objectName: "celebrationHint"
+                text: "Click anywhere to close"
+                color: Theme.softInk
+                font.pixelSize: Theme.caption
+                topPadding: Theme.gap
+                announcedByParent: true
             }
         }
     }

@@ -16,6 +16,7 @@ MessageDialog {
             + (store.selectedSnapshots >= 1
                ? " Time Machine snapshots can't go in the Trash, so those are removed for good." : "");
     }
+    items: store.selectedTitles
     acceptText: store.previewOnly ? "Run preview" : "Move to Trash"
     rejectText: "Cancel"
 }

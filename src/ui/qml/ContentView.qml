@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Vesk
 
 FocusScope {
@@ -19,84 +20,126 @@ FocusScope {
         : store.showConfirm ? "confirm"
         : store.detailID !== "" ? "detail"
         : store.celebration !== null ? "celebration" : ""
-    /// What had the focus when the first layer came, and whether the keyboard had put it there.
-    property Item focusBefore: null
-    property bool focusBeforeShown: false
+    /// The screen's control that had the focus last, and whether the keyboard had put it there. A button that has become
+    /// unavailable has lost the focus, but it is where the user was.
+    property Item lastFocused: null
+    property bool lastFocusedShown: false
+    readonly property Item focused: Window.activeFocusItem
+    readonly property bool focusShown: (focused as T.Control)?.visualFocus ?? false
 
+    onFocusedChanged: {
+        // A button that is available again has the focus again, which is not the user's doing.
+        if (screen.enabled && focused?.activeFocusOnTab && focused !== lastFocused) {
+            lastFocused = focused;
+            lastFocusedShown = (focused as T.Control)?.visualFocus ?? false;
+        }
+    }
+    // It is said after the focus itself has moved; and it ends before, which is not the user's doing.
+    onFocusShownChanged: {
+        if (focusShown && focused === lastFocused) {
+            lastFocusedShown = true;
+        }
+    }
     onTopLayerChanged: {
-        if (topLayer !== "" && screen.enabled) {
-            focusBefore = Window.activeFocusItem;
-            focusBeforeShown = (focusBefore as PressableButton)?.visualFocus ?? false;
-            screen.enabled = false;
-        } else if (topLayer === "") {
-            screen.enabled = true;
-            // A button may have become unavailable meanwhile.
-            if (!focusBefore?.enabled) {
-                tabs.forceActiveFocus();
-            } else {
-                focusBefore.forceActiveFocus(focusBeforeShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
-            }
-            focusBefore = null;
+        screen.enabled = topLayer === "";
+        if (screen.enabled) {
+            giveFocusBack();
         }
     }
 
-    Component.onCompleted: store.scan()
+    // To where the user was, or to the next control that is available.
+    function giveFocusBack() {
+        const wanted = lastFocused === null ? tabs : lastFocused;
+        const isThere = wanted.visible && wanted.enabled && wanted.activeFocusOnTab;
+        const item = isThere ? wanted : wanted.nextItemInFocusChain();
+        item.forceActiveFocus(lastFocusedShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
+    }
 
+    Component.onCompleted: store.scan()
+    Keys.onPressed: event => {
+        if (topLayer === "") {
+            event.accepted = tab === 0
+                ? cardsPane.list.turnWithFocus(event.key) : (historyPlace.itemAt(0) as HistoryPane)?.list.turn(event.key) ?? false;
+        }
+    }
+
+    InputGuard {
+        objectName: "inputGuard"
+        front: content.topLayer
+        // So long does a celebration spring up. Nobody has read it before.
+        settling: content.topLayer === "celebration" ? 500 : 0
+    }
     DiagonalGradient {
         anchors.fill: parent
         from: Theme.cream
         to: Theme.peach
     }
 
-    RowLayout {
-        id: screen
+    ScrollArea {
+        id: viewport
 
-        objectName: "screen"
-        anchors.top: parent.top
-        anchors.topMargin: Theme.margin + content.titleBarInset
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: Theme.margin
-        anchors.horizontalCenter: parent.horizontalCenter
-        // Lines of text and the way from a title to its switch get no longer than the eye can follow.
-        width: Math.min(parent.width - 2 * Theme.margin, 1432)
-        spacing: 32
+        objectName: "viewport"
+        anchors.fill: parent
+        contentWidth: Math.max(width, 980)
+        contentHeight: Math.max(height, 660)
+        T.ScrollBar.horizontal: SlimScrollBar {}
 
-        LeftPanel {
-            id: leftPanel
+        RowLayout {
+            id: screen
 
-            objectName: "leftPanel"
-            Layout.preferredWidth: 360
-            Layout.fillHeight: true
-            store: content.store
-        }
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            // Lists scroll out beneath the window's edge rather than end short of it.
-            Layout.bottomMargin: -Theme.margin
-            spacing: Theme.wideGap
+            objectName: "screen"
+            x: (viewport.contentWidth - width) / 2
+            y: Theme.margin + content.titleBarInset
+            // Lines of text and the way from a title to its switch get no longer than the eye can follow.
+            width: Math.min(viewport.contentWidth - 2 * Theme.margin, 1432)
+            height: viewport.contentHeight - y - Theme.margin
+            spacing: 32
 
-            SegmentedSwitch {
-                id: tabs
+            LeftPanel {
+                id: leftPanel
 
-                objectName: "tabs"
-                Layout.preferredWidth: 220
-                Layout.alignment: Qt.AlignHCenter
-                choices: ["Found", "History"]
+                objectName: "leftPanel"
+                Layout.preferredWidth: 360
+                Layout.fillHeight: true
+                store: content.store
+                onShowPicked: {
+                    content.tab = 0;
+                    cardsPane.showPicked();
+                }
             }
-            CardsPane {
+            ColumnLayout {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                visible: content.tab === 0
-                store: content.store
-            }
-            Repeater {
-                model: content.tab === 1 ? 1 : 0
+                // Lists scroll out beneath the window's edge rather than end short of it.
+                Layout.bottomMargin: -Theme.margin
+                spacing: Theme.wideGap
 
-                HistoryPane {
+                SegmentedSwitch {
+                    id: tabs
+
+                    objectName: "tabs"
+                    Layout.preferredWidth: 220
+                    Layout.alignment: Qt.AlignHCenter
+                    choices: ["Found", "History"]
+                }
+                CardsPane {
+                    id: cardsPane
+
                     Layout.fillWidth: true
                     Layout.fillHeight: true
+                    visible: content.tab === 0
                     store: content.store
+                }
+                Repeater {
+                    id: historyPlace
+
+                    model: content.tab === 1 ? 1 : 0
+
+                    HistoryPane {
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                        store: content.store
+                    }
                 }
             }
         }

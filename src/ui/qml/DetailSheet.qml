@@ -3,7 +3,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Vesk
 
 ModalLayer {
@@ -18,6 +17,7 @@ ModalLayer {
 
     onAccepted: dismiss()
     onRejected: dismiss()
+    Keys.onPressed: event => event.accepted = Scrolling.turn(body, event.key)
 
     CardDetail {
         id: card
@@ -28,8 +28,8 @@ ModalLayer {
 
     DialogCard {
         objectName: "sheetFrame"
-        width: 480
-        height: 520
+        width: Math.min(480, parent.width - 2 * Theme.gap)
+        height: Math.min(520, parent.height - 2 * Theme.gap)
         Accessible.role: Accessible.Dialog
         Accessible.name: card.found ? card.title : "This card is gone."
 
@@ -37,38 +37,37 @@ ModalLayer {
             anchors.fill: parent
             anchors.margins: 26
             visible: card.found
-            spacing: 16
+            spacing: 12
 
             SheetHeader {
                 detail: card
                 tint: sheet.tint
             }
-            Flickable {
+            ScrollArea {
                 id: body
 
                 objectName: "sheetBody"
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 clip: true
-                contentHeight: bodyColumn.implicitHeight
-                boundsBehavior: Flickable.StopAtBounds
-                activeFocusOnTab: contentHeight > height
-                T.ScrollBar.vertical: SlimScrollBar {}
+                contentHeight: bodyColumn.height
+                activeFocusOnTab: overflows
                 Keys.onUpPressed: flick(0, 500)
                 Keys.onDownPressed: flick(0, -500)
                 Accessible.role: Accessible.Pane
                 Accessible.name: "Details"
                 Accessible.focusable: true
 
-                ColumnLayout {
+                // Gaps are such that eight entries, a reason of three lines and the sentence on undo fit.
+                Column {
                     id: bodyColumn
 
-                    width: body.width - (body.contentHeight > body.height ? 12 : 0)
-                    spacing: 16
+                    width: body.width - (body.overflows ? 12 : 0)
+                    spacing: 6
 
                     Label {
                         objectName: "contentsHeading"
-                        Layout.fillWidth: true
+                        width: parent.width
                         text: card.snapshotCount === 0
                             ? "What's inside"
                             : "Your Mac keeps a few short-term backup copies. "
@@ -79,33 +78,30 @@ ModalLayer {
                     }
                     SheetEntries {
                         objectName: "entryBox"
-                        Layout.fillWidth: true
+                        width: parent.width
                         visible: card.snapshotCount === 0
                         detail: card
                     }
-                    ColumnLayout {
-                        Layout.fillWidth: true
-                        spacing: 4
-
-                        Label {
-                            objectName: "whyHeading"
-                            Layout.fillWidth: true
-                            text: card.bucket === "safe" ? "Why it's safe" : "Think about it first"
-                            weight: Font.Bold
-                            wrapMode: Text.Wrap
-                            Accessible.role: Accessible.Heading
-                        }
-                        Label {
-                            objectName: "whyText"
-                            Layout.fillWidth: true
-                            text: card.why
-                            font.pixelSize: Theme.callout
-                            wrapMode: Text.Wrap
-                        }
+                    Label {
+                        objectName: "whyHeading"
+                        width: parent.width
+                        topPadding: 4
+                        text: card.bucket === "safe" ? "Why it's safe" : "Think about it first"
+                        weight: Font.Bold
+                        wrapMode: Text.Wrap
+                        Accessible.role: Accessible.Heading
+                    }
+                    Label {
+                        objectName: "whyText"
+                        width: parent.width
+                        text: card.why
+                        font.pixelSize: Theme.callout
+                        wrapMode: Text.Wrap
                     }
                     Label {
                         objectName: "dormancyText"
-                        Layout.fillWidth: true
+                        width: parent.width
+                        topPadding: 2
                         text: `Last used about ${card.dormancyDays} day${card.dormancyDays === 1 ? "" : "s"} ago. `
                             + "Everything moves to the Trash, so you can undo it."
                         color: Theme.softInk
@@ -117,7 +113,7 @@ ModalLayer {
             // More is to come below: the last visible line fades.
             Rectangle {
                 Layout.fillWidth: true
-                Layout.topMargin: -16 - height
+                Layout.topMargin: -12 - height
                 Layout.rightMargin: 12
                 implicitHeight: 28
                 opacity: body.atYEnd ? 0 : 1
@@ -163,7 +159,6 @@ ModalLayer {
                 focus: !card.found
                 verticalPadding: 8
                 text: "Close"
-                returnPresses: false
                 onClicked: sheet.dismiss()
             }
         }

@@ -12,6 +12,7 @@ Item {
     required property Store store
     /// The run whose details are shown; empty when none is.
     property string openedRun: ""
+    readonly property alias list: list
 
     Column {
         objectName: "emptyHistory"
@@ -20,6 +21,10 @@ Item {
         visible: pane.store.history.count === 0
         spacing: Theme.gap
 
+        EmptyDrawing {
+            anchors.horizontalCenter: parent.horizontalCenter
+            clock: true
+        }
         Label {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
@@ -53,5 +58,8 @@ Item {
             onToggleDetails: pane.openedRun = opened ? "" : entryId
             onFocused: list.positionViewAtIndex(index, ListView.Contain)
         }
+    }
+    ListFade {
+        list: list
     }
 }

@@ -46,7 +46,7 @@ Item {
         color: Theme.card
         Accessible.role: Accessible.ListItem
         Accessible.ignored: !enabled
-        Accessible.name: `${row.amount}. ${row.titles}. ${row.dateText}. ${row.snapshots} ${row.outcome}`.trim()
+        Accessible.name: Words.joined([row.amount, row.titles, row.dateText, row.snapshots, row.outcome], ". ")
 
         SoftShadow {
             cornerRadius: 20
@@ -80,9 +80,7 @@ Item {
                     text: row.titles
                     font.pixelSize: Theme.callout
                     wrapMode: Text.Wrap
-                    elide: Text.ElideRight
-                    maximumLineCount: 3
-                    clip: true
+                    clip: true  // as in SheetEntries
                 }
                 Label {
                     announcedByParent: true
@@ -91,7 +89,7 @@ Item {
                     text: row.dateText
                     color: Theme.softInk
                     font.pixelSize: Theme.caption
-                    elide: Text.ElideRight
+                    wrapMode: Text.Wrap
                 }
                 Label {
                     announcedByParent: true
@@ -99,7 +97,7 @@ Item {
                     Layout.fillWidth: true
                     visible: row.snapshots !== ""
                     text: row.snapshots
-                    color: Theme.accent
+                    color: Theme.words(Theme.accent)
                     font.pixelSize: Theme.caption
                     weight: Font.Bold
                     wrapMode: Text.Wrap
@@ -111,7 +109,7 @@ Item {
                     visible: row.hasDetails
                     text: row.opened ? "Hide details" : "Details"
                     textSize: Theme.caption
-                    color: Theme.softInk
+                    color: Theme.ink
                     quiet: true
                     verticalPadding: 4
                     onClicked: row.toggleDetails()
@@ -136,7 +134,7 @@ Item {
                 objectName: "outcomeText"
                 visible: row.outcome !== ""
                 text: row.outcome
-                color: row.preview ? Theme.softInk : Theme.green
+                color: row.preview ? Theme.softInk : Theme.words(Theme.green)
                 font.pixelSize: Theme.callout
                 weight: Font.Bold
             }

@@ -1,13 +1,15 @@
 // The left side of the main screen: the disk at a glance, and the button that starts a clean.
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Vesk
 
-Flickable {
+ScrollArea {
     id: panel
 
     required property Store store
+
+    /// The ticked cards are to be shown.
+    signal showPicked
 
     readonly property string sizeText: {
         const parts = [];
@@ -30,14 +32,12 @@ Flickable {
     }
     /// What the panel needs besides the wheel, which takes the rest within its limits.
     readonly property real needed: title.implicitHeight + legend.implicitHeight + actions.implicitHeight + 3 * Theme.wideGap
-    readonly property real wheelSize: Math.max(248, Math.min(320, height - needed))
+    readonly property real wheelSize: Math.max(leastWheel, Math.min(320, height - needed))
+    readonly property real leastWheel: Math.min(248 * Theme.textScale, width)
     /// Room that is left in a tall window. A part of it sets the groups apart, the rest lies above the actions.
     readonly property real air: Math.max(0, height - needed - wheelSize)
 
     contentHeight: Math.max(height, needed + wheelSize)
-    interactive: contentHeight > height
-    boundsBehavior: Flickable.StopAtBounds
-    T.ScrollBar.vertical: SlimScrollBar {}
 
     Label {
         id: title
@@ -110,6 +110,10 @@ Flickable {
                 title: "Preview only"
                 note: "Do everything except delete"
             }
+            SwitchLabelArea {
+                anchors.fill: previewWords
+                control: previewSwitch
+            }
             ToggleSwitch {
                 id: previewSwitch
 
@@ -135,23 +139,35 @@ Flickable {
             from: Theme.accent
             to: Theme.accent2
             available: panel.store.selectedCount > 0 && !panel.store.busy
+            glow: Theme.faded(Theme.accent, 0.45)
             onClicked: panel.store.showConfirm = true
-
-            SoftShadow {
-                cornerRadius: 20
-                blurRadius: 18
-                offset: 6
-                color: Theme.faded(Theme.accent, 0.45)
-            }
         }
-        ActionButton {
-            objectName: "scanButton"
-            Layout.alignment: Qt.AlignHCenter
+        RowLayout {
+            Layout.fillWidth: true
             Layout.topMargin: Theme.gap
-            text: "Scan again"
-            color: Theme.softInk
-            available: !panel.store.busy
-            onClicked: panel.store.scan()
+            spacing: Theme.gap
+
+            PickedButton {
+                objectName: "panelPicked"
+                Layout.maximumWidth: actions.width / 2
+                store: panel.store
+                onClicked: panel.showPicked()
+            }
+            Item {
+                Layout.fillWidth: true
+            }
+            ActionButton {
+                objectName: "scanButton"
+                text: "Scan again"
+                color: Theme.ink
+                available: !panel.store.busy
+                onClicked: panel.store.scan()
+            }
+            // Alone it stands in the middle.
+            Item {
+                Layout.fillWidth: true
+                visible: panel.store.cards.count === 0
+            }
         }
     }
 }

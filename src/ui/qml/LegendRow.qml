@@ -24,6 +24,8 @@ Item {
         height: 16
         radius: 8
         color: row.color
+        border.width: 1.5
+        border.color: Theme.mark(row.color)
     }
     TitleAndNote {
         id: words

@@ -10,7 +10,7 @@ Rectangle {
 
     required property CardDetail detail
 
-    implicitHeight: rows.implicitHeight + 24
+    implicitHeight: rows.implicitHeight + 20
     radius: 12
     color: Theme.faded(Theme.track, 0.4)
 
@@ -19,7 +19,9 @@ Rectangle {
 
         anchors.fill: parent
         anchors.margins: 12
-        spacing: 6
+        anchors.topMargin: 10
+        anchors.bottomMargin: 10
+        spacing: 3
 
         Repeater {
             objectName: "entryRows"
@@ -36,6 +38,7 @@ Rectangle {
                 Label {
                     objectName: "entryName"
                     Layout.fillWidth: true
+                    Layout.preferredHeight: Math.ceil(1.2 * Theme.callout)
                     text: entryRow.name
                     font.pixelSize: Theme.callout
                     elide: Text.ElideMiddle
@@ -45,6 +48,7 @@ Rectangle {
                 }
                 Label {
                     objectName: "entrySize"
+                    Layout.preferredHeight: Math.ceil(1.2 * Theme.callout)
                     text: entryRow.sizeText
                     color: Theme.softInk
                     font.pixelSize: Theme.callout

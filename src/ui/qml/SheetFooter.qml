@@ -16,7 +16,10 @@ RowLayout {
     spacing: 8
 
     ToggleSwitch {
+        id: includeSwitch
+
         objectName: "includeSwitch"
+        Layout.leftMargin: -padding
         name: "Include in clean"
         tint: footer.tint
         checked: footer.selected
@@ -29,6 +32,11 @@ RowLayout {
         announcedByParent: true
         weight: Font.Bold
         elide: Text.ElideRight
+
+        SwitchLabelArea {
+            anchors.fill: parent
+            control: includeSwitch
+        }
     }
     FilledButton {
         objectName: "doneButton"
@@ -36,7 +44,6 @@ RowLayout {
         focus: footer.visible
         verticalPadding: 8
         text: "Done"
-        returnPresses: false
         onClicked: footer.done()
     }
 }

@@ -13,7 +13,7 @@ RowLayout {
 
     Pictogram {
         symbol: header.detail.symbol
-        color: header.tint
+        color: Theme.mark(header.tint)
         size: Math.min(32 * Theme.textScale, 48)
     }
     ColumnLayout {

@@ -8,6 +8,9 @@ Window {
 
     required property string heading
     required property string message
+    property real textScale: 1
+
+    onTextScaleChanged: Theme.textScale = textScale
 
     title: "Vesk"
     width: minimumWidth
@@ -17,6 +20,11 @@ Window {
     color: Theme.cream
     visible: true
 
+    Shortcut {
+        sequences: ["Ctrl+Q", "Ctrl+W"]
+        onActivated: Qt.quit()
+    }
+    InputGuard {}
     MessageDialog {
         anchors.fill: parent
         focus: true

@@ -16,9 +16,18 @@ Item {
     readonly property real safeEnd: smartEnd + store.safeBytes / total
     readonly property bool scanning: store.phase === "scanning"
     readonly property int percent: Math.floor(store.progress * 100)
-    readonly property real ringWidth: 34
+    readonly property real side: Math.min(width, height)
+    /// It gives way to the words inside: they are no smaller than captions.
+    readonly property real ringWidth: Math.max(14, Math.min(34, side / 2 - Math.max(radiusAtRest, radiusWhileScanning)))
     /// How far the words in the middle may reach.
-    readonly property real roomInside: (Math.min(width, height) - 2 * ringWidth) * 0.86
+    readonly property real roomInside: (side - 2 * ringWidth) * 0.86
+    /// The ring's inner edge, as far from its centre as words may come.
+    readonly property real reach: side / 2 - ringWidth - 4
+    // What the lines in the middle need, from the centre: the last one is the longest, and no figure is longer than this.
+    readonly property real halfAtRest: (Theme.title + Theme.body + Theme.caption) * 0.64
+    readonly property real halfWhileScanning: (Theme.display + Theme.body + Theme.caption) * 0.64
+    readonly property real radiusAtRest: Math.hypot(longestReady.width / 2, halfAtRest) + 4
+    readonly property real radiusWhileScanning: Math.hypot(longestChecked.width / 2, halfWhileScanning) + 20
 
     Accessible.role: Accessible.Chart
     Accessible.ignored: !enabled
@@ -34,11 +43,53 @@ Item {
         anchors.fill: parent
         lineWidth: wheel.ringWidth
     }
+    // A bucket's arc with a dark edge, which sets its colour apart from the track and from its neighbours.
+    component BucketArc: Item {
+        id: bucket
+
+        property real from: 0
+        required property real to
+        required property color color
+        readonly property real edge: 1.5
+
+        anchors.fill: parent
+
+        RingArc {
+            from: bucket.from
+            to: bucket.to
+            color: Theme.mark(bucket.color)
+        }
+        RingArc {
+            from: bucket.from
+            to: bucket.to
+            inset: bucket.edge
+            lineWidth: wheel.ringWidth - 2 * bucket.edge
+            color: bucket.color
+        }
+    }
     component ProgressArc: Arc {
         anchors.fill: parent
         inset: wheel.ringWidth + 8
         lineWidth: 8
     }
+    TextMetrics {
+        id: longestReady
+        text: "999.99 GB ready to vesk away"
+        font.pixelSize: Theme.caption
+        font.weight: Font.Bold
+    }
+    TextMetrics {
+        id: longestChecked
+        text: "999.99 GB checked"
+        font.pixelSize: Theme.caption
+        font.family: Theme.mediumFamily
+    }
+
+    // How wide a line may be whose outer edge is that far above or below the centre.
+    function chord(distance: real): real {
+        return 2 * Math.sqrt(Math.max(0, reach * reach - distance * distance));
+    }
+
     // A line in the middle of the ring: as large as its room allows.
     component InnerText: Label {
         /// The size it has where there is room, and its part of the room where there is not.
@@ -49,9 +100,9 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
-        font.pixelSize: Math.min(fullSize, wheel.roomInside * share)
+        font.pixelSize: Math.max(Theme.caption, Math.min(fullSize, wheel.roomInside * share))
         fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: 8
+        minimumPixelSize: Theme.caption
     }
 
     EndSpring {
@@ -70,18 +121,18 @@ Item {
     RingArc {
         color: Theme.track
     }
-    RingArc {
+    BucketArc {
         objectName: "personalArc"
         to: personalSpring.value
         color: Theme.blue
     }
-    RingArc {
+    BucketArc {
         objectName: "smartArc"
         from: personalSpring.value
         to: smartSpring.value
         color: Theme.yellow
     }
-    RingArc {
+    BucketArc {
         objectName: "safeArc"
         from: smartSpring.value
         to: safeSpring.value
@@ -137,7 +188,6 @@ Item {
             fullSize: Theme.display
             share: 0.3
             weight: Font.Black
-            minimumPixelSize: 20
         }
         InnerText {
             width: parent.width - 16
@@ -148,10 +198,9 @@ Item {
         }
         InnerText {
             objectName: "checkedText"
-            width: parent.width - 24
             text: ByteCount.text(wheel.store.foundBytes) + " checked"
             fullSize: Theme.caption
-            share: 0.08
+            share: 0
             color: Theme.softInk
         }
     }
@@ -167,7 +216,6 @@ Item {
             fullSize: Theme.title
             share: 0.22
             weight: Font.Black
-            minimumPixelSize: 16
         }
         InnerText {
             objectName: "capacityText"
@@ -177,13 +225,19 @@ Item {
             weight: Font.DemiBold
         }
         InnerText {
+            id: readyText
+
+            readonly property bool onOneLine: implicitWidth <= wheel.chord(wheel.halfAtRest)
+
             objectName: "readyText"
-            width: parent.width * 0.9
+            width: wheel.chord(wheel.halfAtRest + (onOneLine ? 0 : Theme.caption * 0.64))
             visible: wheel.store.safeBytes >= 1
             text: ByteCount.text(wheel.store.safeBytes) + " ready to vesk away"
             fullSize: Theme.caption
-            share: 0.08
-            color: Theme.green
+            share: 0
+            fontSizeMode: Text.FixedSize
+            wrapMode: Text.WordWrap
+            color: Theme.words(Theme.green)
             weight: Font.Bold
         }
     }

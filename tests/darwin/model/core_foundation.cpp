@@ -19,7 +19,7 @@ namespace {
 // Core Foundation's own numbers are nobody's business; these tell the types apart.
 enum Type : CFTypeID { stringType = 7, dataType = 20, booleanType = 21, numberType = 22, urlType = 29 };
 
-struct Object {
+struct Counted {
     CFTypeID type = 0;
     DefaultsValue value;
     long count = 1;
@@ -29,7 +29,7 @@ struct Object {
 struct Foundation {
     // Recursive: misuse may be told of while an object is looked at.
     std::recursive_mutex lock;
-    std::map<const void*, std::unique_ptr<Object>> objects;
+    std::map<const void*, std::unique_ptr<Counted>> objects;
     std::map<std::string, const void*> defaults;
     bool savingIsRefused = false;
     bool importantSpaceIsSet = false;
@@ -42,19 +42,19 @@ Foundation& foundation() {
     return instance;
 }
 
-const void* add(CFTypeID type, DefaultsValue value, bool isConstant = false) {
+const void* addCounted(CFTypeID type, DefaultsValue value, bool isConstant = false) {
     const std::lock_guard guard(foundation().lock);
-    auto object = std::make_unique<Object>(Object{type, std::move(value), 1, isConstant});
+    auto object = std::make_unique<Counted>(Counted{type, std::move(value), 1, isConstant});
     const void* address = object.get();
     foundation().objects[address] = std::move(object);
     return address;
 }
 
 const void* constant(const char* name) {
-    return add(stringType, std::string(name), true);
+    return addCounted(stringType, std::string(name), true);
 }
 
-Object* find(const void* address, const char* function) {
+Counted* countedAt(const void* address, const char* function) {
     const std::lock_guard guard(foundation().lock);
     const auto found = foundation().objects.find(address);
     if (found == foundation().objects.end()) {
@@ -66,7 +66,7 @@ Object* find(const void* address, const char* function) {
 
 template <typename Value>
 const Value* read(const void* address, CFTypeID type, const char* function) {
-    const Object* object = find(address, function);
+    const Counted* object = countedAt(address, function);
     if (object == nullptr) {
         return nullptr;
     }
@@ -84,7 +84,8 @@ CFTypeID typeOf(const DefaultsValue& value) {
 
 void release(const void* address) {
     const std::lock_guard guard(foundation().lock);
-    if (Object* object = find(address, "CFRelease"); object != nullptr && !object->isConstant && --object->count == 0) {
+    if (Counted* object = countedAt(address, "CFRelease");
+        object != nullptr && !object->isConstant && --object->count == 0) {
         foundation().objects.erase(address);
     }
 }
@@ -120,13 +121,14 @@ void setDefault(const std::string& key, const DefaultsValue& value) {
     if (const auto old = foundation().defaults.find(key); old != foundation().defaults.end()) {
         release(old->second);
     }
-    foundation().defaults[key] = add(typeOf(value), value);
+    foundation().defaults[key] = addCounted(typeOf(value), value);
 }
 
 std::optional<DefaultsValue> defaultOf(const std::string& key) {
     const std::lock_guard guard(foundation().lock);
     const auto found = foundation().defaults.find(key);
-    return found == foundation().defaults.end() ? std::nullopt : std::optional(find(found->second, "a test")->value);
+    return found == foundation().defaults.end() ? std::nullopt
+                                                : std::optional(countedAt(found->second, "a test")->value);
 }
 
 void refuseToSaveDefaults(bool refused) {
@@ -166,8 +168,8 @@ using namespace vesk::darwin;
 extern "C" {
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
-const CFBooleanRef kCFBooleanTrue = static_cast<CFBooleanRef>(add(booleanType, true, true));
-const CFBooleanRef kCFBooleanFalse = static_cast<CFBooleanRef>(add(booleanType, false, true));
+const CFBooleanRef kCFBooleanTrue = static_cast<CFBooleanRef>(addCounted(booleanType, true, true));
+const CFBooleanRef kCFBooleanFalse = static_cast<CFBooleanRef>(addCounted(booleanType, false, true));
 const CFStringRef kCFURLVolumeTotalCapacityKey = static_cast<CFStringRef>(constant("total"));
 const CFStringRef kCFURLVolumeAvailableCapacityForImportantUsageKey = static_cast<CFStringRef>(constant("important"));
 const CFStringRef kCFPreferencesCurrentApplication = static_cast<CFStringRef>(constant("application"));
@@ -179,7 +181,7 @@ void CFRelease(CFTypeRef object) {
 }
 
 CFTypeID CFGetTypeID(CFTypeRef object) {
-    const Object* found = find(object, "CFGetTypeID");
+    const Counted* found = countedAt(object, "CFGetTypeID");
     return found == nullptr ? 0 : found->type;
 }
 
@@ -205,7 +207,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
     if (encoding != kCFStringEncodingUTF8) {
         misuse("CFStringCreateWithBytes is called with another encoding than UTF-8");
     }
-    return vesk::isUtf8(text) ? static_cast<CFStringRef>(add(stringType, text)) : nullptr;
+    return vesk::isUtf8(text) ? static_cast<CFStringRef>(addCounted(stringType, text)) : nullptr;
 }
 
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding) {
@@ -224,7 +226,7 @@ Boolean CFBooleanGetValue(CFBooleanRef boolean) {
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
-    const Object* object = find(number, "CFNumberGetValue");
+    const Counted* object = countedAt(number, "CFNumberGetValue");
     if (object == nullptr || object->type != numberType) {
         misuse("CFNumberGetValue is called with an object of another type");
         return false;
@@ -244,8 +246,8 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
 }
 
 CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex length) {
-    return static_cast<CFDataRef>(
-        add(dataType, Bytes{std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length))}));
+    return static_cast<CFDataRef>(addCounted(
+        dataType, Bytes{std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length))}));
 }
 
 const UInt8* CFDataGetBytePtr(CFDataRef data) {
@@ -259,7 +261,7 @@ CFIndex CFDataGetLength(CFDataRef data) {
 }
 
 CFURLRef CFURLCreateWithString(CFAllocatorRef, CFStringRef text, CFURLRef) {
-    return static_cast<CFURLRef>(add(urlType, textOf(text, "CFURLCreateWithString")));
+    return static_cast<CFURLRef>(addCounted(urlType, textOf(text, "CFURLCreateWithString")));
 }
 
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex length, Boolean) {
@@ -267,7 +269,7 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* pa
         return nullptr;
     }
     return static_cast<CFURLRef>(
-        add(urlType, std::string(reinterpret_cast<const char*>(path), static_cast<std::size_t>(length))));
+        addCounted(urlType, std::string(reinterpret_cast<const char*>(path), static_cast<std::size_t>(length))));
 }
 
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef place, CFStringRef key, void* value, CFErrorRef*) {
@@ -277,7 +279,7 @@ Boolean CFURLCopyResourcePropertyForKey(CFURLRef place, CFStringRef key, void* v
         return false;
     }
     const std::optional<std::int64_t> figure = volumeFigure(*path, key);
-    *static_cast<CFTypeRef*>(value) = figure ? add(numberType, *figure) : nullptr;
+    *static_cast<CFTypeRef*>(value) = figure ? addCounted(numberType, *figure) : nullptr;
     return true;
 }
 
@@ -288,7 +290,7 @@ CFPropertyListRef CFPreferencesCopyValue(CFStringRef key, CFStringRef applicatio
     if (stored == foundation().defaults.end()) {
         return nullptr;
     }
-    ++find(stored->second, "CFPreferencesCopyValue")->count;
+    ++countedAt(stored->second, "CFPreferencesCopyValue")->count;
     return stored->second;
 }
 
@@ -298,7 +300,7 @@ void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef
     checkDomain(application, user, host);
     const std::string name = textOf(key, "CFPreferencesSetValue");
     if (value != nullptr) {
-        ++find(value, "CFPreferencesSetValue")->count;
+        ++countedAt(value, "CFPreferencesSetValue")->count;
     }
     if (const auto old = foundation().defaults.find(name); old != foundation().defaults.end()) {
         release(old->second);

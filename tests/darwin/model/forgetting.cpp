@@ -6,6 +6,7 @@
 
 #include "darwin/model/core_foundation.h"
 #include "darwin/model/files.h"
+#include "darwin/model/processes.h"
 
 namespace vesk::darwin {
 
@@ -28,6 +29,7 @@ class Forgetting : public ::testing::EmptyTestEventListener {
         forgetAppKit();
         forgetCoreFoundation();
         forgetFiles();
+        setProcesses({});
     }
 };
 
@@ -39,7 +41,10 @@ const bool isListening = (::testing::UnitTest::GetInstance()->listeners().Append
 
 extern "C" {
 
-// vesk::testing::privateMountsAreAllowed(): a Mac has none.
+// vesk::testing::enterPrivateMounts() and privateMountsAreAllowed(): a Mac has no such thing.
+bool __wrap__ZN4vesk7testing18enterPrivateMountsEv() {
+    return false;
+}
 bool __wrap__ZN4vesk7testing23privateMountsAreAllowedEv() {
     return false;
 }

@@ -56,6 +56,8 @@ int fillSystem(const char* path, int descriptor, struct darwin_statfs* to) {
     }
     *to = {};
     std::memcpy(&to->f_fsid, &found.f_fsid, sizeof to->f_fsid);
+    constexpr auto withoutAccessTimes = 0x0400;  // ST_NOATIME of statvfs(3)
+    to->f_flags = (found.f_flags & withoutAccessTimes) != 0 ? MNT_NOATIME : 0;
     std::strcpy(to->f_fstypename, "apfs");
     return 0;
 }

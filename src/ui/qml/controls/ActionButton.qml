@@ -10,13 +10,14 @@ PressableButton {
     /// Whether its words stand alone until the pointer or the keyboard is on it.
     property bool quiet: false
 
+    standsAlone: true
     horizontalPadding: 12
     verticalPadding: 8
     opacity: available ? 1 : 0.5
 
     contentItem: Text {
         text: button.text
-        color: button.color
+        color: Theme.words(button.color)
         font.pixelSize: button.textSize
         font.weight: Font.Bold
         textFormat: Text.PlainText

@@ -1,5 +1,5 @@
-// The words of a card's row: its title with a chip beside it, and its summary. (Not a layout: nested ones lose count of
-// wrapped lines in Qt 6.4.)
+// The words of a card's row: its title with a chip after the last word, and its summary. (Not a layout: nested ones
+// lose count of wrapped lines in Qt 6.4.)
 import QtQuick
 import Vesk
 
@@ -14,14 +14,22 @@ Column {
     spacing: 2
 
     Item {
+        id: head
+
+        // Of the title's last line.
+        property real lastTop: 0
+        property real lastWidth: 0
+        property real lastHeight: 0
+        readonly property bool fits: lastWidth + Theme.gap + chipText.width <= width
+
         width: lines.width
-        height: Math.max(titleText.height, chipText.height)
+        height: Math.max(titleText.height, chipText.y + chipText.height)
 
         Label {
             id: titleText
 
-            anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(Math.ceil(implicitWidth), parent.width - chipText.width - Theme.gap)
+            objectName: "titleText"
+            width: parent.width
             text: lines.title
             weight: Font.Bold
             wrapMode: Text.Wrap
@@ -29,15 +37,20 @@ Column {
             maximumLineCount: 4
             clip: true
             announcedByParent: true
+            // Lines come in their order, so the last one stays.
+            onLineLaidOut: line => {
+                head.lastTop = line.y;
+                head.lastWidth = line.implicitWidth;
+                head.lastHeight = line.height;
+            }
         }
         Chip {
             id: chipText
 
             objectName: "chip"
             announcedByParent: true
-            anchors.left: titleText.right
-            anchors.leftMargin: Theme.gap
-            anchors.verticalCenter: parent.verticalCenter
+            x: head.fits ? Math.ceil(head.lastWidth) + (head.lastWidth > 0 ? Theme.gap : 0) : 0
+            y: head.fits ? Math.max(0, head.lastTop + (head.lastHeight - height) / 2) : head.lastTop + head.lastHeight + 2
             text: lines.chip
             tint: lines.tint
         }

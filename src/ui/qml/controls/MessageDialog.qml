@@ -1,4 +1,4 @@
-// A question, or a piece of news: a title, a sentence, and one or two buttons.
+// A question, or a piece of news: a title, a sentence, perhaps a list, and one or two buttons.
 import QtQuick
 import QtQuick.Layouts
 import Vesk
@@ -8,45 +8,81 @@ ModalLayer {
 
     required property string title
     required property string message
+    /// What the message is about, one below the other.
+    property var items: []
     required property string acceptText
     /// Empty where there is nothing to choose.
     property string rejectText: ""
 
     DialogCard {
-        width: Math.min(440, parent.width - 48)
-        height: column.implicitHeight + 56
+        objectName: "dialogCard"
+        width: Math.min(440 * Math.min(Theme.textScale, 1.5), parent.width - 2 * Theme.margin)
+        height: Math.min(inside.implicitHeight + 56, parent.height - 2 * Theme.margin)
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title
-        Accessible.description: dialog.message
+        Accessible.description: Words.joined([dialog.message, dialog.items.join(", ")], " ")
 
         ColumnLayout {
-            id: column
+            id: inside
 
             anchors.fill: parent
             anchors.margins: 28
-            spacing: 0
+            spacing: Theme.margin
 
-            Label {
-                objectName: "dialogTitle"
+            ScrollArea {
+                id: body
+
+                objectName: "dialogBody"
                 Layout.fillWidth: true
-                text: dialog.title
-                font.pixelSize: Theme.title2
-                weight: Font.Black
-                wrapMode: Text.Wrap
-                Accessible.role: Accessible.Heading
-            }
-            Label {
-                objectName: "dialogMessage"
-                Layout.fillWidth: true
-                Layout.topMargin: Theme.gap
-                text: dialog.message
-                color: Theme.softInk
-                lineHeight: 1.15
-                wrapMode: Text.Wrap
+                Layout.fillHeight: true
+                implicitHeight: words.height
+                contentHeight: words.height
+                clip: overflows
+                activeFocusOnTab: overflows
+                Keys.onUpPressed: flick(0, 500)
+                Keys.onDownPressed: flick(0, -500)
+                Accessible.role: Accessible.Pane
+                Accessible.name: "Details"
+                Accessible.focusable: overflows
+                Accessible.ignored: !overflows
+
+                Column {
+                    id: words
+
+                    width: body.width - (body.overflows ? 12 : 0)
+                    spacing: Theme.gap
+
+                    Label {
+                        objectName: "dialogTitle"
+                        width: parent.width
+                        text: dialog.title
+                        font.pixelSize: Theme.title2
+                        weight: Font.Black
+                        wrapMode: Text.Wrap
+                        Accessible.role: Accessible.Heading
+                    }
+                    Label {
+                        objectName: "dialogMessage"
+                        width: parent.width
+                        text: dialog.message
+                        color: Theme.softInk
+                        lineHeight: 1.15
+                        wrapMode: Text.Wrap
+                    }
+                    Label {
+                        objectName: "dialogItems"
+                        width: parent.width
+                        visible: text !== ""
+                        text: dialog.items.join("\n")
+                        font.pixelSize: Theme.callout
+                        lineHeight: 1.15
+                        wrapMode: Text.Wrap
+                        clip: true
+                    }
+                }
             }
             RowLayout {
                 Layout.fillWidth: true
-                Layout.topMargin: Theme.margin
                 spacing: 12
 
                 Item {
@@ -59,8 +95,7 @@ ModalLayer {
                     visible: dialog.rejectText !== ""
                     text: dialog.rejectText
                     textSize: Theme.body
-                    color: Theme.softInk
-                    returnPresses: false
+                    color: Theme.ink
                     onClicked: dialog.rejected()
                 }
                 FilledButton {
@@ -68,7 +103,6 @@ ModalLayer {
                     Layout.minimumWidth: 96
                     focus: true
                     text: dialog.acceptText
-                    returnPresses: false
                     onClicked: dialog.accepted()
                 }
             }

@@ -1,5 +1,5 @@
 // What is laid over the main screen: a dimmed backdrop with something in front that has the keyboard to itself. Return
-// accepts and Escape rejects wherever the focus is inside.
+// accepts unless a button inside has the focus, which it then presses; Escape rejects wherever the focus is inside.
 import QtQuick
 import Vesk
 

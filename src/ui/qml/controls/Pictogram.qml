@@ -1,18 +1,25 @@
-// A card's pictogram in one colour.
+// A card's pictogram in one colour. (The image's own implicit size counts its pixels, which are more than points on a
+// dense screen.)
 import QtQuick
 import Vesk
 
-Image {
-    id: image
+Item {
+    id: pictogram
 
     required property string symbol
     property color color: Theme.ink
     property real size: 20
 
-    width: size
-    height: size
-    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
-    sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
-    source: symbol === "" ? "" : "image://vesk/pictogram/" + symbol + "/" + color.toString().slice(1)
+    implicitWidth: size
+    implicitHeight: size
     Accessible.ignored: true
+
+    Image {
+        anchors.fill: parent
+        sourceSize.width: Math.ceil(pictogram.size * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(pictogram.size * Screen.devicePixelRatio)
+        source: pictogram.symbol === ""
+            ? "" : "image://vesk/pictogram/" + pictogram.symbol + "/" + pictogram.color.toString().slice(1)
+        Accessible.ignored: true
+    }
 }

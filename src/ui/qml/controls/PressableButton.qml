@@ -8,10 +8,10 @@ T.AbstractButton {
     id: button
 
     property bool available: true
+    /// Whether there is nothing accessible inside. Assistive technology is told of such a button as ButtonInterface does.
+    property bool standsAlone: false
     /// What assistive technology says after the button's name.
     property string hint: ""
-    /// Whether Return presses the button; in a dialog Return is the default button's.
-    property bool returnPresses: true
     readonly property PressableStyle pressable: PressableStyle {
         button: button
     }
@@ -28,24 +28,20 @@ T.AbstractButton {
         }
     }
 
-    Keys.onReturnPressed: event => {
-        event.accepted = returnPresses;
-        if (returnPresses) {
-            press();
-        }
+    // By assistive technology. A click would bring the focus along, too.
+    function pressFromOutside() {
+        forceActiveFocus();
+        press();
     }
-    Keys.onEnterPressed: event => {
-        event.accepted = returnPresses;
-        if (returnPresses) {
-            press();
-        }
-    }
+
+    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.focusable: true
-    // There is no state for it in Qt 6.4.
+    // There is no state for it in QML of Qt 6.4.
     Accessible.description: available ? hint : "Not available now"
     // What something lies over is not there to be pressed.
     Accessible.ignored: !visible || (available && !enabled)
-    Accessible.onPressAction: press()
+    Accessible.onPressAction: pressFromOutside()
 }

@@ -78,7 +78,7 @@ FocusScope {
 
                 contentItem: Text {
                     text: choice.text
-                    color: control.current === choice.index ? Theme.ink : Theme.softInk
+                    color: Theme.ink
                     font.pixelSize: Theme.callout
                     font.weight: Font.Bold
                     horizontalAlignment: Text.AlignHCenter

@@ -15,6 +15,9 @@ QtObject {
     readonly property color accent: Qt.rgba(0.96, 0.5, 0.3, 1)
     readonly property color accent2: Qt.rgba(0.98, 0.68, 0.3, 1)
 
+    // Words on a fill: what the ink lacks there.
+    readonly property color inkOnFill: darkened(ink, 0.8)
+
     // Type is sized by steps; 1 is the size that the views are composed for.
     property real textScale: 1
     readonly property real display: 44 * textScale
@@ -42,6 +45,26 @@ QtObject {
 
     function bucketLabel(bucket: string): string {
         return bucket === "safe" ? "Safe" : "Review";
+    }
+
+    function darkened(base: color, share: real): color {
+        return Qt.rgba(base.r * share, base.g * share, base.b * share, base.a);
+    }
+
+    /// A colour of the palette as small words have it: dark enough to be read on any surface of the window.
+    function words(base: color): color {
+        return Qt.colorEqual(base, accent) ? darkened(base, 0.58) : Qt.colorEqual(base, green) ? darkened(base, 0.56) : base;
+    }
+
+    /// A colour of the palette as pictograms, large words and edges have it: dark enough to be told from what they lie on.
+    function mark(base: color): color {
+        return darkened(base, Qt.colorEqual(base, yellow) ? 0.62 : Qt.colorEqual(base, green) ? 0.75
+            : Qt.colorEqual(base, accent) ? 0.78 : Qt.colorEqual(base, blue) ? 0.84 : 1);
+    }
+
+    /// A surface under the pointer.
+    function hovered(surface: color, tint: color): color {
+        return Qt.tint(surface, faded(tint, 0.14));
     }
 
     function faded(base: color, opacity: real): color {

@@ -8,7 +8,7 @@ T.Switch {
 
     property color tint: Theme.accent
     property string name: text
-    /// Whether Return flips the switch; in a dialog Return is the default button's.
+    /// Whether Return flips the switch; in a dialog Return is the default button's unless another button has the focus.
     property bool returnPresses: true
     readonly property SpringValue knob: SpringValue {
         target: control.checked ? 1 : 0
@@ -57,6 +57,8 @@ T.Switch {
         y: (control.height - height) / 2
         radius: height / 2
         color: control.checked ? control.tint : Qt.darker(Theme.track, 1.1)
+        border.width: 1.5
+        border.color: control.checked ? Theme.mark(control.tint) : Theme.faded(Theme.softInk, 0.75)
 
         Rectangle {
             readonly property real travel: parent.width - width - 6

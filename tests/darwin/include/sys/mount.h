@@ -8,8 +8,11 @@ struct darwin_statfs {
     struct {
         std::int32_t val[2];
     } f_fsid;
+    std::uint32_t f_flags;
     char f_fstypename[16];
 };
+
+constexpr std::uint32_t MNT_NOATIME = 0x10000000;
 
 extern "C" {
 int darwin_statfs(const char* path, struct darwin_statfs* found);

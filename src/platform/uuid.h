@@ -14,13 +14,13 @@ namespace vesk {
 struct Uuid {
     std::array<std::uint8_t, 16> bytes{};
 
-    /// A fresh random identifier (version 4).
+    /// A new random identifier (version 4).
     static Uuid random();
 
-    /// Reads the textual form, 8-4-4-4-12 hexadecimal digits of either case; absent for any other text.
+    /// Parses 8-4-4-4-12 hexadecimal digits of either case; absent for any other text.
     static std::optional<Uuid> parse(std::string_view text);
 
-    /// The canonical textual form: 36 characters, upper-case digits.
+    /// The canonical text: 36 characters, upper-case digits.
     std::string text() const;
 
     friend bool operator==(const Uuid&, const Uuid&) = default;

@@ -4,14 +4,14 @@
 
 #include <random>
 
-#include "rules/rule_test.h"
+#include "support/temporary_home.h"
 
 namespace vesk {
 namespace {
 
 using namespace testing;
 
-using Bundle = RuleTest;
+using Bundle = TemporaryHome;
 
 // Written by another program: {CFBundleName: Tool, CFBundleIdentifier: com.example.tool, LSMin: [10.0, {a: 1}]}.
 constexpr std::string_view binaryAscii =

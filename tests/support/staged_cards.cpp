@@ -1,4 +1,4 @@
-#include "vesk_shots/staged_cards.h"
+#include "support/staged_cards.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,0 +1,132 @@
+#include "platform/system/open_files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
+#include "platform/files/files.h"
+#include "platform/system/open_files_system.h"
+
+namespace vesk {
+
+namespace {
+
+// Linux writes this behind the path of a file whose name is gone.
+constexpr std::string_view deletedMark = " (deleted)";
+
+// Whether a folder holds one of these, by the numbers in its listings alone. Stays on the folder's device.
+bool holdsAnyOf(const std::set<std::pair<std::uint64_t, std::uint64_t>>& wanted, std::uint64_t device,
+                const std::filesystem::path& top) {
+    std::vector<std::filesystem::path> waiting = {top};
+    while (!waiting.empty()) {
+        const std::filesystem::path folder = std::move(waiting.back());
+        waiting.pop_back();
+        Descriptor opened = openFolder(AT_FDCWD, folder.c_str(), LastLink::doNotFollow);
+        DIR* const listing = opened ? fdopendir(opened.get()) : nullptr;
+        if (listing == nullptr) {
+            continue;
+        }
+        opened.release();
+        bool found = false;
+        while (const dirent* const item = found ? nullptr : readdir(listing)) {  // NOLINT(concurrency-mt-unsafe)
+            const std::string_view name = static_cast<const char*>(item->d_name);
+            if (name == "." || name == "..") {
+                continue;
+            }
+            found = wanted.contains({device, item->d_ino});
+            FilePlace place;
+            if (item->d_type == DT_DIR ||
+                (item->d_type == DT_UNKNOWN && findPlace((folder / name).c_str(), place) && place.isFolder)) {
+                waiting.push_back(folder / name);
+            }
+        }
+        closedir(listing);
+        if (found) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+OpenFiles::OpenFiles() {
+    std::vector<UsedFile> used;
+    if (listUsedFiles(used)) {
+        sort(std::move(used));
+    }
+}
+
+OpenFiles::OpenFiles(std::vector<UsedFile> used) {
+    sort(std::move(used));
+}
+
+void OpenFiles::sort(std::vector<UsedFile> used) {
+    for (UsedFile& file : used) {
+        FilePlace place;
+        if (!file.path.empty() && findPlace(file.path.c_str(), place) && place.inode == file.inode &&
+            (place.device == file.device || !file.deviceIsCertain)) {
+            placed_.push_back({place, std::move(file.path)});
+            continue;
+        }
+        if (file.path.ends_with(deletedMark)) {
+            // Its folder is still there: whoever keeps such a file open is at work in it.
+            placed_.push_back({{}, file.path.substr(0, file.path.size() - deletedMark.size())});
+        }
+        if (file.inode != 0) {
+            unplaced_.emplace(file.device, file.inode);
+        }
+    }
+    std::sort(placed_.begin(), placed_.end(), [](const Placed& a, const Placed& b) { return a.path < b.path; });
+}
+
+const std::string& OpenFiles::resolvedFolder(const std::filesystem::path& folder) {
+    const auto [place, isNew] = resolved_.try_emplace(folder);
+    if (isNew) {
+        place->second = resolvingLinks(folder).value_or(folder).string();
+    }
+    return place->second;
+}
+
+const OpenFiles::Numbers& OpenFiles::doubtful(std::uint64_t device, std::uint64_t mount) {
+    const auto [place, isNew] = doubtful_.try_emplace({device, mount});
+    if (isNew) {
+        std::copy_if(unplaced_.begin(), unplaced_.end(), std::inserter(place->second, place->second.end()),
+                     [&](const auto& number) { return number.first == device; });
+        for (const Placed& file : placed_) {
+            if (file.place.device == device && file.place.mount != mount) {
+                place->second.emplace(device, file.place.inode);
+            }
+        }
+    }
+    return place->second;
+}
+
+bool OpenFiles::use(const std::filesystem::path& item) {
+    // Processes' paths have no links in them; the item itself may be one.
+    const std::string path = resolvedFolder(item.parent_path()) + "/" + item.filename().string();
+    const auto from = [&](const std::string& start) {
+        return std::lower_bound(placed_.begin(), placed_.end(), start,
+                                [](const Placed& file, const std::string& other) { return file.path < other; });
+    };
+    const auto itself = from(path);
+    const auto inside = from(path + "/");
+    if ((itself != placed_.end() && itself->path == path) ||
+        (inside != placed_.end() && inside->path.starts_with(path + "/"))) {
+        return true;
+    }
+    FilePlace place;
+    if (!findPlace(path.c_str(), place)) {
+        return false;
+    }
+    const Numbers& numbers = doubtful(place.device, place.mount);
+    return !numbers.empty() && (numbers.contains({place.device, place.inode}) ||
+                                (place.isFolder && holdsAnyOf(numbers, place.device, path)));
+}
+
+}  // namespace vesk

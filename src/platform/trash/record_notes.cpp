@@ -1,0 +1,125 @@
+#include "platform/trash/record_notes.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/files/content.h"
+#include "platform/files/moving.h"
+#include "platform/trash/trash_info.h"
+#include "platform/trash/trash_record.h"
+
+namespace vesk {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned notesMode = 0700;
+// Follows each place and each text, neither of which can hold it.
+constexpr char fieldEnd = '\0';
+
+std::optional<std::string> takeField(std::string_view& text) {
+    const std::size_t end = text.find(fieldEnd);
+    if (end == std::string_view::npos) {
+        return std::nullopt;  // cut off, or the end
+    }
+    std::string field(text.substr(0, end));
+    text.remove_prefix(end + 1);
+    return field;
+}
+
+std::string contentOf(int file) {
+    std::string content;
+    std::array<char, 16'384> bytes{};
+    for (;;) {
+        const ssize_t length = read(file, bytes.data(), bytes.size());
+        if (length < 0 && errno == EINTR) {
+            continue;
+        }
+        if (length <= 0) {
+            return content;
+        }
+        content.append(bytes.data(), static_cast<std::size_t>(length));
+    }
+}
+
+// The place in the Trash of the item that a record is for; empty when it is no place of a record.
+fs::path itemOf(const fs::path& record) {
+    const std::string name = record.filename().string();
+    if (!record.is_absolute() || record.parent_path().filename() != trashInfoName || !name.ends_with(trashInfoSuffix)) {
+        return {};
+    }
+    return record.parent_path().parent_path() / trashFilesName / name.substr(0, name.size() - trashInfoSuffix.size());
+}
+
+// Whether nobody else has the file open, who may be about to write it. False where that cannot be told.
+bool isOpenHereAlone(int file) {
+#ifdef F_SETLEASE
+    return fcntl(file, F_SETLEASE, F_WRLCK) == 0;
+#else
+    return false;
+#endif
+}
+
+void takeBack(const fs::path& record, const std::string& text) {
+    const fs::path item = itemOf(record);
+    struct stat found {};
+    if (item.empty() || lstat(item.c_str(), &found) == 0 || errno != ENOENT) {
+        return;
+    }
+    const Descriptor file(open(record.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file) {
+        return;
+    }
+    const std::string content = contentOf(file.get());
+    if (content == text || (text.starts_with(content) && isOpenHereAlone(file.get()))) {
+        removeRecord(AT_FDCWD, record.string(), file);
+    }
+}
+
+}  // namespace
+
+RecordNotes::~RecordNotes() {
+    if (file_) {
+        unlink(path_.c_str());
+    }
+}
+
+void RecordNotes::add(const fs::path& record, std::string_view text) {
+    if (!std::exchange(isBegun_, true) && !path_.empty() && makeFolders(path_.parent_path(), notesMode) == 0) {
+        file_ = Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0600));
+    }
+    if (file_) {
+        std::string note = record.string();
+        note += fieldEnd;
+        note += text;
+        note += fieldEnd;
+        writeAll(file_.get(), note);
+    }
+}
+
+void takeBackNotedRecords(const fs::path& file) {
+    const Descriptor opened(open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!opened) {
+        return;
+    }
+    const std::string notes = contentOf(opened.get());
+    std::string_view rest = notes;
+    while (const std::optional<std::string> record = takeField(rest)) {
+        const std::optional<std::string> text = takeField(rest);
+        if (!text) {
+            break;
+        }
+        takeBack(*record, *text);
+    }
+    unlink(file.c_str());
+}
+
+}  // namespace vesk
