@@ -21,7 +21,7 @@ inline constexpr StartupError homeIsWholeDisk = {
     "Vesk doesn't scan a whole disk",
     "Your home folder is set to \"/\". Vesk scans only a home folder, never a whole disk."};
 inline constexpr StartupError homeIsAnothers = {
-    "Vesk cleans your own home folder only",
+    "Vesk cleans only your own home",
     "Your home folder is set to one that belongs to another account, which couldn't open what Vesk creates there."};
 inline constexpr StartupError firstIsSilent = {"Vesk is already open",
                                                "But it isn't responding. Quit it, then open Vesk again."};

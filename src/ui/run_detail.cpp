@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "state/running_work.h"
@@ -42,12 +41,12 @@ void RunDetail::setWanted(bool wanted) {
     }
 }
 
-std::optional<HistoryEntry> RunDetail::entry() const {
+const HistoryEntry* RunDetail::entry() const {
     const std::vector<HistoryEntry>& history = store_->history();
     const auto found = std::find_if(history.begin(), history.end(), [this](const HistoryEntry& past) {
         return QString::fromStdString(past.id.text()) == entryId_;
     });
-    return found == history.end() ? std::nullopt : std::optional(*found);
+    return found == history.end() ? nullptr : &*found;
 }
 
 void RunDetail::refresh() {
@@ -55,8 +54,8 @@ void RunDetail::refresh() {
     if (asking_ || store_ == nullptr || !wanted_ || store_->cleaning()) {
         return;
     }
-    const std::optional<HistoryEntry> run = entry();
-    if (!run) {
+    const HistoryEntry* const run = entry();
+    if (run == nullptr) {
         return;
     }
     // Where no thread can be had, it is asked again at the next occasion.

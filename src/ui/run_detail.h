@@ -8,7 +8,6 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "state/detached_task.h"
 #include "state/run_report.h"
@@ -54,7 +53,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    std::optional<HistoryEntry> entry() const;
+    const HistoryEntry* entry() const;
     void take(const RunReport& report);
     void clear();
 

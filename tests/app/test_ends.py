@@ -337,7 +337,7 @@ class HomeTest(unittest.TestCase):
         os.chown(home, nobody, nobody)
         window = Window(VESK, HOME=str(home))
         self.addCleanup(shutil.rmtree, window.folder, True)
-        window.wait("dialog", "Vesk cleans your own home folder only")
+        window.wait("dialog", "Vesk cleans only your own home")
         window.press("push button", "Quit")
         self.assertEqual(window.process.wait(PATIENCE), 1)
         self.assertEqual([found.name for found in home.iterdir() if found.name != ".cache"], [])

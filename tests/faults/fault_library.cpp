@@ -16,7 +16,8 @@
 //                      program empties it; "taken": a third program then records an item of its own under the name;
 //                      "always": whatever name it is given
 //   VESK_FAULT_UNORDERED
-//                      set: every file system says that it is one of those that keep no order of changes to names
+//                      set: every file system says that it is one of those that keep no order of changes to names;
+//                      not set: that it is one of those that do
 //   VESK_FAULT_TRACE   set: a line "call CALL" for each call of the phase
 //   VESK_FAULT_REPORT  a file to which lines are added: "hit CALL ERROR", and at the end "count ERROR NUMBER"
 
@@ -369,10 +370,11 @@ VESK_WRAP_FILE(int, sync_file_range, (int file, off64_t at, off64_t size, unsign
 VESK_WRAP(int, -1, statvfs, (const char* path, struct statvfs* found), (path, found), Call::volume)
 VESK_WRAP(int, -1, statvfs64, (const char* path, struct statvfs64* found), (path, found), Call::volume)
 
-// A memory card's file system has no journal.
+// A memory card's file system has no journal. Otherwise the calls are those of a file system that keeps the order,
+// whatever the tests lie on.
 int fstatfs(int file, struct statfs* found) {
     const int answer = VESK_REAL(fstatfs)(file, found);
-    found->f_type = plan().isUnordered() ? MSDOS_SUPER_MAGIC : found->f_type;
+    found->f_type = plan().isUnordered() ? MSDOS_SUPER_MAGIC : TMPFS_MAGIC;
     return answer;
 }
 

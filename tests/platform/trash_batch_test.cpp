@@ -55,6 +55,9 @@ protected:
 };
 
 TEST_F(TrashBatchTest, EachItemIsOnRecordBeforeTheFirstMoves) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(3);
     TrashBatch batch(notes);
     record(batch, items);
@@ -89,6 +92,9 @@ TEST_F(TrashBatchTest, MovesMoreItemsThanThereAreDescriptors) {
 }
 
 TEST_F(TrashBatchTest, WhatIsNotMovedIsTakenOffTheRecord) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(3);
     {
         TrashBatch batch(notes);
@@ -103,6 +109,9 @@ TEST_F(TrashBatchTest, WhatIsNotMovedIsTakenOffTheRecord) {
 
 // As when a program has it in use.
 TEST_F(TrashBatchTest, AnItemLeftOutOfItsTurnCostsTheOthersNotTheirRecords) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(3);
     TrashBatch batch(notes);
     record(batch, items);
@@ -123,6 +132,9 @@ TEST_F(TrashBatchTest, AnItemThatVanishedOnceOnRecordLeavesNoRecord) {
 }
 
 TEST_F(TrashBatchTest, AFolderSwappedOnceOnRecordIsLeftAlone) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(2);
     TrashBatch batch(notes);
     record(batch, items);
@@ -189,6 +201,9 @@ TEST_F(TrashBatchTest, ItemsOfOneNameGetNamesOfTheirOwn) {
 }
 
 TEST_F(TrashBatchTest, TheRecordsOfAKilledCleanAreTakenBackByTheNext) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(3);
     beKilledAfterRecording(items);
     ASSERT_THAT(namesIn(info), SizeIs(3));
@@ -199,6 +214,9 @@ TEST_F(TrashBatchTest, TheRecordsOfAKilledCleanAreTakenBackByTheNext) {
 }
 
 TEST_F(TrashBatchTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(3);
     beKilledAfterRecording(items);
     // Another program's record has one's name by now, and another one's item has come.
@@ -209,6 +227,9 @@ TEST_F(TrashBatchTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) 
 }
 
 TEST_F(TrashBatchTest, ARecordHalfWrittenWhenACleanWasKilledIsTakenBackUnlessSomebodyWritesIt) {
+    if (!homeKeepsOrderOfNames()) {
+        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+    }
     const std::vector<SeenItem> items = made(2);
     beKilledAfterRecording(items);
     fs::resize_file(info / "item0.trashinfo", 0);

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <regex>
@@ -117,12 +119,21 @@ private:
         }
     }
 
-    void setAllDates() {
+    // Sorted, so that a seed makes the same home on every file system.
+    template <typename Filter>
+    static std::vector<fs::path> itemsBelow(Filter filter) {
         std::vector<fs::path> items;
-        for (const auto& item : fs::recursive_directory_iterator(testRoot())) {
-            items.push_back(item.path());
+        for (const fs::directory_entry& item : fs::recursive_directory_iterator(testRoot())) {
+            if (filter(item)) {
+                items.push_back(item.path());
+            }
         }
-        for (const fs::path& item : items) {
+        std::sort(items.begin(), items.end());
+        return items;
+    }
+
+    void setAllDates() {
+        for (const fs::path& item : itemsBelow([](const fs::directory_entry&) { return true; })) {
             setDates(item, someDate(), someDate());
         }
     }
@@ -134,12 +145,8 @@ private:
     }
 
     void closeSome() {
-        std::vector<fs::path> folders;
-        for (const auto& item : fs::recursive_directory_iterator(testRoot())) {
-            if (item.symlink_status().type() == fs::file_type::directory) {
-                folders.push_back(item.path());
-            }
-        }
+        const std::vector<fs::path> folders = itemsBelow(
+            [](const fs::directory_entry& item) { return item.symlink_status().type() == fs::file_type::directory; });
         for (unsigned i = 0; i < 2; ++i) {
             closed_.push_back(folders[below(static_cast<unsigned>(folders.size()))]);
             chmod(closed_.back().c_str(), below(2) == 0 ? 0000 : 0400);

@@ -37,9 +37,9 @@ protected:
 
     // From now on a program has this open.
     void open(const std::filesystem::path& file) {
-        const auto identity = itemIdentity(AT_FDCWD, file.c_str());
-        ASSERT_TRUE(identity);
-        used_.push_back({identity->device, identity->inode, file.string(), true});
+        FilePlace place;
+        ASSERT_TRUE(findPlace(file.c_str(), place));
+        used_.push_back({place.device, place.inode, file.string(), true});
     }
 
     std::vector<std::string> run() {

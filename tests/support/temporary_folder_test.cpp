@@ -108,6 +108,9 @@ TEST_F(TemporaryFolderTest, MemoryIsUsedForTestsOnlyWhereItHasRoom) {
     for (const auto& [size, enough] : {std::pair("size=64m", false), std::pair("size=3g", true)}) {
         ASSERT_TRUE(mountTemporaryFileSystem(place_, size));
         EXPECT_EQ(hasRoomForTests(place_), enough) << size;
+        setenv("VESK_TEST_ROOM_MB", "16", 1);  // NOLINT(concurrency-mt-unsafe)
+        EXPECT_TRUE(hasRoomForTests(place_)) << "for tiny worlds";
+        unsetenv("VESK_TEST_ROOM_MB");  // NOLINT(concurrency-mt-unsafe)
         unmount(place_);
     }
     EXPECT_FALSE(hasRoomForTests(place_ / "missing"));

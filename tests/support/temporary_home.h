@@ -22,6 +22,9 @@ const std::filesystem::path& testRoot();
 /// The home folder below it, "/Users/tester".
 const std::filesystem::path& testHome();
 
+/// Whether the file system that the made-up home lies on keeps the order of changes to names.
+bool homeKeepsOrderOfNames();
+
 /// A date so many seconds before `now()`.
 Date secondsAgo(double seconds);
 /// A date so many days before `now()`.

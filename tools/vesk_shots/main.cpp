@@ -140,6 +140,7 @@ int main(int argc, char** argv) {
     const std::pair<std::string, vesk::StartupError> errors[] = {
         {"cannot-start-no-home", vesk::startupErrors::homeUnknown},
         {"cannot-start-whole-disk", vesk::startupErrors::homeIsWholeDisk},
+        {"cannot-start-home-of-another", vesk::startupErrors::homeIsAnothers},
         {"cannot-start-silent-first", vesk::startupErrors::firstIsSilent}};
     for (const auto& [name, error] : errors) {
         if (argc == 2 || name == argv[2]) {

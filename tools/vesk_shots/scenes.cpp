@@ -304,6 +304,7 @@ void addHistoryScenes(std::vector<Scene>& scenes) {
         act(app);
         showHistory(app);
     };
+    scanning.settle = [](VeskApp&) { runFor(1'600); };  // the switch springs
     scenes.push_back(std::move(scanning));
 }
 

@@ -1,45 +1,31 @@
 // Desktops on Linux have no settings for motion and for the size of text in common. GTK's are honoured by most of them
 // (its own settings file, which GNOME's and Xfce's settings daemons and KDE's GTK bridge write), KDE has its own.
 
-#include <filesystem>
-#include <fstream>
+#include <array>
+#include <cstdint>
 #include <locale>
 #include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <system_error>
 
+#include "platform/files/reading.h"
 #include "platform/system/desktop.h"
-#include "platform/text.h"
+#include "platform/system/key_file.h"
 #include "platform/world.h"
 
 namespace vesk {
 
 namespace {
 
-constexpr std::string_view iniBlanks = " \t\r";
+// The newer first.
+constexpr std::array<std::string_view, 2> gtkSettings{"gtk-4.0/settings.ini", "gtk-3.0/settings.ini"};
 
-// The value of a key in a section of an .ini file; absent when the file, the section or the key is missing.
-std::optional<std::string> iniValue(const std::filesystem::path& path, std::string_view section, std::string_view key) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-        return std::nullopt;  // opening a FIFO would wait for its writer
-    }
-    std::ifstream file(path);
-    bool inSection = false;
-    for (std::string line; std::getline(file, line);) {
-        const std::string_view text = trimmed(line, iniBlanks);
-        if (text.starts_with('[')) {
-            inSection = text.substr(1).starts_with(section) && text.ends_with(']') && text.size() == section.size() + 2;
-            continue;
-        }
-        const std::size_t equals = text.find('=');
-        if (inSection && equals != std::string_view::npos && trimmed(text.substr(0, equals), iniBlanks) == key) {
-            return std::string(trimmed(text.substr(equals + 1), iniBlanks));
-        }
-    }
-    return std::nullopt;
+// A value of one of the settings files; absent when the file, the group or the key is missing.
+std::optional<std::string> setting(std::string_view file, std::string_view group, std::string_view key) {
+    constexpr std::int64_t largest = std::int64_t{1024} * 1024;
+    const auto text = readWithoutTrace(world().configHome / file, largest);
+    return text ? keyFileValue(*text, group, key) : std::nullopt;
 }
 
 bool isFalse(const std::optional<std::string>& value) {
@@ -66,26 +52,24 @@ double scaleOf(std::optional<double> dotsPerInch) {
 }  // namespace
 
 bool reducedMotionWanted() {
-    const std::filesystem::path& settings = world().configHome;
-    for (const std::string_view toolkit : {"gtk-4.0", "gtk-3.0"}) {
-        if (isFalse(iniValue(settings / toolkit / "settings.ini", "Settings", "gtk-enable-animations"))) {
+    for (const std::string_view file : gtkSettings) {
+        if (isFalse(setting(file, "Settings", "gtk-enable-animations"))) {
             return true;
         }
     }
-    return numberIn(iniValue(settings / "kdeglobals", "KDE", "AnimationDurationFactor")).value_or(1) <= 0;
+    return numberIn(setting("kdeglobals", "KDE", "AnimationDurationFactor")).value_or(1) <= 0;
 }
 
 double desktopTextScale() {
     constexpr double gtkUnits = 1024;  // of a dot per inch
-    const std::filesystem::path& settings = world().configHome;
     for (const std::string_view key : {"forceFontDPIWayland", "forceFontDPI"}) {
-        const double scale = scaleOf(numberIn(iniValue(settings / "kcmfonts", "General", key)));
+        const double scale = scaleOf(numberIn(setting("kcmfonts", "General", key)));
         if (scale != 1) {
             return scale;
         }
     }
-    for (const std::string_view toolkit : {"gtk-4.0", "gtk-3.0"}) {
-        const auto value = numberIn(iniValue(settings / toolkit / "settings.ini", "Settings", "gtk-xft-dpi"));
+    for (const std::string_view file : gtkSettings) {
+        const auto value = numberIn(setting(file, "Settings", "gtk-xft-dpi"));
         const double scale = value ? scaleOf(*value / gtkUnits) : 1;
         if (scale != 1) {
             return scale;

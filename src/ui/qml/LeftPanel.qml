@@ -38,6 +38,7 @@ ScrollArea {
     readonly property real air: Math.max(0, height - needed - wheelSize)
 
     contentHeight: Math.max(height, needed + wheelSize)
+    barOffset: 14
 
     Label {
         id: title

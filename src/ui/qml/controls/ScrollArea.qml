@@ -7,12 +7,18 @@ Flickable {
     id: area
 
     readonly property bool overflows: contentWidth > width + 0.5 || contentHeight > height + 0.5
+    /// How far beyond its right edge the scroll bar stands, where there is room, and then it covers nothing.
+    property real barOffset: 0
     readonly property Item focused: Window.activeFocusItem
 
     contentWidth: width
     interactive: overflows && !PointerState.mouseDown
     boundsBehavior: Flickable.StopAtBounds
-    T.ScrollBar.vertical: SlimScrollBar {}
+    T.ScrollBar.vertical: SlimScrollBar {
+        transform: Translate {
+            x: area.barOffset
+        }
+    }
     onFocusedChanged: reveal(focused)
 
     function reveal(item: Item) {
