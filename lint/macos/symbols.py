@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Looks for what a linker on a Mac would miss: symbols.py BUILD COMPILER CACHE.
+"""Looks for what a linker on a Mac would miss: symbols.py BUILD COMPILER.
 
 Every symbol that an object of BUILD needs must come from another object of the same program, from the compiler's own list
-of what Darwin's libSystem exports, from its C++ library, from what Qt's libraries on this machine export (a mangled name
-is the same on both systems, but for a leading underscore), or from FRAMEWORKS, the few functions of frameworks that Vesk
-calls. A program is what CMake's file API says: its own objects, and those of the libraries that it depends on."""
+of what Darwin's libSystem exports, from the C++ library (known by its namespaces), from what Qt's libraries on this machine
+export (a mangled name is the same on both systems, but for a leading underscore and where the C++ library's own types are
+in it), or from FRAMEWORKS, the few functions of frameworks that Vesk calls. A program is what CMake's file API says: its own
+objects, and those of the libraries that it depends on."""
 
 import json
-import os
 import re
 import struct
 import subprocess
@@ -26,8 +26,12 @@ FRAMEWORKS = {
     "CoreServices": "LSOpenCFURLRef",
     "objc": "objc_getClass objc_msgSend sel_registerName",
 }
-# Libraries that are linked for tests alone; their names do not differ between the systems.
-TEST_LIBRARIES = ["libgtest.a", "libgmock.a"]
+
+
+# What the C++ library and its runtime define: names in std and __cxxabiv1, their tables and thunks, new and delete. To
+# build the compiler's own library for a list would take longer than all the rest.
+CXX_LIBRARY = re.compile(r"__Z(?:T[ISV]|Tv0_n\d+_)?N?K?(?:St|10__cxxabiv1)|__Z(?:n[aw]m|d[al]Pv)"
+                         r"|___(?:cxa|gxx)_|___dso_handle$|___dynamic_cast$")
 
 
 def macho_symbols(path):
@@ -61,36 +65,20 @@ def exported_by(libraries, *options):
     return {"_" + line.split("@")[0].split()[0] for line in listed.splitlines() if " " in line and line[0] not in "/ "}
 
 
+def plain_names(symbols):
+    """Mangled names as they are declared, without what only one C++ library puts into the names of its types."""
+    listed = subprocess.run(["c++filt", "--strip-underscore"], input="\n".join(sorted(symbols)), check=True, text=True,
+                            stdout=subprocess.PIPE).stdout.splitlines()
+    plain = (re.sub(r"\bstd::(?:__1|__cxx11)::", "std::", name).replace("[abi:cxx11]", "") for name in listed)
+    return dict(zip(sorted(symbols), plain, strict=True))
+
+
 def system_symbols(compiler):
     text = next((compiler / "lib/libc/darwin").glob("libSystem*.tbd")).read_text()
     names = set()
     for quoted in re.findall(r"symbols:\s*\[(.*?)\]", text, re.DOTALL):
         names |= {name.strip(" '\"\n") for name in quoted.split(",")}
     return names
-
-
-def cxx_symbols(compiler, cache):
-    """What the compiler's own libc++ for the target defines: it builds one when it links a program."""
-    cache.mkdir(parents=True, exist_ok=True)
-    list_file = cache / "libcxx-symbols.json"
-    if not list_file.exists():
-        source = cache / "main.cpp"
-        source.write_text("#include <string>\nint main(int n, char**) { return std::to_string(n).size() > 9; }\n")
-        linked = subprocess.run([compiler / "zig", "build-exe", "-target", f"aarch64-macos.{os.environ['VESK_DARWIN_VERSION']}",
-                                 "-lc++", "--verbose-link", source, f"-femit-bin={cache / 'main'}"],
-                                check=True, text=True, capture_output=True)
-        names = set()
-        for archive in set(re.findall(r"\S+libc\+\+(?:abi)?\.a", linked.stderr + linked.stdout)):
-            names |= archive_symbols(Path(archive))
-        if not names:
-            sys.exit("cannot find the compiler's C++ library")
-        list_file.write_text(json.dumps(sorted(names)))
-    return set(json.loads(list_file.read_text()))
-
-
-def archive_symbols(path):
-    """The names that an archive's own table lists (ar(5), Darwin's or GNU's form)."""
-    return {name.decode() for name in re.findall(rb"(?<=\0)_[A-Za-z0-9_.$]+(?=\0)", path.read_bytes())}
 
 
 def programs(build):
@@ -120,13 +108,13 @@ def programs(build):
         yield target["name"], parts, link
 
 
-def main(build, compiler, cache):
+def main(build, compiler):
     commands = json.loads((build / "compile_commands.json").read_text())
     by_target = {}
     for entry in commands:
         output = re.search(r" -o (\S+)", entry["command"])[1]
         by_target.setdefault(re.search(r"CMakeFiles/([^/]+)\.dir/", output)[1], []).append(build / output)
-    system = system_symbols(compiler) | cxx_symbols(compiler, cache)
+    system = system_symbols(compiler)
     frameworks = {name: {"_" + symbol for symbol in text.split()} for name, text in FRAMEWORKS.items()}
     read, qt, found, count, needed = {}, {}, [], 0, set()
     for name, parts, link in programs(build):
@@ -138,7 +126,8 @@ def main(build, compiler, cache):
             defined |= read[path][0]
             undefined |= read[path][1]
         known = defined | system
-        for library in re.findall(r"\S+/libQt6\w+\.so[.\d]*|\S+/(?:libgtest|libgmock)\.a", link):
+        libraries = re.findall(r"\S+/libQt6\w+\.so[.\d]*|\S+/(?:libgtest|libgmock)\.a", link)
+        for library in libraries:
             if library not in qt:
                 qt[library] = exported_by([library], *(["--dynamic"] if ".so" in library else []))
             known |= qt[library]
@@ -147,7 +136,11 @@ def main(build, compiler, cache):
                 known |= symbols
         needed |= undefined
         count += 1
-        found += [f"{name}: {symbol} is nowhere" for symbol in sorted(undefined - known)]
+        missing = {symbol for symbol in undefined - known if not CXX_LIBRARY.match(symbol)}
+        if missing:
+            declared = {one for library in libraries for one in plain_names(qt[library]).values()}
+            missing = {symbol for symbol, plain in plain_names(missing).items() if plain not in declared}
+        found += [f"{name}: {symbol} is nowhere" for symbol in sorted(missing)]
     if count == 0:
         found.append("CMake makes no program")
     if found:
@@ -158,4 +151,4 @@ def main(build, compiler, cache):
     print(f"{count} programs, {len(needed)} symbols from elsewhere, none unresolved")
 
 
-main(Path(sys.argv[1]).resolve(), Path(sys.argv[2]), Path(sys.argv[3]))
+main(Path(sys.argv[1]).resolve(), Path(sys.argv[2]))
