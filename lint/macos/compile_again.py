@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compiles sources of a build for a Mac once more, in another way: compile_again.py BUILD OUT --qt ROOT, or --for-intel.
-The first takes what only macOS has, and the window's side, with the Qt headers below ROOT; the second whatever talks to the
-system, for x86_64. The commands are the build's own, changed; each source is compiled by itself, also where the build puts
+The first takes what only macOS has, and the window's side, with the Qt headers below ROOT; the second what only macOS has,
+for x86_64. The commands are the build's own, changed; each source is compiled by itself, also where the build puts
 several together, so that no include is lent by another. A source that includes moc's output is left out where Qt is
 another one: that belongs to the Qt which made it."""
 
@@ -22,10 +22,6 @@ QT_HEADERS = re.compile(r"/usr/include/[^/ ]+/qt6|\S+/lint-macos/include/qt6")
 
 def only_macos(source):
     return source.is_relative_to(TOP / "src") and source.stem.endswith("_macos")
-
-
-def talks_to_the_system(source):
-    return only_macos(source) or any(source.is_relative_to(TOP / part) for part in ("src/platform", "tools"))
 
 
 def on_the_windows_side(source):
@@ -52,7 +48,7 @@ def compile_one(source, words, folder, change, out):
 
 def main(build, folder, way, root=None):
     if way == "--for-intel":
-        chosen, what = talks_to_the_system, "x86_64"
+        chosen, what = only_macos, "x86_64"
 
         def change(word):
             return word.replace("aarch64-macos", "x86_64-macos")

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Compiles on Linux what macOS builds. Vesk's own build is configured for a Mac (toolchain.cmake) and every object that
 # CMake names is compiled, with the build's own warnings as errors: sources, tests, tools, moc's output and the C++ that
-# Qt makes of QML; for arm64, and whatever talks to the system for x86_64, too. Then symbols.py looks for what a linker
-# would miss, and Vesk.app is installed by its own rules, with an empty program in it. Nothing of it runs.
+# Qt makes of QML; for arm64, and what only macOS has for x86_64, too. Then symbols.py looks for what a linker would miss,
+# and Vesk.app is installed by its own rules, with an empty program in it. Nothing of it runs.
 #
 # It also compiles what only Linux builds, since its C++ library is libc++, which lacks some of what libstdc++ has: on
 # Linux, too, people build with it.
@@ -10,8 +10,8 @@
 # The compiler, which brings Darwin's C and C++ headers, comes from npm once, into build/lint-macos; only what changed is
 # compiled again. Frameworks' headers are stood in for by lint/macos/stubs.
 #
-#   --without-tests   leaves the tests to a Mac, and compiles several sources at once for arm64 (those that talk to the
-#                     system are still compiled one by one, for x86_64): it takes a third of the time
+#   --without-tests   leaves out the tests, and compiles several sources at once, but for the layer that talks to the
+#                     system: it takes a third of the time
 #   --qt ROOT         also compiles what only macOS has, and the window's side, with the Qt headers below ROOT
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."

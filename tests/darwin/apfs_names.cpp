@@ -52,8 +52,9 @@ std::string nameIn(int folder, const std::string& above, const std::string& name
     if (name == "." || name == ".." || isThere(folder, above.empty() ? name : above + "/" + name)) {
         return name;
     }
-    const int opened =
-        next<int(int, const char*, int, ...)>("openat")(folder, place.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    // The program itself has read nothing: the folder's access time stays.
+    const int opened = next<int(int, const char*, int, ...)>("openat")(folder, place.c_str(),
+                                                                       O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOATIME);
     DIR* stream = opened >= 0 ? fdopendir(opened) : nullptr;
     if (stream == nullptr) {
         return name;
