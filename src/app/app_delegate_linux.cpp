@@ -27,8 +27,13 @@ void AppDelegate::bringForward(QWindow& window) const {
     QTimer::singleShot(untilItCame, &window, [&window] { window.requestActivate(); });
 }
 
-double AppDelegate::extendIntoTitleBar(QWindow& /*window*/) const {
-    return 0;
+void AppDelegate::extendIntoTitleBar(QWindow& /*window*/, std::function<void(double)> /*setInset*/) const {
+}
+
+void AppDelegate::outliveWindow(QWindow& /*window*/, std::function<void()> /*reopen*/) const {
+}
+
+void AppDelegate::offerMenus(QQmlEngine& /*engine*/, QWindow& /*window*/, const QUrl& /*source*/) const {
 }
 
 }  // namespace vesk

@@ -14,6 +14,7 @@
 #include "app/single_instance.h"
 #include "app/startup_error.h"
 #include "app/vesk_app.h"
+#include "platform/system/descriptor_limit.h"
 #include "platform/system/preferences.h"
 #include "platform/system/process.h"
 #include "platform/system/termination.h"
@@ -124,6 +125,7 @@ int runApplication(int argc, char** argv, Store::Sources sources) {
 
 int runProgram(int argc, char** argv, Store::Sources sources, const std::function<void()>& tidyUp) {
     outliveFailedWrites();
+    raiseDescriptorLimit();
     atExit = AtExit{nullptr, tidyUp};
     std::atexit(finishAtExit);
     const int status = runApplication(argc, argv, std::move(sources));

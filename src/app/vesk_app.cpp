@@ -30,7 +30,9 @@ bool VeskApp::show() {
     if (window_ == nullptr) {
         return false;
     }
-    window_->setProperty("titleBarInset", delegate_.extendIntoTitleBar(*window_));
+    delegate_.extendIntoTitleBar(*window_, [this](double inset) { window_->setProperty("titleBarInset", inset); });
+    delegate_.outliveWindow(*window_, [this] { comeForward(); });
+    delegate_.offerMenus(engine_, *window_, QUrl(QStringLiteral("qrc:/qt/qml/Vesk/SystemMenus.qml")));
     delegate_.applicationDidFinishLaunching();
     return true;
 }

@@ -1,23 +1,17 @@
 #include "ui/views.h"
 
-#include <QFont>
 #include <QGuiApplication>
 #include <algorithm>
 
 #include "platform/system/desktop.h"
 #include "ui/button_interface.h"
+#include "ui/window_font.h"
 #include "ui/window_images.h"
 
 namespace vesk {
 
 void prepareViews(QQmlEngine& engine) {
-    QFont font;
-#ifdef Q_OS_MACOS
-    font.setFamilies({QStringLiteral(".AppleSystemUIFontRounded"), QStringLiteral(".AppleSystemUIFont")});
-#else
-    font.setFamilies({QStringLiteral("Quicksand"), QStringLiteral("sans-serif")});
-#endif
-    QGuiApplication::setFont(font);
+    QGuiApplication::setFont(windowFont());
     tellOfButtons();
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("vesk"), new WindowImages);  // the engine owns it

@@ -24,7 +24,9 @@ class VeskScanTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="vesk-scan-")
         self.addCleanup(folder.cleanup)
-        self.root = Path(folder.name) / "root"
+        # Without links on the way, since programs tell the folder that they work in like that; on macOS the place of
+        # temporary folders is reached through one.
+        self.root = Path(folder.name).resolve() / "root"
         self.home = self.root / "Users/tester"
         self.home.mkdir(parents=True)
 

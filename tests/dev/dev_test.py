@@ -12,7 +12,7 @@ import unittest
 from pathlib import Path
 
 TREE = Path(__file__).resolve().parents[2]
-COPIED = ["dev", "dev.d", "lint/find.sh", "lint/format.sh", "tests/fuzz/run", "tests/fuzz/corpus", "lint/macos/run.sh",
+COPIED = ["CMakeLists.txt", "dev", "dev.d", "lint/find.sh", "lint/format.sh", "tests/fuzz/run", "tests/fuzz/corpus", "lint/macos/run.sh",
           "cmake/VeskTargets.cmake", "tests/summarise.py"]
 TOOLS = ["bash", "basename", "cat", "cp", "cut", "dirname", "env", "find", "grep", "head", "install", "mkdir", "rm", "sed",
          "sh", "sort", "tail", "tar", "tee", "touch", "tr", "wc", "xargs"]

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "support/file_names.h"
 #include "support/private_mounts.h"
 #include "support/temporary_home.h"
 
@@ -31,6 +32,7 @@ std::vector<std::string> names(const FolderListing& listing) {
 }
 
 TEST_F(FilesTest, ListsEveryChildInByteOrder) {
+    VESK_NEEDS_NAMES("b", "B", "\xFF\xFE not text");
     for (const char* name : {"b", "a", "B", ".hidden", "\xFF\xFE not text", "a b", "10", "9", "\xC3\xA9"}) {
         makeFile(testHome() / name, 1);
     }

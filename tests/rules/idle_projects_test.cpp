@@ -3,6 +3,7 @@
 #include "rules/rule_test.h"
 
 #include "rules/rules.h"
+#include "support/file_names.h"
 #include "support/private_mounts.h"
 
 namespace vesk {
@@ -62,6 +63,7 @@ TEST_F(IdleProjects, GiveOneCardForEachKindInOrder) {
 }
 
 TEST_F(IdleProjects, AreNotSearchedForWhereOtherThingsAreKept) {
+    VESK_NEEDS_NAMES("Documents", "documents");
     std::vector<std::string> expected;
     std::vector<std::string> paths;
     for (const char* root : {"Library", "Documents", "Desktop", "Pictures", "Music", "Movies", "Downloads",
@@ -84,6 +86,7 @@ TEST_F(IdleProjects, MayBeFoldersOfTheHomeItselfButNotTheHome) {
 }
 
 TEST_F(IdleProjects, AreMatchedByExactNamesAndWhatLiesBeside) {
+    VESK_NEEDS_NAMES("package.json", "Package.json");
     makeOld({
         "code/a/venv/x", "code/a/.Venv/x", "code/a/Node_modules/x", "code/a/node_modules2/x",  // other names
         "code/b/target/x", "code/b/cargo.toml",                                                // no Cargo.toml
@@ -219,6 +222,7 @@ TEST_F(IdleProjects, OfEqualSizeComeInTheOrderOfTheirPaths) {
 }
 
 TEST_F(IdleProjects, WithNamesThatAreNotUtf8AreShown) {
+    VESK_NEEDS_NAMES("caf\xE9");
     makeOld({"code/caf\xE9/node_modules/x", "code/cafe\xCC\x81/node_modules/x"});
     EXPECT_THAT(nodeLines(), UnorderedElementsAre("code/caf\xE9/node_modules: caf\xEF\xBF\xBD",
                                                   "code/cafe\xCC\x81/node_modules: cafe\xCC\x81"));

@@ -12,6 +12,7 @@
 #include "platform/trash/trash_info.h"
 #include "rules/catalogue.h"
 #include "state/store_home.h"
+#include "support/file_names.h"
 #include "support/private_mounts.h"
 #include "support/trash_home.h"
 
@@ -106,11 +107,14 @@ protected:
 };
 
 TEST_F(HostileHomeTest, AnyNameGoesToTheTrashAndBack) {
-    expectCleanAndUndo(oddNames);
+    expectCleanAndUndo(namesHeld(oddNames));
 }
 
 TEST_F(HostileHomeTest, ANameThatIsNotUtf8StaysWhereItIs) {
-    std::vector<std::string> names = namesThatAreNotUtf8;
+    std::vector<std::string> names = namesHeld(namesThatAreNotUtf8);
+    if (names.empty()) {
+        GTEST_SKIP() << "this file system holds no names that are not UTF-8";
+    }
     names.emplace_back("usual");
     expectCleanAndUndo(names);
 }

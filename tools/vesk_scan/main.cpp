@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "platform/files/files.h"
+#include "platform/system/descriptor_limit.h"
 #include "platform/system/process.h"
 #include "platform/system/termination.h"
 #include "platform/world.h"
@@ -131,6 +132,7 @@ void endOnSignals(QCoreApplication& application) {
 
 int main(int argc, char** argv) {
     vesk::outliveFailedWrites();
+    vesk::raiseDescriptorLimit();
     const std::optional<Options> options = readOptions(argc, argv);
     if (!options || !enterWorld(*options)) {
         return badCall;

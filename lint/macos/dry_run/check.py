@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
-"""Checks an installed bundle's layout and its Info.plist: check.py Vesk.app. Fails with what is wrong."""
+"""Checks an installed bundle: check.py Vesk.app BUILD MACOS. Its layout, its Info.plist (for which version MACOS stands),
+and whether every QML module that Vesk's own QML imports was found by Qt's import scanner, in BUILD, and copied in. Fails
+with what is wrong."""
 
 import plistlib
 import re
@@ -20,11 +22,36 @@ WANTED = {
 }
 
 
-def problems(bundle):
+def imported(folder):
+    """The modules that the QML below a folder imports, but for Vesk's own."""
+    text = "\n".join(file.read_text(encoding="utf-8") for file in folder.glob("**/*.qml"))
+    return set(re.findall(r"^import ([A-Z][\w.]*)", text, re.MULTILINE)) - {"Vesk"}
+
+
+def problems_with_qml(bundle, build):
+    lists = list(build.glob("src/**/*mports_vesk*.cmake"))
+    listed = lists[0].read_text() if lists else ""
+    names = set(re.findall(r"(?<=[\";]NAME;)[\w.]+", listed))
+    placed = dict(re.findall(r"[\";]NAME;([\w.]+);PATH;([^;]+)", listed))
+    wanted = imported(TOP / "src")
+    if not wanted:
+        yield "no QML below src imports anything"
+    for name in sorted(wanted):
+        if name not in names:
+            yield f"{name}: not in the list of the bundle's QML imports"
+        elif name in placed and not (bundle / "Contents/Resources/qml" / name.replace(".", "/") / "qmldir").is_file():
+            yield f"{name}: not copied into the bundle"
+
+
+def problems(bundle, macos):
     version = re.search(r"project\(Vesk VERSION ([0-9.]+) ", (TOP / "CMakeLists.txt").read_text())[1]
     contents = bundle / "Contents"
     information = plistlib.loads((contents / "Info.plist").read_bytes())
-    wanted = WANTED | {"CFBundleShortVersionString": version, "CFBundleVersion": version}
+    wanted = WANTED | {
+        "CFBundleShortVersionString": version,
+        "CFBundleVersion": version,
+        "LSMinimumSystemVersion": macos,
+    }
     for key, value in wanted.items():
         if information.get(key) != value:
             yield f"Info.plist: {key} is {information.get(key)!r} instead of {value!r}"
@@ -44,7 +71,8 @@ def problems(bundle):
             yield f"{file}: written after the bundle was signed"
 
 
-found = list(problems(Path(sys.argv[1])))
+bundle, build, macos = Path(sys.argv[1]), Path(sys.argv[2]), sys.argv[3]
+found = [*problems(bundle, macos), *problems_with_qml(bundle, build)]
 if found:
     sys.exit("\n".join(found))
-print("Vesk.app: layout and Info.plist are fine")
+print("Vesk.app: layout and Info.plist are fine; QML of " + ", ".join(sorted(imported(TOP / "src"))))

@@ -17,6 +17,7 @@
 #include "platform/files/bulk_attributes.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/directory_system.h"
+#include "platform/threads/background.h"
 
 namespace vesk {
 
@@ -41,21 +42,49 @@ static_assert(bulk::regularFileType == VREG && bulk::folderType == VDIR && bulk:
 // attributes does not fetch it, opening a folder of that kind does, unless the thread refuses (setiopolicy_np(3)); the
 // open then fails with EDEADLK. Reading a folder can set its access time, by which "Old downloads" judges, so a scan
 // would change what the next one finds; macOS has no O_NOATIME, but the same call switches that off.
-// Both hold for the thread for the rest of its life. Returns 0 or an errno value: a thread that cannot promise the
-// first does not read. The second is a courtesy that a system may decline.
-int promiseToLeaveNoTrace() {
-    static thread_local bool promised = false;
-    if (promised) {
-        return 0;
+//
+// A thread that refuses could not move such a folder to the Trash either. So a thread of a scan, which does nothing
+// else, refuses for the rest of its life, and any other one while this lives.
+class NoTrace {
+public:
+    NoTrace() {
+        static thread_local bool promised = false;
+        if (promised) {
+            return;
+        }
+        before_ = getiopolicy_np(IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD);
+        accessTimesBefore_ = getiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD);
+        if (before_ < 0 || setiopolicy_np(IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD,
+                                          IOPOL_MATERIALIZE_DATALESS_FILES_OFF) != 0) {
+            failure_ = errno;
+            return;
+        }
+        // A courtesy that a system may decline.
+        setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD, IOPOL_ATIME_UPDATES_OFF);
+        promised = inBackground();
+        ends_ = !promised;
     }
-    if (setiopolicy_np(IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD,
-                       IOPOL_MATERIALIZE_DATALESS_FILES_OFF) != 0) {
-        return errno;
+    ~NoTrace() {
+        if (ends_) {
+            const int kept = errno;
+            setiopolicy_np(IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD, before_);
+            setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD,
+                           accessTimesBefore_ < 0 ? 0 : accessTimesBefore_);
+            errno = kept;
+        }
     }
-    setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD, IOPOL_ATIME_UPDATES_OFF);
-    promised = true;
-    return 0;
-}
+    NoTrace(const NoTrace&) = delete;
+    NoTrace& operator=(const NoTrace&) = delete;
+
+    /// The errno value with which the system refused the first promise, without which nothing is read; else 0.
+    int failure() const { return failure_; }
+
+private:
+    int failure_ = 0;
+    bool ends_ = false;
+    int before_ = 0;
+    int accessTimesBefore_ = 0;
+};
 
 using Visit = std::function<void(ListedItem)>;
 
@@ -144,8 +173,9 @@ BulkOutcome readNamesInBulk(int folder, const Visit& visit) {
 }  // namespace
 
 Descriptor openFolder(int parent, const char* path, LastLink lastLink) {
-    if (const int refused = promiseToLeaveNoTrace(); refused != 0) {
-        errno = refused;
+    const NoTrace noTrace;
+    if (noTrace.failure() != 0) {
+        errno = noTrace.failure();
         return {};
     }
     const int flags = openFlags | (lastLink == LastLink::doNotFollow ? O_NOFOLLOW : 0);
@@ -157,9 +187,9 @@ Descriptor openChildOnSameDevice(int parent, const char* name) {
 }
 
 int readNames(int folder, const Visit& visit) {
-    // The folder may have been opened by another thread.
-    if (const int refused = promiseToLeaveNoTrace(); refused != 0) {
-        return refused;
+    const NoTrace noTrace;
+    if (noTrace.failure() != 0) {
+        return noTrace.failure();
     }
     if (!bulkIsForeign.load(std::memory_order_relaxed)) {
         const BulkOutcome outcome = readNamesInBulk(folder, visit);

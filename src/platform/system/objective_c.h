@@ -2,17 +2,9 @@
 // like AppKit. A message to nil is not an error: it returns nil.
 #pragma once
 
-#include <objc/message.h>
-#include <objc/runtime.h>
+#include "platform/system/objective_c_send.h"
 
 namespace vesk {
-
-/// Sends a message with arguments and a result of the given types.
-template <typename Result = id, typename... Arguments>
-Result send(id receiver, const char* message, Arguments... arguments) {
-    return reinterpret_cast<Result (*)(id, SEL, Arguments...)>(objc_msgSend)(receiver, sel_registerName(message),
-                                                                             arguments...);
-}
 
 inline id classNamed(const char* name) {
     return reinterpret_cast<id>(objc_getClass(name));

@@ -41,7 +41,8 @@ public:
     /// The file in which a clean notes the records it is creating in the Trash; exists only while one runs.
     std::filesystem::path recordNotes() const { return lockFile().parent_path() / "records-under-way"; }
 
-    /// A stored boolean; absent if nothing, or something else, is stored under the key.
+    /// A stored boolean; absent if nothing, or something else, is stored under the key. In the user defaults,
+    /// a number or a text is read as the system reads it: 0 is no, "YES" is yes.
     std::optional<bool> boolean(std::string_view key) const;
     /// Returns false when the value could not be stored; the old one then stays.
     bool setBoolean(std::string_view key, bool value);

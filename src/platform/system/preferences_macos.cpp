@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <utility>
 
 #include "platform/system/core_foundation.h"
@@ -41,6 +44,34 @@ Owned<CFPropertyListRef> storedOfType(std::string_view key, CFTypeID type) {
     return value && CFGetTypeID(value.get()) == type ? std::move(value) : nullptr;
 }
 
+// Whether a text means yes, as -[NSString boolValue] reads it: white space, a sign and zeros first mean nothing; then
+// one of these does.
+bool meansYes(CFStringRef text) {
+    std::array<char, 64> buffer{};
+    if (!CFStringGetCString(text, buffer.data(), static_cast<CFIndex>(buffer.size()), kCFStringEncodingUTF8)) {
+        return false;  // too long to be any word for it
+    }
+    std::string_view rest(buffer.data());
+    rest.remove_prefix(std::min(rest.find_first_not_of(" \t\n\v\f\r"), rest.size()));
+    rest.remove_prefix(rest.starts_with('+') || rest.starts_with('-') ? 1 : 0);
+    rest.remove_prefix(std::min(rest.find_first_not_of('0'), rest.size()));
+    return !rest.empty() && std::string_view("YyTt123456789").find(rest.front()) != std::string_view::npos;
+}
+
+// As -[NSUserDefaults boolForKey:] reads a value, which somebody may have set by hand (defaults(1)).
+std::optional<bool> yesOrNo(CFPropertyListRef value) {
+    const CFTypeID type = CFGetTypeID(value);
+    if (type == CFBooleanGetTypeID()) {
+        return CFBooleanGetValue(static_cast<CFBooleanRef>(value)) != 0;
+    }
+    if (type == CFNumberGetTypeID()) {
+        double number = 0;
+        return CFNumberGetValue(static_cast<CFNumberRef>(value), kCFNumberFloat64Type, &number) != 0 &&
+               std::fpclassify(number) != FP_ZERO;
+    }
+    return type == CFStringGetTypeID() ? std::optional(meansYes(static_cast<CFStringRef>(value))) : std::nullopt;
+}
+
 }  // namespace
 
 // A made-up world has files of its own; an empty folder stands for the user defaults, which it must not reach.
@@ -59,11 +90,9 @@ std::optional<bool> Preferences::boolean(std::string_view key) const {
     if (!folder_.empty()) {
         return booleanFromPreferenceFile(data(key));
     }
-    const Owned<CFPropertyListRef> value = storedOfType(key, CFBooleanGetTypeID());
-    if (!value) {
-        return std::nullopt;
-    }
-    return CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0;
+    const Owned<CFStringRef> name = makeString(key);
+    const Owned<CFPropertyListRef> value = name ? storedValue(name.get()) : nullptr;
+    return value ? yesOrNo(value.get()) : std::nullopt;
 }
 
 bool Preferences::setBoolean(std::string_view key, bool value) {

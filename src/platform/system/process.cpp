@@ -13,6 +13,7 @@
 #include <set>
 
 #include "platform/files/descriptor.h"
+#include "platform/system/descriptor_limit.h"
 
 #ifdef __APPLE__
 #include <crt_externs.h>
@@ -35,11 +36,33 @@ bool makePipe(std::array<int, 2>& ends) {
            fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0;
 }
 
+// A program's descriptor `to` becomes `from`. To duplicate one onto itself does nothing on macOS: it would stay closed.
+int addHandOver(posix_spawn_file_actions_t* actions, int from, int to) {
+    return from == to ? posix_spawn_file_actions_addinherit_np(actions, from)
+                      : posix_spawn_file_actions_adddup2(actions, from, to);
+}
+
+// Where all that is not handed over is closed, standard input has to be handed over, if there is one: where there is
+// none, a pipe may have got its number.
+int addStandardInput(posix_spawn_file_actions_t* actions) {
+    const int flags = fcntl(STDIN_FILENO, F_GETFD);
+    const bool isInherited = flags >= 0 && (flags & FD_CLOEXEC) == 0;
+    return isInherited ? posix_spawn_file_actions_addinherit_np(actions, STDIN_FILENO) : 0;
+}
+
 char** environment() {
     return *_NSGetEnviron();
 }
 #else
 constexpr short systemFlags = 0;
+
+int addHandOver(posix_spawn_file_actions_t* actions, int from, int to) {
+    return posix_spawn_file_actions_adddup2(actions, from, to);
+}
+
+int addStandardInput(posix_spawn_file_actions_t* /*actions*/) {
+    return 0;  // it is inherited
+}
 
 bool makePipe(std::array<int, 2>& ends) {
     return pipe2(ends.data(), O_CLOEXEC) == 0;
@@ -55,9 +78,11 @@ struct Pipe {
     Descriptor writing;
 };
 
+// Walks on other threads may use up the descriptors for a moment: a tool that is not run for that would be a card that
+// vanishes.
 std::optional<Pipe> openPipe() {
     std::array<int, 2> ends{};
-    if (!makePipe(ends)) {
+    if (!patiently([&] { return makePipe(ends); })) {
         return std::nullopt;
     }
     return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
@@ -87,9 +112,9 @@ public:
         sigdelset(&ordinary, SIGSTOP);
         // In this order, and with the output's pipe made first, neither end is replaced before its turn, even where
         // this process has no standard descriptors itself and the pipes got their numbers.
-        return posix_spawn_file_actions_adddup2(&actions_, output.writing.get(), STDOUT_FILENO) == 0 &&
-               posix_spawn_file_actions_adddup2(&actions_, errors.writing.get(), STDERR_FILENO) == 0 &&
-               keepStandardInput() && posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&
+        return addHandOver(&actions_, output.writing.get(), STDOUT_FILENO) == 0 &&
+               addHandOver(&actions_, errors.writing.get(), STDERR_FILENO) == 0 && addStandardInput(&actions_) == 0 &&
+               posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&
                posix_spawnattr_setsigdefault(&attributes_, &ordinary) == 0 &&
                // A group of its own, led by itself, so that it can be ended with all that it started.
                posix_spawnattr_setpgroup(&attributes_, 0) == 0 &&
@@ -102,12 +127,6 @@ public:
     const posix_spawnattr_t* attributes() const { return &attributes_; }
 
 private:
-    // Where all that is not handed over is closed, standard input has to be handed over (if there is one).
-    bool keepStandardInput() {
-        return systemFlags == 0 || fcntl(STDIN_FILENO, F_GETFD) < 0 ||
-               posix_spawn_file_actions_adddup2(&actions_, STDIN_FILENO, STDIN_FILENO) == 0;
-    }
-
     posix_spawn_file_actions_t actions_{};
     posix_spawnattr_t attributes_{};
 };

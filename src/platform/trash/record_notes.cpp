@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned ownerOnly = 0700;
+constexpr unsigned notesMode = 0700;
 // Ends each place and each text, neither of which can contain it.
 constexpr char fieldEnd = '\0';
 
@@ -93,7 +93,7 @@ RecordNotes::~RecordNotes() {
 }
 
 void RecordNotes::add(const fs::path& record, std::string_view text) {
-    if (!std::exchange(isBegun_, true) && !path_.empty() && makeFolders(path_.parent_path(), ownerOnly) == 0) {
+    if (!std::exchange(isBegun_, true) && !path_.empty() && makeFolders(path_.parent_path(), notesMode) == 0) {
         file_ = Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0600));
     }
     if (file_) {

@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t ownerOnly = 0700;
+constexpr mode_t trashMode = 0700;
 
 bool isOurs(int folder) {
     struct stat found {};
@@ -31,7 +31,7 @@ bool isOurs(int folder) {
 // Opens a folder of ours inside another one, and creates it if it is missing. Does not follow a link: it could lead the
 // item anywhere.
 int openOwnFolder(int parent, const char* name, Descriptor& folder) {
-    if (mkdirat(parent, name, ownerOnly) != 0 && errno != EEXIST) {
+    if (mkdirat(parent, name, trashMode) != 0 && errno != EEXIST) {
         return errno;
     }
     folder = openFolder(parent, name, LastLink::doNotFollow);
@@ -65,7 +65,7 @@ std::optional<VolumeIdentity> homeTrashVolume() {
 
 int openHomeTrash(OpenTrash& trash) {
     const fs::path place = homeTrashPlace();
-    if (const int failure = makeFolders(place, ownerOnly)) {
+    if (const int failure = makeFolders(place, trashMode)) {
         return failure;
     }
     // Only here a link is followed: users may keep the Trash elsewhere on the same volume.

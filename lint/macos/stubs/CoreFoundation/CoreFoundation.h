@@ -24,7 +24,7 @@ using CFNumberType = CFIndex;
 // NOLINTNEXTLINE: unscoped, as in the original
 enum : CFStringEncoding { kCFStringEncodingUTF8 = 0x08000100 };
 // NOLINTNEXTLINE
-enum : CFNumberType { kCFNumberSInt64Type = 4 };
+enum : CFNumberType { kCFNumberSInt64Type = 4, kCFNumberFloat64Type = 6 };
 
 extern const CFAllocatorRef kCFAllocatorDefault;
 extern const CFBooleanRef kCFBooleanTrue;
@@ -35,9 +35,11 @@ CFTypeID CFGetTypeID(CFTypeRef object);
 CFTypeID CFBooleanGetTypeID();
 CFTypeID CFDataGetTypeID();
 CFTypeID CFNumberGetTypeID();
+CFTypeID CFStringGetTypeID();
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex count,
                                     CFStringEncoding encoding, Boolean isExternalRepresentation);
+Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size, CFStringEncoding encoding);
 Boolean CFBooleanGetValue(CFBooleanRef boolean);
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length);

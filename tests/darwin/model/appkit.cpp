@@ -1,0 +1,216 @@
+#include "darwin/model/appkit.h"
+
+#include <QGuiApplication>
+#include <QString>
+
+#include "darwin/model/misuse.h"
+
+extern "C" {
+WId __real__ZNK7QWindow5winIdEv(const QWindow* window);
+QString __real__ZN15QGuiApplication12platformNameEv();
+}
+
+namespace vesk::darwin {
+
+namespace {
+
+struct AppKit {
+    bool isCocoa = false;
+    bool lessMotion = false;
+    std::string symbolPicture;
+    std::map<const QWindow*, id> views;
+    id application = nullptr;
+    id workspace = nullptr;
+};
+
+AppKit& appKit() {
+    static AppKit& instance = *new AppKit;
+    return instance;
+}
+
+id shared(id& object, const char* className) {
+    if (object == nullptr) {
+        object = makeShared(className);
+    }
+    return object;
+}
+
+// A method that remembers what it was sent.
+template <typename Type>
+DeclaredMethod setter(std::string types, std::string name) {
+    return {std::move(types), [name](id self, const Arguments& sent) {
+                valueOf(self, name) = sent[0];
+                return std::any();
+            }};
+}
+
+template <typename Type>
+DeclaredMethod getter(std::string types, std::string name) {
+    return {std::move(types), [name](id self, const Arguments&) { return std::any(valueOr<Type>(self, name)); }};
+}
+
+DeclaredMethod nothing(std::string types) {
+    return {std::move(types), [](id, const Arguments&) { return std::any(); }};
+}
+
+// A method that makes an object of a class for the innermost autorelease pool.
+DeclaredMethod maker(std::string types, std::string className) {
+    return {std::move(types), [className](id, const Arguments&) { return std::any(makeAutoreleased(className)); }};
+}
+
+void declareApplication() {
+    ModelClass application{"NSApplication", "NSObject", {}, {}};
+    application.ofClass["sharedApplication"] = {
+        "@", [](id, const Arguments&) { return std::any(shared(appKit().application, "NSApplication")); }};
+    application.ofObjects["setActivationPolicy:"] = {"Bq", [](id self, const Arguments& sent) {
+                                                         valueOf(self, "policy") = sent[0];
+                                                         return std::any(true);
+                                                     }};
+    application.ofObjects["activateIgnoringOtherApps:"] = nothing("vB");
+    application.ofObjects["orderFrontStandardAboutPanel:"] = nothing("v@");
+    // The menu that Qt has made for itself.
+    application.ofObjects["mainMenu"] = {"@", [](id self, const Arguments&) {
+                                             if (!valueOf(self, "menu").has_value()) {
+                                                 valueOf(self, "menu") = makeShared("NSMenu");
+                                             }
+                                             return valueOf(self, "menu");
+                                         }};
+    declareClass(std::move(application));
+    ModelClass menu{"NSMenu", "NSObject", {}, {}};
+    menu.ofObjects["numberOfItems"] = {"q", [](id, const Arguments&) { return std::any(1L); }};
+    menu.ofObjects["itemAtIndex:"] = {"@q", [](id self, const Arguments&) { return std::any(self); }};
+    menu.ofObjects["submenu"] = {"@", [](id self, const Arguments&) { return std::any(self); }};
+    menu.ofObjects["insertItem:atIndex:"] = nothing("v@q");
+    declareClass(std::move(menu));
+    ModelClass item{"NSMenuItem", "NSObject", {}, {}};
+    item.ofClass["alloc"] = {"@", [](id, const Arguments&) { return std::any(makeOwned("NSMenuItem")); }};
+    item.ofObjects["initWithTitle:action:keyEquivalent:"] = {"@@:@",
+                                                             [](id self, const Arguments&) { return std::any(self); }};
+    declareClass(std::move(item));
+    ModelClass workspace{"NSWorkspace", "NSObject", {}, {}};
+    workspace.ofClass["sharedWorkspace"] = {
+        "@", [](id, const Arguments&) { return std::any(shared(appKit().workspace, "NSWorkspace")); }};
+    workspace.ofObjects["accessibilityDisplayShouldReduceMotion"] = {
+        "B", [](id, const Arguments&) { return std::any(appKit().lessMotion); }};
+    declareClass(std::move(workspace));
+}
+
+void declareWindow() {
+    ModelClass view{"NSView", "NSObject", {}, {}};
+    view.ofObjects["window"] = getter<id>("@", "window");
+    declareClass(std::move(view));
+    ModelClass window{"NSWindow", "NSObject", {}, {}};
+    window.ofObjects["styleMask"] = getter<unsigned long>("Q", "styleMask");
+    window.ofObjects["setStyleMask:"] = {"vQ", [](id self, const Arguments& sent) {
+                                             const auto before = valueOr<unsigned long>(self, "styleMask");
+                                             const auto after = std::any_cast<unsigned long>(sent[0]);
+                                             // AppKit answers this with an exception.
+                                             if (((before ^ after) & fullScreen) != 0) {
+                                                 misuse("a style mask changes full screen outside of a transition");
+                                             }
+                                             valueOf(self, "styleMask") = after;
+                                             return std::any();
+                                         }};
+    window.ofObjects["setTitlebarAppearsTransparent:"] = setter<bool>("vB", "transparent");
+    window.ofObjects["setTitleVisibility:"] = setter<long>("vq", "titleVisibility");
+    declareClass(std::move(window));
+}
+
+void declarePictures() {
+    ModelClass image{"NSImage", "NSObject", {}, {}};
+    image.ofClass["imageWithSystemSymbolName:accessibilityDescription:"] = {
+        "@@@", [](id, const Arguments&) {
+            return appKit().symbolPicture.empty() ? std::any() : std::any(makeAutoreleased("NSImage"));
+        }};
+    image.ofObjects["imageWithSymbolConfiguration:"] = maker("@@", "NSImage");
+    image.ofObjects["TIFFRepresentation"] = maker("@", "NSData");
+    declareClass(std::move(image));
+    ModelClass configuration{"NSImageSymbolConfiguration", "NSObject", {}, {}};
+    configuration.ofClass["configurationWithPointSize:weight:"] = maker("@dd", "NSImageSymbolConfiguration");
+    declareClass(std::move(configuration));
+    ModelClass bitmap{"NSBitmapImageRep", "NSObject", {}, {}};
+    bitmap.ofClass["imageRepWithData:"] = maker("@@", "NSBitmapImageRep");
+    bitmap.ofObjects["representationUsingType:properties:"] = maker("@Q@", "NSData");
+    declareClass(std::move(bitmap));
+    ModelClass dictionary{"NSDictionary", "NSObject", {}, {}};
+    dictionary.ofClass["dictionary"] = maker("@", "NSDictionary");
+    declareClass(std::move(dictionary));
+    ModelClass data{"NSData", "NSObject", {}, {}};
+    data.ofObjects["bytes"] = {
+        "*", [](id, const Arguments&) { return std::any(static_cast<const char*>(appKit().symbolPicture.data())); }};
+    data.ofObjects["length"] = {
+        "Q", [](id, const Arguments&) { return std::any(static_cast<unsigned long>(appKit().symbolPicture.size())); }};
+    declareClass(std::move(data));
+}
+
+const bool isDeclared = (declareApplication(), declareWindow(), declarePictures(), true);
+
+// What Qt makes for a window, again whenever it was closed.
+id viewOf(const QWindow& window) {
+    id& view = appKit().views[&window];
+    if (view == nullptr) {
+        view = makeShared("NSView");
+        const id frame = makeShared("NSWindow");
+        valueOf(frame, "styleMask") = 0xFUL;  // titled, closable, miniaturizable, resizable
+        valueOf(view, "window") = frame;
+    }
+    return view;
+}
+
+// Qt sets the window's flags anew, and with them these.
+void takeContentOut(id frame, unsigned long mask) {
+    valueOf(frame, "styleMask") = mask;
+    valueOf(frame, "transparent") = false;
+}
+
+}  // namespace
+
+void pretendCocoa(bool isCocoa) {
+    appKit().isCocoa = isCocoa;
+}
+
+id frameOf(const QWindow& window) {
+    return valueOr<id>(viewOf(window), "window");
+}
+
+void enterFullScreen(QWindow& window) {
+    const id frame = frameOf(window);
+    takeContentOut(frame, (valueOr<unsigned long>(frame, "styleMask") & ~fullSizeContentView) | fullScreen);
+    window.setWindowState(Qt::WindowFullScreen);
+    QCoreApplication::processEvents();
+}
+
+void leaveFullScreen(QWindow& window) {
+    const id frame = frameOf(window);
+    takeContentOut(frame, valueOr<unsigned long>(frame, "styleMask") & ~(fullScreen | fullSizeContentView));
+    window.setWindowState(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+}
+
+void wantLessMotion(bool wanted) {
+    appKit().lessMotion = wanted;
+}
+
+void setSymbolPicture(const std::string& png) {
+    appKit().symbolPicture = png;
+}
+
+void forgetAppKit() {
+    appKit() = AppKit();
+}
+
+}  // namespace vesk::darwin
+
+using namespace vesk::darwin;
+
+extern "C" {
+
+WId __wrap__ZNK7QWindow5winIdEv(const QWindow* window) {
+    return appKit().isCocoa ? reinterpret_cast<WId>(viewOf(*window)) : __real__ZNK7QWindow5winIdEv(window);
+}
+
+QString __wrap__ZN15QGuiApplication12platformNameEv() {
+    return appKit().isCocoa ? QStringLiteral("cocoa") : __real__ZN15QGuiApplication12platformNameEv();
+}
+
+}  // extern "C"

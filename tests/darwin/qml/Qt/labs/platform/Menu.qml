@@ -1,0 +1,6 @@
+import QtQml
+
+QtObject {
+    property string title
+    default property list<QtObject> items
+}
