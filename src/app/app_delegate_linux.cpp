@@ -27,11 +27,13 @@ void AppDelegate::bringForward(QWindow& window) const {
     QTimer::singleShot(untilItCame, &window, [&window] { window.requestActivate(); });
 }
 
+// On macOS what follows is kept. NOLINTBEGIN(performance-unnecessary-value-param)
 void AppDelegate::extendIntoTitleBar(QWindow& /*window*/, std::function<void(double)> /*setInset*/) const {
 }
 
 void AppDelegate::outliveWindow(QWindow& /*window*/, std::function<void()> /*reopen*/) const {
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 void AppDelegate::offerMenus(QQmlEngine& /*engine*/, QWindow& /*window*/, const QUrl& /*source*/) const {
 }

@@ -36,6 +36,11 @@ void showAbout() {
     send<void, id>(application(), "orderFrontStandardAboutPanel:", static_cast<id>(nullptr));
 }
 
+// Qt tells the address of the window's view as a number.
+id frameOf(const QWindow& window) {
+    return send(reinterpret_cast<id>(window.winId()), "window");  // NOLINT(performance-no-int-to-ptr)
+}
+
 #if QT_VERSION >= QT_VERSION_CHECK(6, 9, 0)
 
 // Qt keeps the content beneath the title bar itself, and knows how much that covers.
@@ -50,7 +55,7 @@ double insetOf(const QWindow& window) {
 #else
 
 void letContentReachTop(QWindow& window) {
-    const id frame = send(reinterpret_cast<id>(window.winId()), "window");
+    const id frame = frameOf(window);
     if (frame == nullptr) {
         return;
     }
@@ -69,7 +74,7 @@ double insetOf(const QWindow& window) {
 
 // The content would run into the name of the window.
 void hideTitle(const QWindow& window) {
-    send<void, long>(send(reinterpret_cast<id>(window.winId()), "window"), "setTitleVisibility:", titleHidden);
+    send<void, long>(frameOf(window), "setTitleVisibility:", titleHidden);
 }
 
 // Sees to a window's frame when the window is made, which happens again after it was closed, and when it enters or

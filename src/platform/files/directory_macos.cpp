@@ -144,7 +144,7 @@ struct BulkOutcome {
 };
 
 BulkOutcome readNamesInBulk(int folder, const Visit& visit) {
-    std::array<std::byte, 32 * 1024> buffer;
+    std::array<std::byte, std::size_t{32} * 1024> buffer;
     attrlist wanted = wantedAttributes();
     BulkOutcome outcome;
     int nameless = 0;

@@ -1,3 +1,3 @@
 #pragma once
 
-extern "C" char*** _NSGetEnviron();
+extern "C" char*** _NSGetEnviron();  // NOLINT(bugprone-reserved-identifier): its name there

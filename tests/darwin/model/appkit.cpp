@@ -7,6 +7,7 @@
 
 extern "C" {
 WId __real__ZNK7QWindow5winIdEv(const QWindow* window);
+// NOLINTNEXTLINE(clang-diagnostic-return-type-c-linkage): the linker gives it a name of C
 QString __real__ZN15QGuiApplication12platformNameEv();
 }
 
@@ -209,6 +210,7 @@ WId __wrap__ZNK7QWindow5winIdEv(const QWindow* window) {
     return appKit().isCocoa ? reinterpret_cast<WId>(viewOf(*window)) : __real__ZNK7QWindow5winIdEv(window);
 }
 
+// NOLINTNEXTLINE(clang-diagnostic-return-type-c-linkage)
 QString __wrap__ZN15QGuiApplication12platformNameEv() {
     return appKit().isCocoa ? QStringLiteral("cocoa") : __real__ZN15QGuiApplication12platformNameEv();
 }
