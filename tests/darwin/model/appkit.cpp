@@ -5,9 +5,12 @@
 
 #include "darwin/model/misuse.h"
 
+// The linker gives functions of C++ names like C's.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
 extern "C" {
 WId __real__ZNK7QWindow5winIdEv(const QWindow* window);
-// NOLINTNEXTLINE(clang-diagnostic-return-type-c-linkage): the linker gives it a name of C
 QString __real__ZN15QGuiApplication12platformNameEv();
 }
 
@@ -210,7 +213,6 @@ WId __wrap__ZNK7QWindow5winIdEv(const QWindow* window) {
     return appKit().isCocoa ? reinterpret_cast<WId>(viewOf(*window)) : __real__ZNK7QWindow5winIdEv(window);
 }
 
-// NOLINTNEXTLINE(clang-diagnostic-return-type-c-linkage)
 QString __wrap__ZN15QGuiApplication12platformNameEv() {
     return appKit().isCocoa ? QStringLiteral("cocoa") : __real__ZN15QGuiApplication12platformNameEv();
 }
