@@ -5,7 +5,7 @@ set(CMAKE_SYSTEM_PROCESSOR arm64)
 set(CMAKE_CXX_COMPILER $ENV{VESK_ZIG} c++)
 # Nobody runs what comes out: no debugging information, no checks built in.
 set(CMAKE_CXX_FLAGS_INIT "-target aarch64-macos.$ENV{VESK_DARWIN_VERSION} -g0 -fno-sanitize=all \
--isystem ${CMAKE_CURRENT_LIST_DIR}/stubs -isystem $ENV{VESK_DARWIN_INCLUDE}")
+-isystem \"${CMAKE_CURRENT_LIST_DIR}/stubs\" -isystem \"$ENV{VESK_DARWIN_INCLUDE}\"")
 # The compiler knows its system's place by itself.
 set(CMAKE_OSX_SYSROOT "" CACHE STRING "")
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
