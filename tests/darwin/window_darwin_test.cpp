@@ -139,9 +139,9 @@ TEST_F(WindowTest, TheApplicationOutlivesItsWindowAndTheDockBringsItBack) {
 class MenusTest : public WindowTest {
 protected:
     MenusTest() {
-        engine.addImportPath(QStringLiteral(VESK_MODEL_QML));
+        engine.addImportPath(QStringLiteral("qrc:/model"));
         window.show();
-        delegate.offerMenus(engine, window, QUrl::fromLocalFile(QStringLiteral(VESK_SYSTEM_MENUS)));
+        delegate.offerMenus(engine, window, QUrl(QStringLiteral("qrc:/model/SystemMenus.qml")));
         for (QObject* child : window.children()) {
             bar = child->inherits("QQmlComponent") || !child->property("menus").isValid() ? bar : child;
         }
