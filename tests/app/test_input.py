@@ -8,7 +8,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 
-from window import PATIENCE, Window, act, is_available, role_of, wait_for  # noqa: E402
+from window import PATIENCE, ScannedWindowTest, Window, act, is_available, role_of, wait_for  # noqa: E402
 
 LARGEST = "Dormant AI models"
 QUESTION = "Move to Trash"
@@ -22,17 +22,7 @@ def is_celebration(name):
     return name.startswith("Vesk!")
 
 
-class InputTest(unittest.TestCase):
-    def setUp(self):
-        self.window = Window(os.environ["VESK_DEMO"])
-        self.addCleanup(self.stop)
-        self.window.wait("list", "Cards")
-        self.window.scanned()
-
-    def stop(self):
-        if self.window.process.poll() is None:
-            self.window.close()
-
+class InputTest(ScannedWindowTest):
     def stays(self, seconds, role, name):
         """Waits for the item, then checks that it stays for that long."""
         item = self.window.wait(role, name)

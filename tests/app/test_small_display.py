@@ -9,22 +9,12 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).parent))
 
 import pyatspi  # noqa: E402
-from window import Window, act, wait_for  # noqa: E402
+from window import ScannedWindowTest, act, wait_for  # noqa: E402
 
 DISPLAY = tuple(int(number) for number in os.environ["VESK_SCREEN"].split("x"))
 
 
-class SmallDisplayTest(unittest.TestCase):
-    def setUp(self):
-        self.window = Window(os.environ["VESK_DEMO"])
-        self.addCleanup(self.stop)
-        self.window.wait("list", "Cards")
-        self.window.scanned()
-
-    def stop(self):
-        if self.window.process.poll() is None:
-            self.window.close()
-
+class SmallDisplayTest(ScannedWindowTest):
     def test_the_window_is_no_larger_than_the_display(self):
         width, height = self.window.size()
         self.assertLessEqual(width, DISPLAY[0])

@@ -9,7 +9,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).parent))
 
 import pyatspi  # noqa: E402
-from window import PATIENCE, Window, act, is_checked, role_of, wait_for  # noqa: E402
+from window import PATIENCE, ScannedWindowTest, act, is_checked, role_of, wait_for  # noqa: E402
 
 CARDS = 19
 # What a clean itself creates in the home: the Trash and the preferences.
@@ -28,17 +28,7 @@ def files_below(folder):
     return sorted(str(path.relative_to(folder)) for path in folder.rglob("*") if path.relative_to(folder).parts[0] not in OWN)
 
 
-class WindowTest(unittest.TestCase):
-    def setUp(self):
-        self.window = Window(os.environ["VESK_DEMO"])
-        self.addCleanup(self.stop)
-        self.window.wait("list", "Cards")
-        self.window.scanned()
-
-    def stop(self):
-        if self.window.process.poll() is None:
-            self.window.close()
-
+class WindowTest(ScannedWindowTest):
     def tick_only(self, title):
         """Unticks every card but this one."""
         for row in self.window.cards():

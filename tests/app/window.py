@@ -13,6 +13,7 @@ import sys
 import tempfile
 import threading
 import time
+import unittest
 from pathlib import Path
 
 import pyatspi
@@ -233,6 +234,20 @@ class Window:
                 return item
             self.keys("Tab")
         raise AssertionError(f"Tab does not reach {role} {name}")
+
+
+class ScannedWindowTest(unittest.TestCase):
+    """Each test has a window of its own, on a made-up Mac that has been scanned."""
+
+    def setUp(self):
+        self.window = Window(os.environ["VESK_DEMO"])
+        self.addCleanup(self.stop)
+        self.window.wait("list", "Cards")
+        self.window.scanned()
+
+    def stop(self):
+        if self.window.process.poll() is None:
+            self.window.close()
 
 
 def role_of(item):

@@ -54,10 +54,17 @@ protected:
     }
 };
 
-TEST_F(TrashBatchTest, EachItemIsOnRecordBeforeTheFirstMoves) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+class RecordsAheadTest : public TrashBatchTest {
+protected:
+    void SetUp() override {
+        TrashBatchTest::SetUp();
+        if (!homeKeepsOrderOfNames()) {
+            GTEST_SKIP() << "no record is made ahead where names are not kept in order";
+        }
     }
+};
+
+TEST_F(RecordsAheadTest, EachItemIsOnRecordBeforeTheFirstMoves) {
     const std::vector<SeenItem> items = made(3);
     TrashBatch batch(notes);
     record(batch, items);
@@ -91,10 +98,7 @@ TEST_F(TrashBatchTest, MovesMoreItemsThanThereAreDescriptors) {
     EXPECT_FALSE(isThere(notes));
 }
 
-TEST_F(TrashBatchTest, WhatIsNotMovedIsTakenOffTheRecord) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
-    }
+TEST_F(RecordsAheadTest, WhatIsNotMovedIsTakenOffTheRecord) {
     const std::vector<SeenItem> items = made(3);
     {
         TrashBatch batch(notes);
@@ -108,10 +112,7 @@ TEST_F(TrashBatchTest, WhatIsNotMovedIsTakenOffTheRecord) {
 }
 
 // For example since a program has it in use.
-TEST_F(TrashBatchTest, AnItemLeftOutOfItsTurnCostsTheOthersNotTheirRecords) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
-    }
+TEST_F(RecordsAheadTest, AnItemLeftOutOfItsTurnCostsTheOthersNotTheirRecords) {
     const std::vector<SeenItem> items = made(3);
     TrashBatch batch(notes);
     record(batch, items);
@@ -131,10 +132,7 @@ TEST_F(TrashBatchTest, AnItemThatVanishedOnceOnRecordLeavesNoRecord) {
     EXPECT_THAT(namesIn(info), ElementsAre("item0.trashinfo", "item2.trashinfo"));
 }
 
-TEST_F(TrashBatchTest, AFolderSwappedOnceOnRecordIsLeftAlone) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
-    }
+TEST_F(RecordsAheadTest, AFolderSwappedOnceOnRecordIsLeftAlone) {
     const std::vector<SeenItem> items = made(2);
     TrashBatch batch(notes);
     record(batch, items);
@@ -200,10 +198,7 @@ TEST_F(TrashBatchTest, ItemsOfOneNameGetNamesOfTheirOwn) {
                 ElementsAre("node_modules.2.trashinfo", "node_modules.3.trashinfo", "node_modules.trashinfo"));
 }
 
-TEST_F(TrashBatchTest, TheRecordsOfAKilledCleanAreTakenBackByTheNext) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
-    }
+TEST_F(RecordsAheadTest, TheRecordsOfAKilledCleanAreTakenBackByTheNext) {
     const std::vector<SeenItem> items = made(3);
     beKilledAfterRecording(items);
     ASSERT_THAT(namesIn(info), SizeIs(3));
@@ -213,10 +208,7 @@ TEST_F(TrashBatchTest, TheRecordsOfAKilledCleanAreTakenBackByTheNext) {
     EXPECT_TRUE(isThere(items[0].path));
 }
 
-TEST_F(TrashBatchTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
-    }
+TEST_F(RecordsAheadTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) {
     const std::vector<SeenItem> items = made(3);
     beKilledAfterRecording(items);
     // Since then, one record has become another program's, and one item has reached the Trash.
@@ -226,10 +218,7 @@ TEST_F(TrashBatchTest, OfAKilledCleanOnlyItsOwnRecordsWithoutItemsAreTakenBack) 
     EXPECT_THAT(namesIn(info), ElementsAre("item0.trashinfo", "item1.trashinfo"));
 }
 
-TEST_F(TrashBatchTest, ARecordHalfWrittenWhenACleanWasKilledIsTakenBackUnlessSomebodyWritesIt) {
-    if (!homeKeepsOrderOfNames()) {
-        GTEST_SKIP() << "no record is made ahead where names are not kept in order";
-    }
+TEST_F(RecordsAheadTest, ARecordHalfWrittenWhenACleanWasKilledIsTakenBackUnlessSomebodyWritesIt) {
     const std::vector<SeenItem> items = made(2);
     beKilledAfterRecording(items);
     fs::resize_file(info / "item0.trashinfo", 0);

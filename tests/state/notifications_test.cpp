@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <functional>
 #include <map>
 
 #include "state/cleaning_fixture.h"
@@ -63,6 +64,14 @@ protected:
                          [note](const QModelIndex&, int row) { note("history row " + std::to_string(row)); });
         QObject::connect(history, &HistoryList::dataChanged, [note, &store] {
             note(std::string("undone ") + (store.history().at(0).undone ? "yes" : "no"));
+        });
+    }
+
+    // Calls this from the event loop each time a run is being stored.
+    QMetaObject::Connection queueWhileARunIsStored(const std::function<void()>& action) {
+        const auto* history = store_->property("history").value<HistoryList*>();
+        return QObject::connect(history, &HistoryList::rowsInserted, [action] {
+            QMetaObject::invokeMethod(QCoreApplication::instance(), action, Qt::QueuedConnection);
         });
     }
 
@@ -131,11 +140,7 @@ TEST_F(NotificationsTest, OtherEventsAreHandledWhileARunIsStored) {
     for (const bool preview : {true, false}) {
         store.setPreviewOnly(preview);
         bool wasHandled = false;
-        const auto* history = store.property("history").value<HistoryList*>();
-        const auto inserting = QObject::connect(history, &HistoryList::rowsInserted, [&] {
-            QMetaObject::invokeMethod(
-                &store, [&] { wasHandled = store.cleaning(); }, Qt::QueuedConnection);
-        });
+        const auto inserting = queueWhileARunIsStored([&] { wasHandled = store.cleaning(); });
         clean();
         QObject::disconnect(inserting);
         EXPECT_TRUE(wasHandled) << (preview ? "in a preview" : "in a clean");
@@ -146,11 +151,7 @@ TEST_F(NotificationsTest, ASaveWhileARunIsStoredWaitsForThat) {
     writeFile(junk() / "a", "a");
     offerItemsOf(junk());
     Store& store = scannedStore();
-    const auto* history = store.property("history").value<HistoryList*>();
-    QObject::connect(history, &HistoryList::rowsInserted, [&] {
-        QMetaObject::invokeMethod(
-            &store, [&] { store.saveHistory(); }, Qt::QueuedConnection);
-    });
+    queueWhileARunIsStored([&] { store.saveHistory(); });
     clean();
     ASSERT_TRUE(store.celebration());
     EXPECT_EQ(storedHistory(), store.history());
@@ -162,11 +163,7 @@ TEST_F(NotificationsTest, AStoreEndedWhileARunIsStoredHasStoredIt) {
     writeFile(junk() / "a", "a");
     offerItemsOf(junk());
     Store& store = scannedStore();
-    const auto* history = store.property("history").value<HistoryList*>();
-    QObject::connect(history, &HistoryList::rowsInserted, [&] {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [&] { store_.reset(); }, Qt::QueuedConnection);
-    });
+    queueWhileARunIsStored([&] { store_.reset(); });
     store.performClean();
     ASSERT_TRUE(waitFor([&] { return !store_; }));
     ASSERT_EQ(storedHistory().size(), 1U);

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <locale>
+#include <string>
 
 #include "platform/world.h"
 #include "support/temporary_home.h"
@@ -12,14 +12,12 @@
 namespace vesk {
 namespace {
 
-class ReducedMotionTest : public testing::TemporaryHome {
+class DesktopTest : public testing::TemporaryHome {
 protected:
-    static void write(const char* file, const char* text) {
-        const std::filesystem::path path = world().configHome / file;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path) << text;
-    }
+    static void write(const char* file, const std::string& text) { testing::writeFile(world().configHome / file, text); }
 };
+class ReducedMotionTest : public DesktopTest {};
+class TextScaleTest : public DesktopTest {};
 
 TEST_F(ReducedMotionTest, IsNotWantedWithoutASetting) {
     EXPECT_FALSE(reducedMotionWanted());
@@ -59,6 +57,35 @@ TEST_F(ReducedMotionTest, OddSettingsFilesAreNoAnswer) {
     EXPECT_FALSE(reducedMotionWanted());
     std::filesystem::create_directories(world().configHome / "gtk-4.0/settings.ini");
     EXPECT_FALSE(reducedMotionWanted());
+}
+
+TEST_F(TextScaleTest, IsTheUsualWithoutASetting) {
+    EXPECT_EQ(desktopTextScale(), 1);
+}
+
+TEST_F(TextScaleTest, IsReadFromTheToolkitsSettings) {
+    write("gtk-3.0/settings.ini", "[Settings]\ngtk-xft-dpi=122880\n");  // 120 dots per inch
+    EXPECT_EQ(desktopTextScale(), 1.25);
+    write("gtk-4.0/settings.ini", "[Settings]\ngtk-theme-name=x\ngtk-xft-dpi = 147456\n");
+    EXPECT_EQ(desktopTextScale(), 1.5);
+    write("gtk-4.0/settings.ini", "[Settings]\ngtk-xft-dpi=98304\n");
+    write("gtk-3.0/settings.ini", "[Settings]\ngtk-xft-dpi=98304\n");
+    EXPECT_EQ(desktopTextScale(), 1);
+}
+
+TEST_F(TextScaleTest, IsReadFromTheDesktopsSettings) {
+    write("kcmfonts", "[General]\nforceFontDPI=144\n");
+    EXPECT_EQ(desktopTextScale(), 1.5);
+    write("kcmfonts", "[General]\nforceFontDPI=0\nforceFontDPIWayland=192\n");
+    EXPECT_EQ(desktopTextScale(), 2);
+}
+
+TEST_F(TextScaleTest, NonsenseIsTheUsual) {
+    for (const char* value : {"-1", "0", "", "large", "1e300", "nan", "1024"}) {
+        write("gtk-3.0/settings.ini", std::string("[Settings]\ngtk-xft-dpi=") + value + "\n");
+        write("kcmfonts", std::string("[General]\nforceFontDPI=") + value + "\n");
+        EXPECT_EQ(desktopTextScale(), 1) << value;
+    }
 }
 
 }  // namespace
