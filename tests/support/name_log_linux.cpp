@@ -1,5 +1,6 @@
-// Preloaded into programs that share the Trash with Vesk, this library logs every file that one of them took a name
-// from: deleted, or replaced by a rename. It adds a line "CALL INODE" to the file that VESK_NAME_LOG names.
+// Preloaded into programs that share the Trash with Vesk, this library logs what they do to the names of files. It adds
+// lines to the file that VESK_NAME_LOG names: "deleted INODE PATH", "replaced INODE PATH" for what a rename took a name
+// from, and "moved INODE PATH" with the new name.
 
 #include <fcntl.h>
 #include <stdlib.h>
@@ -13,28 +14,30 @@
 
 namespace {
 
-// The file that a call may take a name from. Held open, so that the answer is about this file whatever the name then
-// belongs to.
-class Watched {
+// The item at a path before a call. Held open, so that the answer is about this item whatever the path then leads to.
+class Item {
 public:
-    Watched(int folder, const char* path)
+    Item(int folder, const char* path)
         : file_(openat(folder, path, O_PATH | O_NOFOLLOW | O_CLOEXEC)), before_(look()) {}
-    Watched(const Watched&) = delete;
-    Watched& operator=(const Watched&) = delete;
-    ~Watched() {
+    Item(const Item&) = delete;
+    Item& operator=(const Item&) = delete;
+    ~Item() {
         if (file_ >= 0) {
             close(file_);
         }
     }
 
-    void logIfItLostAName(const char* call) const {
-        const char* path = getenv("VESK_NAME_LOG");
-        if (file_ < 0 || path == nullptr || look().st_nlink >= before_.st_nlink) {
-            return;
+    bool hasLostAName() const { return file_ >= 0 && look().st_nlink < before_.st_nlink; }
+
+    void log(const char* change, const char* path) const {
+        const int error = errno;
+        const char* place = getenv("VESK_NAME_LOG");
+        const int log = file_ < 0 || place == nullptr ? -1 : open(place, O_WRONLY | O_APPEND | O_CLOEXEC);
+        if (log >= 0) {
+            dprintf(log, "%s %lu %s\n", change, static_cast<unsigned long>(before_.st_ino), path);
+            close(log);
         }
-        const int log = open(path, O_WRONLY | O_APPEND | O_CLOEXEC);
-        dprintf(log, "%s %lu\n", call, static_cast<unsigned long>(before_.st_ino));
-        close(log);
+        errno = error;
     }
 
 private:
@@ -48,21 +51,26 @@ private:
     struct stat before_;
 };
 
-int logged(const char* call, const Watched& file, long result) {
-    const int error = errno;
-    file.logIfItLostAName(call);
-    errno = error;
+int loggedRename(int from, const char* old, int to, const char* name) {
+    const Item item(from, old);
+    const Item replaced(to, name);
+    const long result = syscall(SYS_renameat2, from, old, to, name, 0U);
+    if (result == 0) {
+        item.log("moved", name);
+        if (replaced.hasLostAName()) {
+            replaced.log("replaced", name);
+        }
+    }
     return static_cast<int>(result);
 }
 
-int renamed(int from, const char* old, int to, const char* name) {
-    const Watched replaced(to, name);
-    return logged("replaced", replaced, syscall(SYS_renameat2, from, old, to, name, 0U));
-}
-
-int unlinked(int folder, const char* path, int flags) {
-    const Watched deleted(folder, path);
-    return logged("deleted", deleted, syscall(SYS_unlinkat, folder, path, flags));
+int loggedUnlink(int folder, const char* path, int flags) {
+    const Item item(folder, path);
+    const long result = syscall(SYS_unlinkat, folder, path, flags);
+    if (result == 0 && item.hasLostAName()) {
+        item.log("deleted", path);
+    }
+    return static_cast<int>(result);
 }
 
 }  // namespace
@@ -70,15 +78,15 @@ int unlinked(int folder, const char* path, int flags) {
 extern "C" {
 
 int rename(const char* from, const char* to) noexcept {
-    return renamed(AT_FDCWD, from, AT_FDCWD, to);
+    return loggedRename(AT_FDCWD, from, AT_FDCWD, to);
 }
 int renameat(int from, const char* old, int to, const char* name) noexcept {
-    return renamed(from, old, to, name);
+    return loggedRename(from, old, to, name);
 }
 int unlink(const char* path) noexcept {
-    return unlinked(AT_FDCWD, path, 0);
+    return loggedUnlink(AT_FDCWD, path, 0);
 }
 int unlinkat(int folder, const char* path, int flags) noexcept {
-    return unlinked(folder, path, flags);
+    return loggedUnlink(folder, path, flags);
 }
 }

@@ -1,6 +1,6 @@
 // The system calls behind listing and walking: opening a folder without a trace, reading its names, and statting one
-// item. Used by files.cpp, tree_walk.cpp, the Trash and preference_files.cpp. Each function takes a descriptor, so that
-// a path that changes meanwhile cannot lead a caller elsewhere. Callable from any thread.
+// item. Each function takes a descriptor, so that a path that changes meanwhile cannot lead a caller elsewhere.
+// Callable from any thread.
 #pragma once
 
 #include <functional>

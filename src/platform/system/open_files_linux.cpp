@@ -1,7 +1,6 @@
 // Linux lists everything in /proc (proc(5)), as text or as links to what is in use. A link's text is the path in the
 // process's mount namespace; following it leads to the file itself.
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -20,6 +19,7 @@
 
 #include "platform/files/content.h"
 #include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
 #include "platform/system/open_files.h"
 #include "platform/system/open_files_system.h"
 #include "platform/text.h"
@@ -99,16 +99,10 @@ public:
             addLink(process.get(), link);
         }
         const Descriptor files(openat(process.get(), "fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        DIR* const listing = files ? fdopendir(dup(files.get())) : nullptr;
-        if (listing == nullptr) {
+        if (!files) {
             return;
         }
-        while (const dirent* const item = readdir(listing)) {  // NOLINT(concurrency-mt-unsafe)
-            if (item->d_name[0] != '.') {
-                addLink(files.get(), item->d_name);
-            }
-        }
-        closedir(listing);
+        readNames(files.get(), [&](const ListedItem& item) { addLink(files.get(), item.name); });
         lookable.insert(number);
         addMappings(textOf(process.get(), "maps"));
     }
@@ -185,22 +179,20 @@ public:
 
     bool look() {
         const Descriptor processes(open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        DIR* const listing = processes ? fdopendir(dup(processes.get())) : nullptr;
-        if (listing == nullptr) {
+        if (!processes) {
             return false;
         }
         const std::string own = std::to_string(getpid());
         bool metItself = false;
         std::vector<std::string> numbers;
-        while (const dirent* const item = readdir(listing)) {  // NOLINT(concurrency-mt-unsafe)
-            const std::string_view name = static_cast<const char*>(item->d_name);
+        readNames(processes.get(), [&](const ListedItem& item) {
+            const std::string_view name = item.name;
             if (name == own) {
                 metItself = true;
             } else if (name.front() >= '0' && name.front() <= '9') {
                 numbers.emplace_back(name);
             }
-        }
-        closedir(listing);
+        });
         lookAtAll(processes.get(), numbers);
         addSockets(textOf(processes.get(), "net/unix"));
         addLocks(textOf(processes.get(), "locks"), own);

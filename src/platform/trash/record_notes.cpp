@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -22,6 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr unsigned notesMode = 0700;
+// Far more than a batch needs.
+constexpr std::size_t mostNotes = std::size_t{64} << 20U;
 // Ends each place and each text, neither of which can contain it.
 constexpr char fieldEnd = '\0';
 
@@ -35,19 +37,11 @@ std::optional<std::string> takeField(std::string_view& text) {
     return field;
 }
 
-std::string contentOf(int file) {
+// Up to that many bytes, which may be none.
+std::string contentOf(int file, std::size_t atMost) {
     std::string content;
-    std::array<char, 16'384> bytes{};
-    for (;;) {
-        const ssize_t length = read(file, bytes.data(), bytes.size());
-        if (length < 0 && errno == EINTR) {
-            continue;
-        }
-        if (length <= 0) {
-            return content;
-        }
-        content.append(bytes.data(), static_cast<std::size_t>(length));
-    }
+    readAll(file, atMost, content);
+    return content;
 }
 
 // The place in the Trash of a record's item; empty if the path is not a record's.
@@ -78,7 +72,7 @@ void takeBack(const fs::path& record, const std::string& text) {
     if (!file) {
         return;
     }
-    const std::string content = contentOf(file.get());
+    const std::string content = contentOf(file.get(), text.size() + 1);
     if (content == text || (text.starts_with(content) && isOpenHereAlone(file.get()))) {
         removeRecord(AT_FDCWD, record.string(), file);
     }
@@ -110,7 +104,7 @@ void takeBackNotedRecords(const fs::path& file) {
     if (!opened) {
         return;
     }
-    const std::string notes = contentOf(opened.get());
+    const std::string notes = contentOf(opened.get(), mostNotes);
     std::string_view rest = notes;
     while (const std::optional<std::string> record = takeField(rest)) {
         const std::optional<std::string> text = takeField(rest);
