@@ -4,9 +4,10 @@
 #include <sys/resource.h>
 #ifdef __linux__
 #include <sys/syscall.h>
-#include <unistd.h>
 #endif
+#include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <map>
 #include <mutex>
@@ -14,6 +15,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/files/descriptor.h"
 #include "platform/files/tree_walk.h"
 #include "platform/threads/background.h"
 #include "platform/threads/thread_pool.h"
@@ -81,6 +83,19 @@ TEST_F(WalkingThreads, FindTheSameWithSixteenDescriptors) {
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
     walk([] {});
     setrlimit(RLIMIT_NOFILE, &before);
+}
+
+// A program has more than the three that every one starts with.
+TEST_F(WalkingThreads, FindTheSameWithSixteenDescriptorsOfWhichSixAreInUse) {
+    makeFolders();
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit few{16, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    const std::array<Descriptor, 3> inUse = {Descriptor(dup(0)), Descriptor(dup(0)), Descriptor(dup(0))};
+    walk([] {});
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_TRUE(inUse.back());
 }
 
 #ifdef __linux__

@@ -28,23 +28,33 @@ namespace {
 // Descriptors that all walks of this process hold open for folders whose subfolders wait.
 std::atomic<int> heldFolders = 0;
 
-// How many of them there may be now. Each thread in a walk needs three more, the rest of the program some dozens.
+// How many of them there may be now. Each thread in a walk needs three more, the rest of the program some dozens. If all
+// threads had to wait for a descriptor at once, none would become free.
 int heldFoldersLimit() {
     constexpr rlim_t most = 4096;
+    constexpr rlim_t forTheRest = 64;
     constexpr int whenUnknown = 64;
     rlimit allowed{};
     if (getrlimit(RLIMIT_NOFILE, &allowed) != 0) {
         return whenUnknown;
     }
-    return static_cast<int>(std::min(allowed.rlim_cur / 2, most));
+    const rlim_t half = allowed.rlim_cur / 2;
+    return static_cast<int>(std::min(half - std::min(half / 2, forTheRest), most));
 }
 
 // A folder that stays open until the last of its subfolders has been opened relative to it.
 class HeldFolder {
 public:
-    explicit HeldFolder(Descriptor descriptor) : descriptor_(std::move(descriptor)) {
-        heldFolders.fetch_add(1, std::memory_order_relaxed);
+    /// Whether one more may be held; it then counts, and must be made.
+    static bool reserve(int limit) {
+        const bool isFree = heldFolders.fetch_add(1, std::memory_order_relaxed) < limit;
+        if (!isFree) {
+            heldFolders.fetch_sub(1, std::memory_order_relaxed);
+        }
+        return isFree;
     }
+
+    explicit HeldFolder(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
     HeldFolder(const HeldFolder&) = delete;
     HeldFolder& operator=(const HeldFolder&) = delete;
     ~HeldFolder() { heldFolders.fetch_sub(1, std::memory_order_relaxed); }
@@ -307,7 +317,7 @@ private:
     }
 
     void enter(Descriptor opened, Worker& worker) {
-        if (heldFolders.load(std::memory_order_relaxed) >= heldFoldersLimit_) {
+        if (!HeldFolder::reserve(heldFoldersLimit_)) {
             ThriftyWalk(std::move(opened), worker.state, onError_).run();
             return;
         }
