@@ -1,12 +1,19 @@
-// vesk-cleaning [--singly] ITEMS FOLDER: makes that many small files in a made-up home in FOLDER, moves them to the
-// Trash there as a clean does, restores them as an undo does, and prints how long each took, including the receipt.
-// --singly syncs each record by itself before its item moves.
+// vesk-cleaning [--singly | --unguarded] ITEMS FOLDER: makes that many small files in a made-up home in FOLDER, moves
+// them to the Trash there as a clean does, restores them as an undo does, and prints how long each took, including the
+// receipt. --singly syncs each record by itself before its item moves. --unguarded does not ask what programs have in
+// use.
+//
+// vesk-cleaning --processes PROCESSES FOLDER FILES: starts that many processes, each with that many files of FOLDER
+// open, and prints how long one look at what all processes have in use takes.
 //
 // vesk-cleaning --store ITEMS FOLDER RUNS: does the same through Store, with a history of RUNS runs of as many items,
 // and prints the longest time that the event loop kept a 1 ms timer waiting.
 //
 // vesk-cleaning --make ITEMS FOLDER: only makes the files, in FOLDER/home/Library/Caches, for other programs.
 
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -14,6 +21,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -23,7 +31,10 @@
 #include <vector>
 
 #include "core/entry.h"
+#include "platform/system/open_files.h"
+#include "platform/system/open_watch.h"
 #include "platform/system/preferences.h"
+#include "platform/trash/trash.h"
 #include "platform/world.h"
 #include "state/cleaning_worker.h"
 #include "state/history_codec.h"
@@ -58,7 +69,7 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-int measureWork(const fs::path& folder, std::size_t count, bool singly) {
+int measureWork(const fs::path& folder, std::size_t count, bool singly, bool guarded) {
     std::vector<SeenItem> workList;
     const auto seen = vesk::folderIdentity(caches(folder));
     for (std::size_t i = 0; i < count; ++i) {
@@ -67,8 +78,15 @@ int measureWork(const fs::path& folder, std::size_t count, bool singly) {
     vesk::CleaningLog log;
     const auto start = std::chrono::steady_clock::now();
     {
-        vesk::TrashBatch batch(vesk::Preferences().recordNotes());
+        vesk::OpenWatch watch;
+        vesk::TrashBatch batch(vesk::Preferences().recordNotes(),
+                               [&](const fs::path& item) { return watch.noticed(item); });
         vesk::CleaningTools tools;
+        if (guarded) {
+            tools.lookAtUse = [] { return vesk::OpenFiles(); };
+            tools.openWatch = &watch;
+            tools.restore = vesk::restoreItem;
+        }
         if (!singly) {
             tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch.record(first, last); };
         }
@@ -83,6 +101,46 @@ int measureWork(const fs::path& folder, std::size_t count, bool singly) {
     const std::size_t back = vesk::restoreItems(vesk::trashedItems(result.moves, vesk::now(), result.receipt));
     std::printf("%zu items: cleaned in %.3f s, undone in %.3f s\n", count, cleaned, secondsSince(undoing));
     return result.moves.size() == count && back == count ? 0 : 1;
+}
+
+// The median of many looks, in milliseconds.
+int measureLook(const fs::path& folder, std::size_t processes, std::size_t files) {
+    std::vector<pid_t> started;
+    std::array<int, 2> ready{};
+    if (pipe(ready.data()) != 0) {
+        return 1;
+    }
+    for (std::size_t i = 0; i < processes; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (std::size_t file = 0; file < files; ++file) {
+                const fs::path place = folder / (std::to_string(i) + "-" + std::to_string(file));
+                if (open(place.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600) < 0) {
+                    _exit(1);
+                }
+            }
+            _exit(write(ready[1], "", 1) == 1 && pause() == 0 ? 0 : 1);
+        }
+        started.push_back(child);
+        char byte = 0;
+        if (child < 0 || read(ready[0], &byte, 1) != 1) {
+            return 1;
+        }
+    }
+    std::vector<double> times;
+    for (int look = 0; look < 21; ++look) {
+        const auto start = std::chrono::steady_clock::now();
+        const vesk::OpenFiles used;
+        times.push_back(secondsSince(start) * 1e3);
+    }
+    for (const pid_t child : started) {
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+    }
+    std::sort(times.begin(), times.end());
+    std::printf("%zu processes with %zu files each: a look takes %.1f ms, at most %.1f ms\n", processes, files,
+                times[times.size() / 2], times.back());
+    return 0;
 }
 
 void storeHistory(std::size_t runs, std::size_t moves) {
@@ -148,25 +206,31 @@ int measureStore(const fs::path& folder, std::size_t count, std::size_t runs) {
 
 int main(int count, char** arguments) {
     const std::string how = count > 3 ? arguments[1] : "";
-    const bool hasWord = how == "--singly" || how == "--store" || how == "--make";
-    if (count != (how == "--store" ? 5 : hasWord ? 4 : 3)) {
+    const bool hasTwoNumbers = how == "--store" || how == "--processes";
+    const bool hasWord = hasTwoNumbers || how == "--singly" || how == "--unguarded" || how == "--make";
+    if (count != (hasTwoNumbers ? 5 : hasWord ? 4 : 3)) {
         std::fputs(
-            "usage: vesk-cleaning [--singly | --make] ITEMS FOLDER\n"
-            "       vesk-cleaning --store ITEMS FOLDER RUNS\n",
+            "usage: vesk-cleaning [--singly | --unguarded | --make] ITEMS FOLDER\n"
+            "       vesk-cleaning --store ITEMS FOLDER RUNS\n"
+            "       vesk-cleaning --processes PROCESSES FOLDER FILES\n",
             stderr);
         return 2;
     }
     const int first = hasWord ? 2 : 1;
-    const std::size_t items = std::strtoul(arguments[first], nullptr, 10);
+    const std::size_t number = std::strtoul(arguments[first], nullptr, 10);
+    const std::size_t other = hasTwoNumbers ? std::strtoul(arguments[4], nullptr, 10) : 0;
     const fs::path folder = fs::absolute(arguments[first + 1]);
-    makeItems(folder, items);
+    if (how == "--processes") {
+        return measureLook(folder, number, other);
+    }
+    makeItems(folder, number);
     if (how == "--make") {
         return 0;
     }
     vesk::setWorld(vesk::World::below(folder, folder / "home"));
     if (how == "--store") {
         const QCoreApplication application(count, arguments);
-        return measureStore(folder, items, std::strtoul(arguments[4], nullptr, 10));
+        return measureStore(folder, number, other);
     }
-    return measureWork(folder, items, how == "--singly");
+    return measureWork(folder, number, how == "--singly", how != "--unguarded");
 }

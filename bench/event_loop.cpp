@@ -1,7 +1,7 @@
-// vesk-event-loop [--home] TREE: scans with a store and an event loop as in the application, and prints how long that
+// vesk-event-loop [--home | --linux-home] TREE: scans with a store and an event loop as in the application, and prints how long that
 // took and the longest time that the event loop kept a 1 ms timer waiting.
 //
-// TREE serves as an application cache in a made-up home; with --home, as the home itself.
+// TREE serves as an application cache in a made-up home; with --home or --linux-home, as the home itself.
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -28,13 +28,15 @@ double milliseconds(qint64 nanoseconds) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    const bool isHome = count == 3 && std::string_view(arguments[1]) == "--home";
-    if (count != (isHome ? 3 : 2)) {
-        std::fprintf(stderr, "usage: vesk-event-loop [--home] TREE\n");
+    const std::string_view how = count == 3 ? arguments[1] : "";
+    if (count != 2 && how != "--home" && how != "--linux-home") {
+        std::fprintf(stderr, "usage: vesk-event-loop [--home | --linux-home] TREE\n");
         return 2;
     }
     const QCoreApplication application(count, arguments);
-    const MadeUpWorld made(arguments[count - 1], isHome ? MadeUpWorld::TreeIs::home : MadeUpWorld::TreeIs::cache);
+    const MadeUpWorld made(arguments[count - 1], how == "--home"         ? MadeUpWorld::TreeIs::home
+                                                 : how == "--linux-home" ? MadeUpWorld::TreeIs::linuxHome
+                                                                         : MadeUpWorld::TreeIs::cache);
     vesk::Store store;
 
     std::vector<qint64> gaps;

@@ -14,7 +14,7 @@ namespace vesk::bench {
 // saves making a million files for each run.
 class MadeUpWorld {
 public:
-    enum class TreeIs { home, cache };
+    enum class TreeIs { home, linuxHome, cache };
 
     /// A world with an empty home. Ends the program if its folder cannot be created.
     MadeUpWorld() {
@@ -28,8 +28,9 @@ public:
     /// A world with that tree in it.
     MadeUpWorld(const std::filesystem::path& tree, TreeIs role) : MadeUpWorld() {
         const std::filesystem::path whole = std::filesystem::canonical(tree);
-        if (role == TreeIs::home) {
-            setWorld(World::below(folder_.path(), whole));
+        if (role != TreeIs::cache) {
+            const Layout layout = role == TreeIs::home ? Layout::macos : Layout::linuxDesktop;
+            setWorld(World::below(folder_.path(), whole, layout));
         } else {
             std::filesystem::create_directory_symlink(whole, caches() / "tree");
         }

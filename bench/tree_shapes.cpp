@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
+#include <span>
 
 #include "tree_writer.h"
 
@@ -87,7 +88,7 @@ struct Place {
 };
 
 // All of these are places that a rule measures, so a scan of such a home reads every file of it.
-constexpr Place places[] = {
+constexpr Place placesOfMac[] = {
     {"Library/Caches/com.example.app#", 24, ""},
     {"Library/Caches/Homebrew", 3, ""},
     {"Library/Caches/pip", 4, ""},
@@ -101,6 +102,19 @@ constexpr Place places[] = {
     {"Library/Application Support/Gone Program#", 4, ""},
     {"Downloads/archive#", 2, ""},
 };
+constexpr Place placesOfLinux[] = {
+    {".cache/mozilla", 12, ""},
+    {".cache/chromium", 12, ""},
+    {".cache/go-build", 16, ""},
+    {".cache/yarn", 8, ""},
+    {".cache/pip", 4, ""},
+    {".npm", 7, ""},
+    {".cache/huggingface/hub/models--org--model#", 2, ""},
+    {".var/app/org.example.Gone#", 8, ""},
+    {"code/website#/node_modules", 22, "package.json"},
+    {"code/tool#/target", 7, "Cargo.toml"},
+    {"Downloads/archive#", 2, ""},
+};
 constexpr std::int64_t foldersOfOneName = 8;
 
 std::string numbered(std::string_view path, std::int64_t number) {
@@ -112,7 +126,7 @@ std::string numbered(std::string_view path, std::int64_t number) {
 }
 
 // A developer's home with ten files per folder.
-std::int64_t makeHome(int top, std::int64_t files) {
+std::int64_t makeHome(int top, std::int64_t files, std::span<const Place> places) {
     constexpr std::int64_t percent = 100;
     constexpr std::int64_t filesPerFolder = 10;
     constexpr int deepest = 14;
@@ -202,8 +216,8 @@ std::int64_t makeProjects(int top) {
     return made;
 }
 
-std::function<std::int64_t(int)> homeOf(std::int64_t files) {
-    return [files](int top) { return makeHome(top, files); };
+std::function<std::int64_t(int)> homeOf(std::int64_t files, std::span<const Place> places = placesOfMac) {
+    return [files, places](int top) { return makeHome(top, files, places); };
 }
 
 }  // namespace
@@ -213,6 +227,7 @@ std::vector<Shape> shapes() {
         {"home-10k", "a developer's home of 10,000 files", homeOf(10'000)},
         {"home-100k", "a developer's home of 100,000 files", homeOf(100'000)},
         {"home-300k", "a developer's home of 300,000 files in 30,000 folders", homeOf(300'000)},
+        {"linux-300k", "the same on Linux", homeOf(300'000, placesOfLinux)},
         {"home-1m", "a developer's home of 1,000,000 files in 100,000 folders", homeOf(1'000'000)},
         {"wide", "one folder of 200,000 files", makeWide},
         {"deep", "ten chains of 1,500 nested folders", makeDeep},

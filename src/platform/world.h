@@ -1,7 +1,6 @@
 // The world: which folder is "/", which is the home folder, and where preferences and the Trash are. A program sets it
 // once, at the start of main. Tests and tools set another one, so that nothing they do can reach the real home, the
-// real
-// "/" or the real Trash.
+// real "/" or the real Trash.
 #pragma once
 
 #include <filesystem>
