@@ -85,7 +85,7 @@ int measureWork(const fs::path& folder, std::size_t count, bool singly, bool gua
         if (guarded) {
             tools.lookAtUse = [] { return vesk::OpenFiles(); };
             tools.openWatch = &watch;
-            tools.restore = vesk::restoreItem;
+            tools.restore = [](const vesk::TrashedItem& item) { return vesk::restoreItem(item); };
         }
         if (!singly) {
             tools.prepare = [&](const SeenItem* first, const SeenItem* last) { batch.record(first, last); };
