@@ -3,8 +3,9 @@
 // receipt. --singly syncs each record by itself before its item moves. --unguarded does not ask what programs have in
 // use.
 //
-// vesk-cleaning --processes PROCESSES FOLDER FILES: starts that many processes, each with that many files of FOLDER
-// open, and prints how long one look at what all processes have in use takes.
+// vesk-cleaning --processes PROCESSES FOLDER DESCRIPTORS: starts that many processes, each with that many descriptors
+// open, half of them files of FOLDER and half pipes, and prints how long one look at what all processes have in use
+// takes.
 //
 // vesk-cleaning --store ITEMS FOLDER RUNS: does the same through Store, with a history of RUNS runs of as many items,
 // and prints the longest time that the event loop kept a 1 ms timer waiting.
@@ -104,7 +105,7 @@ int measureWork(const fs::path& folder, std::size_t count, bool singly, bool gua
 }
 
 // The median of many looks, in milliseconds.
-int measureLook(const fs::path& folder, std::size_t processes, std::size_t files) {
+int measureLook(const fs::path& folder, std::size_t processes, std::size_t descriptors) {
     std::vector<pid_t> started;
     std::array<int, 2> ready{};
     if (pipe(ready.data()) != 0) {
@@ -113,9 +114,15 @@ int measureLook(const fs::path& folder, std::size_t processes, std::size_t files
     for (std::size_t i = 0; i < processes; ++i) {
         const pid_t child = fork();
         if (child == 0) {
-            for (std::size_t file = 0; file < files; ++file) {
-                const fs::path place = folder / (std::to_string(i) + "-" + std::to_string(file));
-                if (open(place.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600) < 0) {
+            std::array<int, 2> ends{};
+            for (std::size_t opened = 0; opened < descriptors; opened += 4) {
+                for (const char* end : {"a", "b"}) {
+                    const fs::path place = folder / (std::to_string(i) + "-" + std::to_string(opened) + end);
+                    if (open(place.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600) < 0) {
+                        _exit(1);
+                    }
+                }
+                if (pipe(ends.data()) != 0) {
                     _exit(1);
                 }
             }
@@ -138,8 +145,8 @@ int measureLook(const fs::path& folder, std::size_t processes, std::size_t files
         waitpid(child, nullptr, 0);
     }
     std::sort(times.begin(), times.end());
-    std::printf("%zu processes with %zu files each: a look takes %.1f ms, at most %.1f ms\n", processes, files,
-                times[times.size() / 2], times.back());
+    std::printf("%zu processes with %zu descriptors each: a look takes %.1f ms, at most %.1f ms\n", processes,
+                descriptors, times[times.size() / 2], times.back());
     return 0;
 }
 
@@ -212,7 +219,7 @@ int main(int count, char** arguments) {
         std::fputs(
             "usage: vesk-cleaning [--singly | --unguarded | --make] ITEMS FOLDER\n"
             "       vesk-cleaning --store ITEMS FOLDER RUNS\n"
-            "       vesk-cleaning --processes PROCESSES FOLDER FILES\n",
+            "       vesk-cleaning --processes PROCESSES FOLDER DESCRIPTORS\n",
             stderr);
         return 2;
     }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <deque>
+#include <functional>
 #include <utility>
 
 #include "core/checked_sum.h"
@@ -69,10 +71,10 @@ std::optional<Date> Probe::useDate(const ResourceValues& values) {
 }
 
 Probe::Measurement Probe::measure(const std::filesystem::path& url) {
-    return measureExisting(url).value_or(Measurement{});
+    return measureExisting(url, Contents::any).value_or(Measurement{});
 }
 
-std::optional<Probe::Measurement> Probe::measureExisting(const std::filesystem::path& url) {
+std::optional<Probe::Measurement> Probe::measureExisting(const std::filesystem::path& url, Contents contents) {
     const std::optional<ResourceValues> values = resourceValues(url);
     if (!values) {
         return std::nullopt;
@@ -82,10 +84,13 @@ std::optional<Probe::Measurement> Probe::measureExisting(const std::filesystem::
     }
     if (!values->isSymbolicLink) {
         // What is mounted below a folder is not part of it, and no Trash could take it.
-        return isMountPoint(url) ? Measurement{} : measureFolder(url);
+        const bool isMount = isMountPoint(url);
+        return !isMount                   ? measureFolder(url, contents)
+               : contents == Contents::any ? std::optional(Measurement{})
+                                           : std::nullopt;
     }
     const std::optional<std::filesystem::path> target = followLink(url);
-    return target ? std::optional(measureFolder(*target)) : std::nullopt;
+    return target ? measureFolder(*target, contents) : std::nullopt;
 }
 
 Probe::Measurement Probe::measureFile(const ResourceValues& values) {
@@ -94,28 +99,42 @@ Probe::Measurement Probe::measureFile(const ResourceValues& values) {
     return {size, useDate(values)};
 }
 
-Probe::Measurement Probe::measureFolder(const std::filesystem::path& folder) {
+std::optional<Probe::Measurement> Probe::measureFolder(const std::filesystem::path& folder, Contents contents) {
+    const bool wantsPlain = contents == Contents::plain;
     std::deque<Tally> tallies;  // a deque: visitors keep pointers into it while it grows
     const auto makeVisitor = [&]() -> FileVisitor {
         Tally* tally = &tallies.emplace_back();
-        return [this, tally](const ResourceValues& values) {
+        return [this, tally, wantsPlain](const ResourceValues& values) {
             tally->add(values);
-            if (tally->pending.files == batch) {
+            if (tally->pending.files >= batch && !wantsPlain) {
                 tracker->add(std::exchange(tally->pending, {}));
             }
         };
     };
     std::atomic<bool> denied = false;
+    std::atomic<bool> special = false;
     const auto onError = [&](const PlatformError& error) {
-        if (isPermission(error)) {
+        const bool isMount = error.code == EXDEV;
+        const bool hasVanished = error.code == ENOENT || error.code == ENOTDIR || error.code == ELOOP;
+        if (isPermission(error) || (wantsPlain && !isMount && !hasVanished)) {
             denied.store(true, std::memory_order_relaxed);
         }
+        if (isMount) {
+            special.store(true, std::memory_order_relaxed);
+        }
     };
+    std::function<void()> onSpecial;
+    if (wantsPlain) {
+        onSpecial = [&] { special.store(true, std::memory_order_relaxed); };
+    }
 
-    const bool opened = walkTree(folder, makeVisitor, onError);
+    const bool opened = walkTree(folder, makeVisitor, onError, onSpecial);
     blocked = blocked || denied.load();
+    if (wantsPlain && (!opened || special.load() || denied.load())) {
+        return std::nullopt;
+    }
     if (!opened) {
-        return {};
+        return Measurement{};
     }
 
     Measurement result;
@@ -130,8 +149,8 @@ Probe::Measurement Probe::measureFolder(const std::filesystem::path& folder) {
     return result;
 }
 
-std::optional<Entry> Probe::entry(const std::filesystem::path& url, std::string name) {
-    const std::optional<Measurement> measured = measureExisting(url);
+std::optional<Entry> Probe::entry(const std::filesystem::path& url, std::string name, Contents contents) {
+    const std::optional<Measurement> measured = measureExisting(url, contents);
     if (!measured) {
         return std::nullopt;
     }

@@ -31,6 +31,13 @@ public:
         friend bool operator==(const Measurement&, const Measurement&) = default;
     };
 
+    /// Which items a rule takes by what is in them.
+    enum class Contents {
+        any,
+        /// Only files, folders and links: a socket, a pipe, a device or a mount means that the item is in use.
+        plain,
+    };
+
     explicit Probe(std::shared_ptr<Tracker> fed) : tracker(std::move(fed)) {}
 
     /// The values read for every item, in order.
@@ -51,8 +58,10 @@ public:
     /// permission sets `blocked`. Counts each name of a hard-linked file.
     Measurement measure(const std::filesystem::path& url);
 
-    /// A new, measured entry for an existing item; absent if nothing exists there (a dangling link does not exist).
-    std::optional<Entry> entry(const std::filesystem::path& url, std::string name);
+    /// A new, measured entry for an existing item; absent if nothing exists there (a dangling link does not exist). If
+    /// its contents are to be plain, absent as well if they are not, or if a part of them cannot be read, which sets
+    /// `blocked`; the tracker counts only what is taken.
+    std::optional<Entry> entry(const std::filesystem::path& url, std::string name, Contents contents = Contents::any);
 
     /// The counters that this probe feeds.
     const std::shared_ptr<Tracker> tracker;
@@ -63,10 +72,10 @@ public:
     std::map<std::filesystem::path, ItemDates> judgedBy;
 
 private:
-    /// Absent if nothing exists there.
-    std::optional<Measurement> measureExisting(const std::filesystem::path& url);
+    /// Absent if nothing exists there, or not with such contents.
+    std::optional<Measurement> measureExisting(const std::filesystem::path& url, Contents contents);
     Measurement measureFile(const ResourceValues& values);
-    Measurement measureFolder(const std::filesystem::path& folder);
+    std::optional<Measurement> measureFolder(const std::filesystem::path& folder, Contents contents);
 
     // Makes following the rule's later links cheap.
     std::shared_ptr<const void> followsLinks_ = readyToFollowLinks();

@@ -9,7 +9,6 @@
 
 #include "platform/files/files.h"
 #include "platform/files/identity.h"
-#include "platform/files/plain_tree.h"
 #include "platform/files/reading.h"
 #include "platform/system/folder_variables.h"
 #include "platform/system/key_file.h"
@@ -172,26 +171,24 @@ private:
 
     void take(const LinuxPlace& place, const fs::path& item, const std::string& application) {
         const std::optional<ResourceValues> values = resourceValues(item);
-        if (!values || !isTaken(place.taken, item, *values) || isLeft(place, item)) {
+        if (!values || !isTaken(place.taken, *values) || isLeft(place, item)) {
             return;
         }
-        found.push_back({item, place.name, application});
+        const bool isPlain = place.taken == Taken::plainFolders;  // seen when it is measured
+        found.push_back({item, place.name, application, isPlain ? Probe::Contents::plain : Probe::Contents::any});
     }
 
-    bool isTaken(Taken taken, const fs::path& item, const ResourceValues& values) {
+    static bool isTaken(Taken taken, const ResourceValues& values) {
         switch (taken) {
             case Taken::anything:
                 return true;
             case Taken::folders:
+            case Taken::plainFolders:
                 return values.isDirectory;
             case Taken::files:
                 return !values.isDirectory;
-            case Taken::plainFolders:
-                break;
         }
-        const TreeContent content = values.isDirectory ? contentOfTree(item) : TreeContent::special;
-        probe_.blocked = probe_.blocked || content == TreeContent::denied;
-        return content == TreeContent::plain;
+        return false;
     }
 
     static bool isLeft(const LinuxPlace& place, const fs::path& item) {
@@ -300,7 +297,7 @@ void addEntries(std::vector<Entry>& entries, Probe& probe, const std::vector<Pla
             names[item.application] = applicationName(item.application);
         }
         std::string name = item.name.empty() ? names[item.application] : std::string(item.name);
-        if (std::optional<Entry> entry = probe.entry(item.path, std::move(name))) {
+        if (std::optional<Entry> entry = probe.entry(item.path, std::move(name), item.contents)) {
             if (judgedBy->modified || judgedBy->accessed) {
                 probe.judgedBy[entry->url] = *judgedBy;
             }

@@ -25,6 +25,7 @@ struct PlacedItem {
     std::string_view name;
     /// The file name of the application's folder.
     std::string application;
+    Probe::Contents contents = Probe::Contents::any;
 };
 
 /// The items that exist at these places, in the table's order. An item that several paths lead to (same device and

@@ -1,6 +1,11 @@
 #include "core/probe.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <memory>
 
 #include "support/temporary_home.h"
 
@@ -81,6 +86,21 @@ TEST_F(ProbeTest, MeasuresOneFile) {
     EXPECT_EQ(tracker->counts(), (Tracker::Counts{allocated(file), 1}));
     EXPECT_EQ(tracker->updates(), 1);
     EXPECT_FALSE(probe.blocked);
+}
+
+TEST_F(ProbeTest, CountsNothingOfAFolderThatIsLeftOutForWhatIsInIt) {
+    makeFile(testHome() / "cache/file", 5'000);
+    makeFile(testHome() / "cache/inner/file", 5'000);
+    ASSERT_TRUE(probe.entry(testHome() / "cache", "Cache", Probe::Contents::plain));
+    EXPECT_EQ(tracker->counts().files, 2);
+    std::filesystem::create_directory_symlink("nowhere", testHome() / "cache/inner/link");
+    ASSERT_TRUE(probe.entry(testHome() / "cache", "Cache", Probe::Contents::plain));
+    EXPECT_EQ(tracker->counts().files, 4);
+    ASSERT_EQ(mkfifo((testHome() / "cache/inner/pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(probe.entry(testHome() / "cache", "Cache", Probe::Contents::plain));
+    EXPECT_EQ(tracker->counts().files, 4);
+    EXPECT_FALSE(probe.blocked);
+    EXPECT_TRUE(probe.entry(testHome() / "cache", "Cache"));
 }
 
 }  // namespace

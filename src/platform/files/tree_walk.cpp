@@ -78,15 +78,21 @@ Descriptor openPatiently(Open open) {
     return opened;
 }
 
-using ErrorHandler = std::function<void(const PlatformError&)>;
+// Whom a walk tells what it meets besides files.
+struct Handlers {
+    const std::function<void(const PlatformError&)>& onError;
+    const std::function<void()>& onSpecial;
+};
 
 // Looks at one item. A regular file goes to `visitor`; true when it is a folder.
-bool lookAndTellFolder(int folder, const ListedItem& item, const FileVisitor& visitor, const ErrorHandler& onError) {
+bool lookAndTellFolder(int folder, const ListedItem& item, const FileVisitor& visitor, const Handlers& handlers) {
     ResourceValues values;
     if (const int unreadable = statItem(folder, item, values, WantedDates::lastUse); unreadable != 0) {
-        onError(posixError(unreadable));
+        handlers.onError(posixError(unreadable));
     } else if (values.isRegularFile) {
         visitor(values);
+    } else if (handlers.onSpecial && !values.isDirectory && !values.isSymbolicLink) {
+        handlers.onSpecial();
     }
     return values.isDirectory;
 }
@@ -94,7 +100,7 @@ bool lookAndTellFolder(int folder, const ListedItem& item, const FileVisitor& vi
 // Hands every regular file of an open folder to `visitor`, except those that `leaveFile` takes for another thread, and
 // every subfolder's name to `addSubfolder`.
 template <typename AddSubfolder, typename LeaveFile>
-void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onError, AddSubfolder addSubfolder,
+void readFolder(int folder, const FileVisitor& visitor, const Handlers& handlers, AddSubfolder addSubfolder,
                 LeaveFile leaveFile) {
     const int failure = readNames(folder, [&](ListedItem item) {
         switch (item.kind) {
@@ -104,20 +110,23 @@ void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onEr
             case ItemKind::regularFile:
                 // Leaving a file for another thread spares the look at it alone.
                 if (item.values != nullptr || !leaveFile(item.name)) {
-                    lookAndTellFolder(folder, item, visitor, onError);
+                    lookAndTellFolder(folder, item, visitor, handlers);
                 }
                 break;
             case ItemKind::unknown:
-                if (lookAndTellFolder(folder, item, visitor, onError)) {
+                if (lookAndTellFolder(folder, item, visitor, handlers)) {
                     addSubfolder(item.name);
                 }
                 break;
             case ItemKind::other:
+                if (handlers.onSpecial) {
+                    lookAndTellFolder(folder, item, visitor, handlers);
+                }
                 break;
         }
     });
     if (failure != 0) {
-        onError(posixError(failure));
+        handlers.onError(posixError(failure));
     }
 }
 
@@ -125,8 +134,8 @@ void readFolder(int folder, const FileVisitor& visitor, const ErrorHandler& onEr
 // parallel walk where that would hold too many folders open.
 class ThriftyWalk {
 public:
-    ThriftyWalk(Descriptor top, const FileVisitor& visitor, const ErrorHandler& onError)
-        : top_(std::move(top)), visitor_(visitor), onError_(onError) {}
+    ThriftyWalk(Descriptor top, const FileVisitor& visitor, const Handlers& handlers)
+        : top_(std::move(top)), visitor_(visitor), handlers_(handlers) {}
 
     void run() {
         levels_.push_back(Level{{}, identityOf(top_.get()), subfoldersOf(top_.get())});
@@ -158,7 +167,7 @@ private:
     std::vector<std::string> subfoldersOf(int folder) {
         std::vector<std::string> names;
         readFolder(
-            folder, visitor_, onError_, [&](const char* name) { names.emplace_back(name); },
+            folder, visitor_, handlers_, [&](const char* name) { names.emplace_back(name); },
             [](const char* /*name*/) { return false; });
         return names;
     }
@@ -169,7 +178,7 @@ private:
     void goDown(const std::string& name) {
         Descriptor child = openPatiently([&] { return openChildOnSameDevice(here(), name.c_str()); });
         if (!child) {
-            onError_(posixError(errno));
+            handlers_.onError(posixError(errno));
             return;
         }
         std::vector<std::string> subfolders = subfoldersOf(child.get());
@@ -213,7 +222,7 @@ private:
     Descriptor current_;
     std::vector<Level> levels_;
     const FileVisitor& visitor_;
-    const ErrorHandler& onError_;
+    const Handlers& handlers_;
 };
 
 // Names in one folder that wait for a thread, one after the other, each ended by a 0. Several together, so that their
@@ -247,9 +256,9 @@ struct Batch {
 // others would have woken; the files of a large folder are shared among threads like folders are.
 class ParallelWalk {
 public:
-    ParallelWalk(Descriptor top, const std::function<FileVisitor()>& makeVisitor, const ErrorHandler& onError)
+    ParallelWalk(Descriptor top, const std::function<FileVisitor()>& makeVisitor, const Handlers& handlers)
         : top_(std::move(top)),
-          onError_(onError),
+          handlers_(handlers),
           work_(makeVisitor, [this](const Batch& batch, Worker& worker) { workOn(batch, worker); }) {}
 
     void run() { work_.run(Batch{Batch::Of::top, nullptr, {}}); }
@@ -276,7 +285,7 @@ private:
                 fileBatches_.fetch_sub(1, std::memory_order_relaxed);
                 batch.forEach([&](const char* name) {
                     lookAndTellFolder(batch.folder->descriptor(), {name, ItemKind::regularFile}, worker.state,
-                                      onError_);
+                                      handlers_);
                 });
                 break;
             case Batch::Of::subfolders:
@@ -312,13 +321,13 @@ private:
         if (child) {
             enter(std::move(child), worker);
         } else {
-            onError_(posixError(errno));
+            handlers_.onError(posixError(errno));
         }
     }
 
     void enter(Descriptor opened, Worker& worker) {
         if (!HeldFolder::reserve(heldFoldersLimit_)) {
-            ThriftyWalk(std::move(opened), worker.state, onError_).run();
+            ThriftyWalk(std::move(opened), worker.state, handlers_).run();
             return;
         }
         if (!worker.isSharing() && ++foldersEntered_ > foldersWalkedAlone) {
@@ -348,7 +357,7 @@ private:
                 leave(subfolders, worker);
             }
         };
-        readFolder(folder->descriptor(), worker.state, onError_, addSubfolder, leaveFile);
+        readFolder(folder->descriptor(), worker.state, handlers_, addSubfolder, leaveFile);
         leave(files, worker);
         leave(subfolders, worker);
     }
@@ -366,7 +375,7 @@ private:
     }
 
     Descriptor top_;
-    const ErrorHandler& onError_;
+    const Handlers handlers_;
     const bool background_ = inBackground();
     const int heldFoldersLimit_ = heldFoldersLimit();
 
@@ -378,13 +387,13 @@ private:
 }  // namespace
 
 bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor()>& makeVisitor,
-              const std::function<void(const PlatformError&)>& onError) {
+              const std::function<void(const PlatformError&)>& onError, const std::function<void()>& onSpecial) {
     Descriptor opened = openPatiently([&] { return openFolder(AT_FDCWD, top.c_str(), LastLink::doNotFollow); });
     if (!opened) {
         onError(posixError(errno));
         return false;
     }
-    ParallelWalk(std::move(opened), makeVisitor, onError).run();
+    ParallelWalk(std::move(opened), makeVisitor, {onError, onSpecial}).run();
     return true;
 }
 

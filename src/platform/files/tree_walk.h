@@ -25,10 +25,11 @@ using FileVisitor = std::function<void(const ResourceValues&)>;
 ///
 /// `makeVisitor` is called once per participating thread, one call at a time. Only that thread calls the visitor it
 /// returns, and not after `walkTree` has returned, so visitors need no lock. `onError` may be called from several
-/// threads at once.
+/// threads at once; for what is mounted below the folder, with EXDEV. If `onSpecial` is given, it is called in the same
+/// way for each item that is neither a file nor a folder nor a link; otherwise such items are not even statted.
 ///
 /// Returns false, with the reason reported to `onError`, if `top` cannot be opened as a folder.
 bool walkTree(const std::filesystem::path& top, const std::function<FileVisitor()>& makeVisitor,
-              const std::function<void(const PlatformError&)>& onError);
+              const std::function<void(const PlatformError&)>& onError, const std::function<void()>& onSpecial = {});
 
 }  // namespace vesk

@@ -11,6 +11,7 @@
 #include "platform/files/directory.h"
 #include "platform/files/files.h"
 #include "platform/system/open_files_system.h"
+#include "platform/threads/work_sharing.h"
 
 namespace vesk {
 
@@ -53,6 +54,23 @@ bool holdsAnyOf(const std::set<std::pair<std::uint64_t, std::uint64_t>>& wanted,
     return false;
 }
 
+// What is at the files' paths; nothing, with inode 0, if that is not known. On all cores: there may be many.
+std::vector<FilePlace> placesOf(const std::vector<UsedFile>& used) {
+    constexpr std::size_t batch = 256;
+    struct Nothing {};
+    std::vector<FilePlace> places(used.size());
+    shareBatches<Nothing>(
+        used.size(), batch, [] { return Nothing{}; },
+        [&](std::size_t first, std::size_t last, Nothing& /*nothing*/) {
+            for (std::size_t i = first; i < last; ++i) {
+                if (used[i].path.empty() || !findPlace(used[i].path.c_str(), places[i])) {
+                    places[i] = {};
+                }
+            }
+        });
+    return places;
+}
+
 }  // namespace
 
 OpenFiles::OpenFiles() {
@@ -67,9 +85,11 @@ OpenFiles::OpenFiles(std::vector<UsedFile> used) {
 }
 
 void OpenFiles::sort(std::vector<UsedFile> used) {
-    for (UsedFile& file : used) {
-        FilePlace place;
-        if (!file.path.empty() && findPlace(file.path.c_str(), place) && place.inode == file.inode &&
+    const std::vector<FilePlace> places = placesOf(used);
+    for (std::size_t i = 0; i < used.size(); ++i) {
+        UsedFile& file = used[i];
+        const FilePlace& place = places[i];
+        if (place.inode != 0 && place.inode == file.inode &&
             (place.device == file.device || !file.deviceIsCertain)) {
             placed_.push_back({place, std::move(file.path)});
             continue;

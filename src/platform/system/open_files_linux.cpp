@@ -123,9 +123,15 @@ private:
         std::array<char, PATH_MAX> text;
         const ssize_t length = readlinkat(folder, link, text.data(), text.size());
         // "pipe:[1]", "anon_inode:x" and memfds are not in any folder.
-        if (length > 0 && text[0] == '/') {
-            add({usedDevice(found), found.stx_nlink == 0 ? 0 : found.stx_ino,
-                 std::string(text.data(), static_cast<std::size_t>(length))});
+        if (length <= 0 || text[0] != '/') {
+            return;
+        }
+        UsedFile file{usedDevice(found), found.stx_nlink == 0 ? 0 : found.stx_ino,
+                      std::string(text.data(), static_cast<std::size_t>(length))};
+        if (hasOneName) {
+            used.push_back(std::move(file));
+        } else {
+            add(std::move(file));
         }
     }
 
@@ -170,7 +176,13 @@ private:
     std::unordered_set<std::string> known_;
     std::unordered_set<std::string> mappings_;
     // Device, inode and mount of the links' targets so far.
-    std::set<std::array<std::uint64_t, 3>> linked_;
+    using Target = std::array<std::uint64_t, 3>;
+    struct HashTarget {
+        std::size_t operator()(const Target& target) const {
+            return static_cast<std::size_t>(target[1] * 31 + target[0] * 7 + target[2]);
+        }
+    };
+    std::unordered_set<Target, HashTarget> linked_;
 };
 
 class ProcessTable {
@@ -204,22 +216,13 @@ private:
     void lookAtAll(int processes, const std::vector<std::string>& numbers) {
         constexpr std::size_t batch = 8;
         std::deque<ProcessReader> readers;  // a deque: threads keep pointers into it while it grows
-        WorkSharing<std::size_t, ProcessReader*> work([&] { return &readers.emplace_back(); },
-                                                      [&](const std::size_t& first, auto& worker) {
-                                                          if (first == numbers.size()) {
-                                                              for (std::size_t i = 0; i < numbers.size(); i += batch) {
-                                                                  worker.add(i);
-                                                              }
-                                                              worker.startSharing();
-                                                              return;
-                                                          }
-                                                          for (std::size_t i = first;
-                                                               i < std::min(first + batch, numbers.size()); ++i) {
-                                                              worker.state->readProcess(processes, numbers[i].c_str());
-                                                          }
-                                                          worker.offerItems();
-                                                      });
-        work.run(numbers.size());
+        shareBatches<ProcessReader*>(
+            numbers.size(), batch, [&] { return &readers.emplace_back(); },
+            [&](std::size_t first, std::size_t last, ProcessReader* reader) {
+                for (std::size_t i = first; i < last; ++i) {
+                    reader->readProcess(processes, numbers[i].c_str());
+                }
+            });
         for (ProcessReader& reader : readers) {
             std::move(reader.used.begin(), reader.used.end(), std::back_inserter(used_));
             lookable_.merge(reader.lookable);

@@ -3,8 +3,10 @@
 // join in, to hand items over or when it runs out of them.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <map>
@@ -184,5 +186,25 @@ private:
     int comingThreads_ = 0;
     std::map<std::thread::id, State> states_;
 };
+
+/// Processes the numbers from 0 to `count`, in batches of [first, last), on all cores. `makeState` is called as by
+/// WorkSharing, `visit` on all threads concurrently.
+template <typename State>
+void shareBatches(std::size_t count, std::size_t size, std::function<State()> makeState,
+                  const std::function<void(std::size_t first, std::size_t last, State& state)>& visit) {
+    using Work = WorkSharing<std::size_t, State>;
+    Work work(std::move(makeState), [&](const std::size_t& first, typename Work::Worker& worker) {
+        if (first < count) {
+            visit(first, std::min(first + size, count), worker.state);
+            worker.offerItems();
+            return;
+        }
+        for (std::size_t batch = 0; batch < count; batch += size) {
+            worker.add(batch);
+        }
+        worker.startSharing();
+    });
+    work.run(count);
+}
 
 }  // namespace vesk
