@@ -84,7 +84,7 @@ int measureWork(const fs::path& folder, std::size_t count, bool singly, bool gua
                                [&](const fs::path& item) { return watch.noticed(item); });
         vesk::CleaningTools tools;
         if (guarded) {
-            tools.lookAtUse = [] { return vesk::OpenFiles(); };
+            tools.lookAtUse = vesk::lookingAtProcesses();
             tools.openWatch = &watch;
             tools.restore = [](const vesk::TrashedItem& item) { return vesk::restoreItem(item); };
         }

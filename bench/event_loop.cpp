@@ -1,5 +1,5 @@
-// vesk-event-loop [--home | --linux-home] TREE: scans with a store and an event loop as in the application, and prints how long that
-// took and the longest time that the event loop kept a 1 ms timer waiting.
+// vesk-event-loop [--home | --linux-home] TREE: scans with a store and an event loop as in the application, and prints
+// how long that took and the longest time that the event loop kept a 1 ms timer waiting.
 //
 // TREE serves as an application cache in a made-up home; with --home or --linux-home, as the home itself.
 

@@ -85,7 +85,7 @@ std::optional<Probe::Measurement> Probe::measureExisting(const std::filesystem::
     if (!values->isSymbolicLink) {
         // What is mounted below a folder is not part of it, and no Trash could take it.
         const bool isMount = isMountPoint(url);
-        return !isMount                   ? measureFolder(url, contents)
+        return !isMount                    ? measureFolder(url, contents)
                : contents == Contents::any ? std::optional(Measurement{})
                                            : std::nullopt;
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <span>
 
 #include "platform/world.h"
 #include "rules/backup_tool.h"
@@ -24,7 +25,9 @@ bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools
             break;
         }
         if (i % watchedAtOnce == 0) {
-            guard.expect(workList.data() + i, workList.data() + std::min(workList.size(), i + watchedAtOnce));
+            const std::span<const SeenItem> rest = std::span(workList).subspan(i);
+            const std::span<const SeenItem> later = rest.subspan(std::min(rest.size(), watchedAtOnce));
+            guard.expect(rest.first(rest.size() - later.size()), later.first(std::min(later.size(), watchedAtOnce)));
         }
         if (i % TrashBatch::size == 0) {
             const std::size_t end = std::min(workList.size(), i + TrashBatch::size);

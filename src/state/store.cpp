@@ -30,7 +30,7 @@ Store::Sources::Sources()
       runTool([](const std::string& path, const std::vector<std::string>& arguments) {
           return vesk::runTool(path, arguments).status;
       }),
-      lookAtUse([] { return OpenFiles(); }) {
+      lookAtUse(lookingAtProcesses()) {
 }
 
 Store::Store(Sources sources, QObject* parent)

@@ -16,15 +16,28 @@ constexpr std::chrono::milliseconds longestPause{1000};
 
 }  // namespace
 
-void UseGuard::expect(const SeenItem* first, const SeenItem* last) {
+void UseGuard::expect(std::span<const SeenItem> items, std::span<const SeenItem> next) {
     if (tools_.openWatch == nullptr) {
         return;
     }
-    tools_.openWatch->clear();
-    for (const SeenItem* item = first; item != last; ++item) {
-        tools_.openWatch->add(item->path);
+    if (!isPrepared_) {
+        prepareWatch(items);
     }
-    open_.reset();  // what was opened before the watch began shows in a look after it
+    tools_.openWatch->begin();
+    lookAgain();  // shows what was opened before the watch began
+    isPrepared_ = !next.empty();
+    if (isPrepared_) {
+        prepareWatch(next);  // after the look, which wants all cores
+    }
+}
+
+void UseGuard::prepareWatch(std::span<const SeenItem> items) {
+    std::vector<std::filesystem::path> paths;
+    paths.reserve(items.size());
+    for (const SeenItem& item : items) {
+        paths.push_back(item.path);
+    }
+    tools_.openWatch->prepare(std::move(paths));
 }
 
 bool UseGuard::isInUse(const std::filesystem::path& item) {

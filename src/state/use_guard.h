@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/system/open_files.h"
@@ -18,8 +19,9 @@ class UseGuard {
 public:
     UseGuard(const CleaningTools& tools, CleaningLog& log) : tools_(tools), log_(log) {}
 
-    /// Begins with the next items: [first, last). From now on it is noticed when a program opens something in them.
-    void expect(const SeenItem* first, const SeenItem* last);
+    /// Begins with these items. From now on it is noticed when a program opens something in them. Those that are next
+    /// may already be watched meanwhile.
+    void expect(std::span<const SeenItem> items, std::span<const SeenItem> next);
 
     /// Whether a program has the item in use, as of the last look, which is a second old at most; nothing in the item
     /// was opened since, as far as the system tells that.
@@ -37,6 +39,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    void prepareWatch(std::span<const SeenItem> items);
     bool isNoticed(const std::filesystem::path& item) const;
     void lookAgain();
     // Restores each item that a program opened between the last look and the move; it counts as not moved.
@@ -44,6 +47,7 @@ private:
 
     const CleaningTools& tools_;
     CleaningLog& log_;
+    bool isPrepared_ = false;
     std::optional<OpenFiles> open_;
     Clock::time_point next_;
     std::vector<TrashedItem> watched_;

@@ -3,7 +3,11 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <fstream>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include "platform/files/descriptor.h"
 #include "platform/files/files.h"
@@ -21,8 +25,12 @@ protected:
         makeFile(item / "file");
         makeFile(item / "folder/file");
         makeFile(other / "file");
-        watch.add(item);
-        watch.add(other);
+        begin({item, other});
+    }
+
+    void begin(std::vector<std::filesystem::path> items) {
+        watch.prepare(std::move(items));
+        watch.begin();
     }
 
     static void openAndClose(const std::filesystem::path& file) {
@@ -49,7 +57,7 @@ TEST_F(OpenWatchTest, NoticesAFileInAFolderOfTheItem) {
 
 TEST_F(OpenWatchTest, NoticesAnItemThatIsAFile) {
     makeFile(testHome() / "single");
-    watch.add(testHome() / "single");
+    begin({testHome() / "single"});
     openAndClose(testHome() / "single");
     EXPECT_TRUE(watch.noticed(testHome() / "single"));
 }
@@ -68,8 +76,7 @@ TEST_F(OpenWatchTest, FoldersThatAreListedAreNothing) {
 
 TEST_F(OpenWatchTest, AnItemThatIsMissingOrALinkIsNothing) {
     makeLink(testHome() / "link", "other/file");
-    watch.add(testHome() / "link");
-    watch.add(testHome() / "missing");
+    begin({testHome() / "link", testHome() / "missing"});
     openAndClose(testHome() / "link");
     EXPECT_FALSE(watch.noticed(testHome() / "link"));
     EXPECT_FALSE(watch.noticed(testHome() / "missing"));
@@ -90,13 +97,26 @@ TEST_F(OpenWatchTest, TellsAllWhenThereWasTooMuchToTell) {
     EXPECT_TRUE(watch.noticed(other));
 }
 
-TEST_F(OpenWatchTest, AfterItsEndNothingIsNoticed) {
-    watch.clear();
+TEST_F(OpenWatchTest, OthersAreNotNoticedAnyMore) {
+    watch.begin();
     openAndClose(item / "file");
     EXPECT_FALSE(watch.noticed(item));
-    watch.add(item);
+    begin({item});
     openAndClose(item / "file");
     EXPECT_TRUE(watch.noticed(item));
+}
+
+TEST_F(OpenWatchTest, WhatIsOpenedWhileTheyArePreparedIsNoticedOnceTheyBegin) {
+    watch.prepare({item, other});
+    watch.begin();
+    watch.prepare({item});
+    // The thread is waited for by the events: it opens a folder, which tells nothing, and then the test opens a file.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    openAndClose(item / "file");
+    EXPECT_TRUE(watch.noticed(item));
+    watch.begin();
+    EXPECT_TRUE(watch.noticed(item));
+    EXPECT_FALSE(watch.noticed(other));
 }
 
 }  // namespace

@@ -192,9 +192,11 @@ protected:
     }
 
     // Whether another program moved this item to one of these places.
-    static bool othersMoved(const std::vector<Change>& changes, const fs::path& item, const std::set<fs::path>& places) {
+    static bool othersMoved(const std::vector<Change>& changes, const fs::path& item,
+                            const std::set<fs::path>& places) {
         struct stat seen {};
-        return lstat(item.c_str(), &seen) == 0 && std::any_of(changes.begin(), changes.end(), [&](const Change& change) {
+        return lstat(item.c_str(), &seen) == 0 &&
+               std::any_of(changes.begin(), changes.end(), [&](const Change& change) {
                    return change.what == "moved" && change.inode == seen.st_ino && places.contains(change.place);
                });
     }

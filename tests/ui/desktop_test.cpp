@@ -14,7 +14,9 @@ namespace {
 
 class DesktopTest : public testing::TemporaryHome {
 protected:
-    static void write(const char* file, const std::string& text) { testing::writeFile(world().configHome / file, text); }
+    static void write(const char* file, const std::string& text) {
+        testing::writeFile(world().configHome / file, text);
+    }
 };
 class ReducedMotionTest : public DesktopTest {};
 class TextScaleTest : public DesktopTest {};

@@ -28,8 +28,8 @@ namespace {
 // Descriptors that all walks of this process hold open for folders whose subfolders wait.
 std::atomic<int> heldFolders = 0;
 
-// How many of them there may be now. Each thread in a walk needs three more, the rest of the program some dozens. If all
-// threads had to wait for a descriptor at once, none would become free.
+// How many of them there may be now. Each thread in a walk needs three more, the rest of the program some dozens. If
+// all threads had to wait for a descriptor at once, none would become free.
 int heldFoldersLimit() {
     constexpr rlim_t most = 4096;
     constexpr rlim_t forTheRest = 64;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 #include <string_view>
 
 #include "platform/files/descriptor.h"
@@ -73,11 +74,16 @@ std::vector<FilePlace> placesOf(const std::vector<UsedFile>& used) {
 
 }  // namespace
 
-OpenFiles::OpenFiles() {
+OpenFiles::OpenFiles(LockList& locks) {
     std::vector<UsedFile> used;
-    if (listUsedFiles(used)) {
+    if (listUsedFiles(used, locks)) {
         sort(std::move(used));
     }
+}
+
+OpenFiles::OpenFiles() {
+    LockList locks;
+    *this = OpenFiles(locks);
 }
 
 OpenFiles::OpenFiles(std::vector<UsedFile> used) {
@@ -89,8 +95,7 @@ void OpenFiles::sort(std::vector<UsedFile> used) {
     for (std::size_t i = 0; i < used.size(); ++i) {
         UsedFile& file = used[i];
         const FilePlace& place = places[i];
-        if (place.inode != 0 && place.inode == file.inode &&
-            (place.device == file.device || !file.deviceIsCertain)) {
+        if (place.inode != 0 && place.inode == file.inode && (place.device == file.device || !file.deviceIsCertain)) {
             placed_.push_back({place, std::move(file.path)});
             continue;
         }
@@ -103,14 +108,6 @@ void OpenFiles::sort(std::vector<UsedFile> used) {
         }
     }
     std::sort(placed_.begin(), placed_.end(), [](const Placed& a, const Placed& b) { return a.path < b.path; });
-}
-
-const std::string& OpenFiles::resolvedFolder(const std::filesystem::path& folder) {
-    const auto [place, isNew] = resolved_.try_emplace(folder);
-    if (isNew) {
-        place->second = resolvingLinks(folder).value_or(folder).string();
-    }
-    return place->second;
 }
 
 const OpenFiles::Numbers& OpenFiles::doubtful(std::uint64_t device, std::uint64_t mount) {
@@ -127,19 +124,37 @@ const OpenFiles::Numbers& OpenFiles::doubtful(std::uint64_t device, std::uint64_
     return place->second;
 }
 
+const std::string& OpenFiles::resolvedFolder(std::string_view path) {
+    auto known = resolved_.find(path);
+    if (known == resolved_.end()) {
+        known = resolved_.emplace(path, resolvingLinks(path).value_or(path).string()).first;
+    }
+    return known->second;
+}
+
 bool OpenFiles::use(const std::filesystem::path& item) {
+    const std::string_view given = item.native();
+    const std::size_t slash = given.rfind('/');
+    if (slash == std::string_view::npos) {
+        return false;  // no item of a clean
+    }
     // Processes' paths contain no links, but the item itself may be one.
-    const std::string path = resolvedFolder(item.parent_path()) + "/" + item.filename().string();
-    const auto from = [&](const std::string& start) {
-        return std::lower_bound(placed_.begin(), placed_.end(), start,
-                                [](const Placed& file, const std::string& other) { return file.path < other; });
+    std::string path = resolvedFolder(given.substr(0, std::max(slash, std::size_t{1})));
+    path += given.substr(slash);
+    const auto from = [&] {
+        return std::lower_bound(placed_.begin(), placed_.end(), path,
+                                [](const Placed& file, const std::string& start) { return file.path < start; });
     };
-    const auto itself = from(path);
-    const auto inside = from(path + "/");
-    if ((itself != placed_.end() && itself->path == path) ||
-        (inside != placed_.end() && inside->path.starts_with(path + "/"))) {
+    const auto itself = from();
+    if (itself != placed_.end() && itself->path == path) {
         return true;
     }
+    path += '/';
+    const auto inside = from();
+    if (inside != placed_.end() && inside->path.starts_with(path)) {
+        return true;
+    }
+    path.pop_back();
     FilePlace place;
     if (!findPlace(path.c_str(), place)) {
         return false;
@@ -147,6 +162,10 @@ bool OpenFiles::use(const std::filesystem::path& item) {
     const Numbers& numbers = doubtful(place.device, place.mount);
     return !numbers.empty() && (numbers.contains({place.device, place.inode}) ||
                                 (place.isFolder && holdsAnyOf(numbers, place.device, path)));
+}
+
+std::function<OpenFiles()> lookingAtProcesses() {
+    return [locks = std::make_shared<LockList>()] { return OpenFiles(*locks); };
 }
 
 }  // namespace vesk

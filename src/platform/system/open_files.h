@@ -5,11 +5,14 @@
 // Called by a clean's worker, on its thread. Each object is used by one thread.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,14 +31,23 @@ struct UsedFile {
     bool deviceIsCertain = true;
 };
 
+/// The locks of all processes, as the system lists them. Linux waits some 10 ms for a list, so looks that follow each
+/// other use one for a second.
+struct LockList {
+    std::string text;
+    std::chrono::steady_clock::time_point validUntil;
+};
+
 /// Lists what other processes have in use. Processes that this user may not inspect count as using nothing. Returns
 /// false if the look failed as a whole.
-bool listUsedFiles(std::vector<UsedFile>& used);
+bool listUsedFiles(std::vector<UsedFile>& used, LockList& locks);
 
 class OpenFiles {
 public:
     /// Looks at all processes now.
     OpenFiles();
+    /// The same, with the locks of an earlier look if they are still valid.
+    explicit OpenFiles(LockList& locks);
     /// From a given list; for tests.
     explicit OpenFiles(std::vector<UsedFile> used);
 
@@ -52,7 +64,7 @@ private:
     using Numbers = std::set<std::pair<std::uint64_t, std::uint64_t>>;
 
     void sort(std::vector<UsedFile> used);
-    const std::string& resolvedFolder(const std::filesystem::path& folder);
+    const std::string& resolvedFolder(std::string_view path);
     const Numbers& doubtful(std::uint64_t device, std::uint64_t mount);
 
     // Files in use whose path in this process is known, sorted by path.
@@ -61,7 +73,11 @@ private:
     Numbers unplaced_;
     // The same by mount: a file on another mount of the device may be here too.
     std::map<std::pair<std::uint64_t, std::uint64_t>, Numbers> doubtful_;
-    std::map<std::filesystem::path, std::string> resolved_;
+    // Folders of items, without links.
+    std::map<std::string, std::string, std::less<>> resolved_;
 };
+
+/// Looks at all processes at each call.
+std::function<OpenFiles()> lookingAtProcesses();
 
 }  // namespace vesk

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -189,7 +190,7 @@ class ProcessTable {
 public:
     explicit ProcessTable(std::vector<UsedFile>& used) : used_(used) {}
 
-    bool look() {
+    bool look(LockList& locks) {
         const Descriptor processes(open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!processes) {
             return false;
@@ -207,7 +208,10 @@ public:
         });
         lookAtAll(processes.get(), numbers);
         addSockets(textOf(processes.get(), "net/unix"));
-        addLocks(textOf(processes.get(), "locks"), own);
+        if (const auto now = std::chrono::steady_clock::now(); now >= locks.validUntil) {
+            locks = {textOf(processes.get(), "locks"), now + std::chrono::seconds(1)};
+        }
+        addLocks(locks.text, own);
         return metItself;
     }
 
@@ -281,8 +285,8 @@ bool findPlace(const char* path, FilePlace& place) {
     return true;
 }
 
-bool listUsedFiles(std::vector<UsedFile>& used) {
-    return ProcessTable(used).look();
+bool listUsedFiles(std::vector<UsedFile>& used, LockList& locks) {
+    return ProcessTable(used).look(locks);
 }
 
 }  // namespace vesk

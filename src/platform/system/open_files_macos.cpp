@@ -77,7 +77,7 @@ bool findPlace(const char* path, FilePlace& place) {
     return true;
 }
 
-bool listUsedFiles(std::vector<UsedFile>& used) {
+bool listUsedFiles(std::vector<UsedFile>& used, LockList& /*locks*/) {
     const int size = proc_listpids(PROC_UID_ONLY, getuid(), nullptr, 0);
     if (size <= 0) {
         return false;

@@ -3,31 +3,35 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
-#include <set>
-
-#include "platform/files/descriptor.h"
+#include <future>
+#include <memory>
+#include <vector>
 
 namespace vesk {
 
 class OpenWatch {
 public:
-    /// Notices from now on when a program opens the item or a file in it. Of a folder, those in its first folders
-    /// count, but not those further down. On macOS, and where the system allows no more watches, nothing is noticed.
-    void add(const std::filesystem::path& item);
+    OpenWatch();
+    OpenWatch(const OpenWatch&) = delete;
+    OpenWatch& operator=(const OpenWatch&) = delete;
+    ~OpenWatch();
 
-    /// Whether a file in the item was opened since it was added, or since the last call that returned true.
+    /// Starts watching these items, on another thread, beside those that are watched now.
+    void prepare(std::vector<std::filesystem::path> items);
+
+    /// Notices from now on when a program opens one of the items last prepared or a file in it, and no other item.
+    /// Waits until all are watched. Of a folder, the files in its first folders count, but not those further down. On
+    /// macOS, and where the system allows no more watches, nothing is noticed.
+    void begin();
+
+    /// Whether a file in the item was opened since it was watched, or since the last call that returned true.
     bool noticed(const std::filesystem::path& item);
 
-    /// Ends the watch over all items.
-    void clear();
-
 private:
-    void readEvents();
+    class Items;
 
-    Descriptor events_;
-    std::map<int, std::filesystem::path> items_;
-    std::set<std::filesystem::path> opened_;
+    std::unique_ptr<Items> items_;
+    std::future<std::unique_ptr<Items>> prepared_;
 };
 
 }  // namespace vesk

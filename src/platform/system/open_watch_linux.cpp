@@ -8,8 +8,14 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <map>
+#include <set>
 #include <string_view>
+#include <system_error>
+#include <thread>
+#include <utility>
 
+#include "platform/files/descriptor.h"
 #include "platform/files/directory.h"
 #include "platform/system/open_watch.h"
 
@@ -25,70 +31,109 @@ bool isFolderIn(const dirent& item) {
     return item.d_type == DT_DIR && name != "." && name != "..";
 }
 
+// Closing waits until the kernel has freed every watch, for some 30 ms.
+void closeOnAnotherThread(Descriptor descriptor) {
+    try {
+        std::thread([closed = std::move(descriptor)] {}).detach();
+    } catch (const std::system_error&) {
+        // No thread could start, so it has been closed here.
+    }
+}
+
 }  // namespace
 
-void OpenWatch::add(const std::filesystem::path& item) {
-    if (!events_) {
-        events_ = Descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+class OpenWatch::Items {
+public:
+    explicit Items(const std::vector<std::filesystem::path>& items) : events_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        for (const std::filesystem::path& item : items) {
+            add(item);
+        }
     }
-    const auto watch = [&](const std::filesystem::path& path) {
-        const int number = events_ ? inotify_add_watch(events_.get(), path.c_str(), IN_OPEN | IN_DONT_FOLLOW) : -1;
+    Items(const Items&) = delete;
+    Items& operator=(const Items&) = delete;
+    ~Items() { closeOnAnotherThread(std::move(events_)); }
+
+    bool noticed(const std::filesystem::path& item) {
+        readEvents();
+        return opened_.erase(item) > 0;
+    }
+
+private:
+    void add(const std::filesystem::path& item) {
+        Descriptor folder =
+            watch(item, item) ? openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow) : Descriptor();
+        DIR* const listing = folder ? fdopendir(folder.get()) : nullptr;
+        if (listing == nullptr) {
+            return;
+        }
+        folder.release();
+        int folders = 0;
+        while (const dirent* const inside =
+                   folders < mostFolders ? readdir(listing) : nullptr) {  // NOLINT(concurrency-mt-unsafe)
+            if (isFolderIn(*inside)) {
+                ++folders;
+                watch(item / inside->d_name, item);
+            }
+        }
+        closedir(listing);
+    }
+
+    bool watch(const std::filesystem::path& part, const std::filesystem::path& item) {
+        const int number = events_ ? inotify_add_watch(events_.get(), part.c_str(), IN_OPEN | IN_DONT_FOLLOW) : -1;
         if (number >= 0) {
             items_.insert_or_assign(number, item);
         }
         return number >= 0;
-    };
-    Descriptor folder = watch(item) ? openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow) : Descriptor();
-    DIR* const listing = folder ? fdopendir(folder.get()) : nullptr;
-    if (listing == nullptr) {
-        return;
     }
-    folder.release();
-    int folders = 0;
-    while (const dirent* const inside =
-               folders < mostFolders ? readdir(listing) : nullptr) {  // NOLINT(concurrency-mt-unsafe)
-        if (isFolderIn(*inside)) {
-            ++folders;
-            watch(item / inside->d_name);
-        }
-    }
-    closedir(listing);
-}
 
-bool OpenWatch::noticed(const std::filesystem::path& item) {
-    readEvents();
-    return opened_.erase(item) > 0;
-}
-
-void OpenWatch::clear() {
-    events_ = Descriptor();
-    items_.clear();
-    opened_.clear();
-}
-
-void OpenWatch::readEvents() {
-    alignas(inotify_event) std::array<char, 16'384> bytes;
-    for (;;) {
-        const ssize_t length = events_ ? read(events_.get(), bytes.data(), bytes.size()) : 0;
-        if (length <= 0) {
-            return;
-        }
-        for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
-            inotify_event event{};
-            std::memcpy(&event, bytes.data() + at, sizeof event);
-            at += sizeof event + event.len;
-            if ((event.mask & IN_Q_OVERFLOW) != 0) {
-                for (const auto& [number, item] : items_) {
-                    opened_.insert(item);
-                }
-            } else if ((event.mask & IN_OPEN) != 0 && (event.mask & IN_ISDIR) == 0) {
-                // Whoever lists a folder, as Vesk does, keeps nothing in it.
-                if (const auto found = items_.find(event.wd); found != items_.end()) {
-                    opened_.insert(found->second);
+    void readEvents() {
+        alignas(inotify_event) std::array<char, 16'384> bytes;
+        for (;;) {
+            const ssize_t length = events_ ? read(events_.get(), bytes.data(), bytes.size()) : 0;
+            if (length <= 0) {
+                return;
+            }
+            for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
+                inotify_event event{};
+                std::memcpy(&event, bytes.data() + at, sizeof event);
+                at += sizeof event + event.len;
+                if ((event.mask & IN_Q_OVERFLOW) != 0) {
+                    for (const auto& [number, item] : items_) {
+                        opened_.insert(item);
+                    }
+                } else if ((event.mask & IN_OPEN) != 0 && (event.mask & IN_ISDIR) == 0) {
+                    // Whoever lists a folder, as Vesk does, keeps nothing in it.
+                    if (const auto found = items_.find(event.wd); found != items_.end()) {
+                        opened_.insert(found->second);
+                    }
                 }
             }
         }
     }
+
+    Descriptor events_;
+    std::map<int, std::filesystem::path> items_;
+    std::set<std::filesystem::path> opened_;
+};
+
+OpenWatch::OpenWatch() = default;
+OpenWatch::~OpenWatch() = default;
+
+void OpenWatch::prepare(std::vector<std::filesystem::path> items) {
+    const auto watch = [watched = std::move(items)] { return std::make_unique<Items>(watched); };
+    try {
+        prepared_ = std::async(std::launch::async, watch);
+    } catch (const std::system_error&) {
+        prepared_ = std::async(std::launch::deferred, watch);  // no thread could start
+    }
+}
+
+void OpenWatch::begin() {
+    items_ = prepared_.valid() ? prepared_.get() : nullptr;
+}
+
+bool OpenWatch::noticed(const std::filesystem::path& item) {
+    return items_ && items_->noticed(item);
 }
 
 }  // namespace vesk

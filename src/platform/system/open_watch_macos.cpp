@@ -4,14 +4,19 @@
 
 namespace vesk {
 
-void OpenWatch::add(const std::filesystem::path& /*item*/) {
+class OpenWatch::Items {};
+
+OpenWatch::OpenWatch() = default;
+OpenWatch::~OpenWatch() = default;
+
+void OpenWatch::prepare(std::vector<std::filesystem::path> /*items*/) {
+}
+
+void OpenWatch::begin() {
 }
 
 bool OpenWatch::noticed(const std::filesystem::path& /*item*/) {
     return false;
-}
-
-void OpenWatch::clear() {
 }
 
 }  // namespace vesk
