@@ -52,6 +52,11 @@ class LeftBehindTest(unittest.TestCase):
         self.assertEqual(os.listdir(self.place), before)
         os.killpg(living.pid, signal.SIGKILL)
 
+    def test_many_that_start_at_once_leave_each_others_alone(self):
+        runs = [subprocess.Popen([IN_OWN_FOLDER, "sh", "-c", "sleep 0.2; test -d $TMPDIR"], env=self.environment)
+                for _ in range(40)]
+        self.assertEqual([run.wait() for run in runs], [0] * len(runs))
+
     def test_the_views_tests_write_nothing_into_the_home_folder(self):
         home = self.place / "home"
         home.mkdir()
