@@ -9,6 +9,7 @@ class OpenWatch::Items {};
 OpenWatch::OpenWatch() = default;
 OpenWatch::~OpenWatch() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): on Linux, another thread keeps them
 void OpenWatch::prepare(std::vector<std::filesystem::path> /*items*/) {
 }
 
