@@ -312,6 +312,12 @@ class DevTest(unittest.TestCase):
         self.dev("run")
         self.assertFalse([line for line in self.log() if line.startswith("cmake --fresh") or "VESK_TESTS" in line])
 
+    def test_lint_looks_for_sources_that_came_or_went(self):
+        self.dev("lint")
+        self.dev("lint")
+        again = [line for line in self.log() if line.startswith("cmake --preset lint")]
+        self.assertTrue(again, "nothing in build/lint is built, so CMake would not notice")
+
     def test_a_folder_that_moved_is_configured_anew(self):
         self.dev("run")
         moved = self.world / "moved"
