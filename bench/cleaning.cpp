@@ -4,8 +4,8 @@
 // use.
 //
 // vesk-cleaning --processes PROCESSES FOLDER DESCRIPTORS: starts that many processes, each with that many descriptors
-// open, half of them files of FOLDER and half pipes, and prints how long one look at what all processes have in use
-// takes.
+// open, half of them files of FOLDER and half pipes, and prints how long a look at what all processes have in use
+// takes, the median and the longest of many.
 //
 // vesk-cleaning --store ITEMS FOLDER RUNS: does the same through Store, with a history of RUNS runs of as many items,
 // and prints the longest time that the event loop kept a 1 ms timer waiting.
@@ -26,6 +26,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -104,45 +105,70 @@ int measureWork(const fs::path& folder, std::size_t count, bool singly, bool gua
     return result.moves.size() == count && back == count ? 0 : 1;
 }
 
-// The median of many looks, in milliseconds.
-int measureLook(const fs::path& folder, std::size_t processes, std::size_t descriptors) {
-    std::vector<pid_t> started;
-    std::array<int, 2> ready{};
-    if (pipe(ready.data()) != 0) {
-        return 1;
+// A process with that many descriptors open, half of them files whose paths begin with `files` and half pipes.
+class Holder {
+public:
+    Holder(const std::string& files, std::size_t descriptors) {
+        std::array<int, 2> ready{};
+        if (pipe(ready.data()) != 0) {
+            return;
+        }
+        process_ = fork();
+        if (process_ == 0) {
+            const bool isReady = hold(files, descriptors) && write(ready[1], "", 1) == 1;
+            _exit(isReady ? pause() : 1);
+        }
+        close(ready[1]);
+        char byte = 0;
+        isReady_ = read(ready[0], &byte, 1) == 1;
+        close(ready[0]);
     }
-    for (std::size_t i = 0; i < processes; ++i) {
-        const pid_t child = fork();
-        if (child == 0) {
-            std::array<int, 2> ends{};
-            for (std::size_t opened = 0; opened < descriptors; opened += 4) {
-                for (const char* end : {"a", "b"}) {
-                    const fs::path place = folder / (std::to_string(i) + "-" + std::to_string(opened) + end);
-                    if (open(place.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600) < 0) {
-                        _exit(1);
-                    }
-                }
-                if (pipe(ends.data()) != 0) {
-                    _exit(1);
+    Holder(const Holder&) = delete;
+    Holder& operator=(const Holder&) = delete;
+    ~Holder() {
+        if (process_ > 0) {
+            kill(process_, SIGKILL);
+            waitpid(process_, nullptr, 0);
+        }
+    }
+
+    bool isReady() const { return isReady_; }
+
+private:
+    static bool hold(const std::string& files, std::size_t descriptors) {
+        std::array<int, 2> ends{};
+        for (std::size_t opened = 0; opened < descriptors; opened += 4) {
+            for (const char* end : {"a", "b"}) {
+                const std::string place = files + "-" + std::to_string(opened) + end;
+                if (open(place.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600) < 0) {
+                    return false;
                 }
             }
-            _exit(write(ready[1], "", 1) == 1 && pause() == 0 ? 0 : 1);
+            if (pipe(ends.data()) != 0) {
+                return false;
+            }
         }
-        started.push_back(child);
-        char byte = 0;
-        if (child < 0 || read(ready[0], &byte, 1) != 1) {
+        return true;
+    }
+
+    pid_t process_ = -1;
+    bool isReady_ = false;
+};
+
+int measureLook(const fs::path& folder, std::size_t processes, std::size_t descriptors) {
+    std::deque<Holder> holders;
+    for (std::size_t i = 0; i < processes; ++i) {
+        if (!holders.emplace_back((folder / std::to_string(i)).string(), descriptors).isReady()) {
+            std::fputs("A process could not start or open its files.\n", stderr);
             return 1;
         }
     }
     std::vector<double> times;
-    for (int look = 0; look < 21; ++look) {
+    for (int turn = 0; turn < 21; ++turn) {
+        const auto look = vesk::lookingAtProcesses();
         const auto start = std::chrono::steady_clock::now();
-        const vesk::OpenFiles used;
+        const vesk::OpenFiles used = look();
         times.push_back(secondsSince(start) * 1e3);
-    }
-    for (const pid_t child : started) {
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
     }
     std::sort(times.begin(), times.end());
     std::printf("%zu processes with %zu descriptors each: a look takes %.1f ms, at most %.1f ms\n", processes,

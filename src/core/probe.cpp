@@ -84,10 +84,10 @@ std::optional<Probe::Measurement> Probe::measureExisting(const std::filesystem::
     }
     if (!values->isSymbolicLink) {
         // What is mounted below a folder is not part of it, and no Trash could take it.
-        const bool isMount = isMountPoint(url);
-        return !isMount                    ? measureFolder(url, contents)
-               : contents == Contents::any ? std::optional(Measurement{})
-                                           : std::nullopt;
+        if (!isMountPoint(url)) {
+            return measureFolder(url, contents);
+        }
+        return contents == Contents::any ? std::optional(Measurement{}) : std::nullopt;
     }
     const std::optional<std::filesystem::path> target = followLink(url);
     return target ? measureFolder(*target, contents) : std::nullopt;

@@ -16,6 +16,10 @@ namespace {
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
     // Their watch ends with a look at all processes, which takes as long as dozens of moves.
     constexpr std::size_t watchedAtOnce = 4 * TrashBatch::size;
+    const auto group = [&](std::size_t first) {
+        const std::size_t start = std::min(first, workList.size());
+        return std::span(workList).subspan(start, std::min(watchedAtOnce, workList.size() - start));
+    };
     UseGuard guard(tools, log);
     bool stopped = false;
     for (std::size_t i = 0; i < workList.size(); ++i) {
@@ -25,9 +29,7 @@ bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools
             break;
         }
         if (i % watchedAtOnce == 0) {
-            const std::span<const SeenItem> rest = std::span(workList).subspan(i);
-            const std::span<const SeenItem> later = rest.subspan(std::min(rest.size(), watchedAtOnce));
-            guard.expect(rest.first(rest.size() - later.size()), later.first(std::min(later.size(), watchedAtOnce)));
+            guard.expect(group(i), group(i + watchedAtOnce));
         }
         if (i % TrashBatch::size == 0) {
             const std::size_t end = std::min(workList.size(), i + TrashBatch::size);

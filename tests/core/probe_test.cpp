@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <cerrno>
 #include <filesystem>
 #include <memory>
 

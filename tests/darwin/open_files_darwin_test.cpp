@@ -14,6 +14,10 @@ using namespace testing;
 using darwin::Process;
 using darwin::setProcesses;
 
+OpenFiles openFiles() {
+    return lookingAtProcesses()();
+}
+
 class UsedFilesTest : public TemporaryHome {
 protected:
     UsedFilesTest() {
@@ -23,12 +27,12 @@ protected:
 
     static std::filesystem::path item() { return testHome() / "cache/app"; }
     static std::string file() { return (item() / "deep/er/file").string(); }
-    static bool isInUse() { return OpenFiles().use(item()); }
+    static bool isInUse() { return openFiles().use(item()); }
 
     static void expectInUse(Process process) {
         process.id = 7;
         setProcesses({{.id = 5}, process});
-        OpenFiles open;
+        OpenFiles open = openFiles();
         EXPECT_TRUE(open.use(item()));
         EXPECT_FALSE(open.use(testHome() / "cache/applications"));
         EXPECT_FALSE(open.use(testHome() / "cache/ap"));

@@ -55,6 +55,10 @@ private:
     pid_t process_ = -1;
 };
 
+OpenFiles openFiles() {
+    return lookingAtProcesses()();
+}
+
 class OpenFilesTest : public TemporaryHome {
 protected:
     OpenFilesTest() {
@@ -65,23 +69,23 @@ protected:
     static std::string file() { return (item() / "deep/er/file").string(); }
 
     static void expectInUse(const std::function<bool()>& hold) {
-        EXPECT_FALSE(OpenFiles().use(item()));
+        EXPECT_FALSE(openFiles().use(item()));
         {
             const Holder holder(hold);
-            OpenFiles open;
+            OpenFiles open = openFiles();
             EXPECT_TRUE(open.use(item()));
             EXPECT_FALSE(open.use(testHome() / "cache/applications"));
             EXPECT_FALSE(open.use(testHome() / "cache/ap"));
         }
-        EXPECT_FALSE(OpenFiles().use(item()));
+        EXPECT_FALSE(openFiles().use(item()));
     }
 };
 
 TEST_F(OpenFilesTest, AnOpenFileIsInUse) {
     expectInUse([] { return open(file().c_str(), O_RDONLY) >= 0; });
     const Holder holder([] { return open(file().c_str(), O_WRONLY) >= 0; });
-    EXPECT_TRUE(OpenFiles().use(file()));
-    EXPECT_TRUE(OpenFiles().use(item().parent_path()));
+    EXPECT_TRUE(openFiles().use(file()));
+    EXPECT_TRUE(openFiles().use(item().parent_path()));
 }
 
 TEST_F(OpenFilesTest, AnOpenFolderIsInUse) {
@@ -103,7 +107,7 @@ TEST_F(OpenFilesTest, ARunningProgramIsInUse) {
     }
     bool seen = false;
     for (int i = 0; i < 500 && !seen; ++i) {  // until the process has become the program
-        seen = OpenFiles().use(item());
+        seen = openFiles().use(item());
     }
     EXPECT_TRUE(seen);
     kill(process, SIGKILL);
@@ -133,9 +137,9 @@ TEST_F(OpenFilesTest, AFileReachedThroughALinkIsInUse) {
     expectInUse([] { return open((testHome() / "way/deep/er/file").c_str(), O_RDONLY) >= 0; });
     const Holder holder([] { return open(file().c_str(), O_RDONLY) >= 0; });
     makeLink(testHome() / "caches", testHome() / "cache");
-    EXPECT_TRUE(OpenFiles().use(testHome() / "caches/app"));
+    EXPECT_TRUE(openFiles().use(testHome() / "caches/app"));
     // Only the link itself would move, and nobody has that open.
-    EXPECT_FALSE(OpenFiles().use(testHome() / "way"));
+    EXPECT_FALSE(openFiles().use(testHome() / "way"));
 }
 
 TEST_F(OpenFilesTest, ADeletedFileStillTellsOfItsFolder) {
@@ -180,13 +184,13 @@ TEST_F(OpenFilesTest, ALockOfAProcessThatMayNotBeLookedAtCounts) {
 TEST_F(OpenFilesTest, ThisProcessIsNoReason) {
     const int opened = open(file().c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_GE(opened, 0);
-    EXPECT_FALSE(OpenFiles().use(item()));
+    EXPECT_FALSE(openFiles().use(item()));
     close(opened);
 }
 
 TEST_F(OpenFilesTest, AMissingItemIsNotInUse) {
-    EXPECT_FALSE(OpenFiles().use(testHome() / "missing"));
-    EXPECT_FALSE(OpenFiles().use(testHome() / "missing/too"));
+    EXPECT_FALSE(openFiles().use(testHome() / "missing"));
+    EXPECT_FALSE(openFiles().use(testHome() / "missing/too"));
 }
 
 }  // namespace

@@ -107,16 +107,19 @@ TEST_F(OpenWatchTest, OthersAreNotNoticedAnyMore) {
 }
 
 TEST_F(OpenWatchTest, WhatIsOpenedWhileTheyArePreparedIsNoticedOnceTheyBegin) {
-    watch.prepare({item, other});
-    watch.begin();
-    watch.prepare({item});
-    // The thread is waited for by the events: it opens a folder, which tells nothing, and then the test opens a file.
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    openAndClose(item / "file");
-    EXPECT_TRUE(watch.noticed(item));
-    watch.begin();
-    EXPECT_TRUE(watch.noticed(item));
-    EXPECT_FALSE(watch.noticed(other));
+    // Nothing tells when the other thread watches the item, so the test waits longer each time.
+    bool isNoticed = false;
+    for (auto pause = std::chrono::milliseconds(1); !isNoticed && pause < std::chrono::seconds(4); pause *= 2) {
+        begin({item, other});
+        watch.prepare({item});
+        std::this_thread::sleep_for(pause);
+        openAndClose(item / "file");
+        EXPECT_TRUE(watch.noticed(item));  // by the watch that is current still
+        watch.begin();
+        isNoticed = watch.noticed(item);
+        EXPECT_FALSE(watch.noticed(other));
+    }
+    EXPECT_TRUE(isNoticed);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <set>
+#include <string>
 
 #include "platform/files/descriptor.h"
 #include "platform/trash/trash.h"
@@ -121,6 +123,30 @@ TEST_F(InUseTest, WhatIsOpenedRightBeforeItsMoveStays) {
     EXPECT_THAT(run(), ElementsAre("a", "c"));
     EXPECT_EQ(log_.result().failures, 1);
     EXPECT_THAT(namesIn(homeTrash() / "info"), ::testing::SizeIs(2));
+}
+
+// Items are watched in groups; the next one is prepared while this one moves.
+TEST_F(InUseTest, AmongThousandsTooWhatIsOpenedRightBeforeItsMoveStays) {
+    constexpr int many = 2'500;
+    workList_.clear();
+    for (int i = 0; i < many; ++i) {
+        makeFile(junk() / std::to_string(i));
+        workList_.push_back({junk() / std::to_string(i), folderIdentity(junk()), {}, 1});
+    }
+    const std::set<std::string> opened = {"7", "1500", "2499"};
+    TrashBatch batch({}, [&](const auto& item) { return watch_.noticed(item); });
+    tools_.openWatch = &watch_;
+    tools_.moveToTrash = [&](const SeenItem& item) {
+        if (opened.contains(item.path.filename())) {
+            EXPECT_TRUE(Descriptor(::open(item.path.c_str(), O_RDONLY | O_CLOEXEC)));
+        }
+        return batch.move(item);
+    };
+    EXPECT_THAT(run(), ::testing::SizeIs(many - opened.size()));
+    EXPECT_EQ(log_.result().failures, static_cast<int>(opened.size()));
+    for (const std::string& name : opened) {
+        EXPECT_TRUE(std::filesystem::exists(junk() / name)) << name;
+    }
 }
 
 TEST_F(InUseTest, WhatIsOpenedAllTheTimeStays) {

@@ -64,8 +64,8 @@ std::vector<FilePlace> placesOf(const std::vector<UsedFile>& used) {
         used.size(), batch, [] { return Nothing{}; },
         [&](std::size_t first, std::size_t last, Nothing& /*nothing*/) {
             for (std::size_t i = first; i < last; ++i) {
-                if (used[i].path.empty() || !findPlace(used[i].path.c_str(), places[i])) {
-                    places[i] = {};
+                if (!used[i].path.empty()) {
+                    findPlace(used[i].path.c_str(), places[i]);
                 }
             }
         });
@@ -74,23 +74,7 @@ std::vector<FilePlace> placesOf(const std::vector<UsedFile>& used) {
 
 }  // namespace
 
-OpenFiles::OpenFiles(LockList& locks) {
-    std::vector<UsedFile> used;
-    if (listUsedFiles(used, locks)) {
-        sort(std::move(used));
-    }
-}
-
-OpenFiles::OpenFiles() {
-    LockList locks;
-    *this = OpenFiles(locks);
-}
-
 OpenFiles::OpenFiles(std::vector<UsedFile> used) {
-    sort(std::move(used));
-}
-
-void OpenFiles::sort(std::vector<UsedFile> used) {
     const std::vector<FilePlace> places = placesOf(used);
     for (std::size_t i = 0; i < used.size(); ++i) {
         UsedFile& file = used[i];
@@ -165,7 +149,13 @@ bool OpenFiles::use(const std::filesystem::path& item) {
 }
 
 std::function<OpenFiles()> lookingAtProcesses() {
-    return [locks = std::make_shared<LockList>()] { return OpenFiles(*locks); };
+    return [locks = std::make_shared<LockList>()] {
+        std::vector<UsedFile> used;
+        if (!listUsedFiles(used, *locks)) {
+            used.clear();
+        }
+        return OpenFiles(std::move(used));
+    };
 }
 
 }  // namespace vesk

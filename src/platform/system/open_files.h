@@ -44,16 +44,11 @@ bool listUsedFiles(std::vector<UsedFile>& used, LockList& locks);
 
 class OpenFiles {
 public:
-    /// Looks at all processes now.
-    OpenFiles();
-    /// The same, with the locks of an earlier look if they are still valid.
-    explicit OpenFiles(LockList& locks);
-    /// From a given list; for tests.
     explicit OpenFiles(std::vector<UsedFile> used);
 
     /// Whether a process has this item, or anything below it, in use. Compares paths or, if those are not enough
     /// (another mount namespace, another mount of the same folder, a file known only by its inode), device and inode of
-    /// everything in the item. False if the look failed as a whole.
+    /// everything in the item.
     bool use(const std::filesystem::path& item);
 
 private:
@@ -63,7 +58,6 @@ private:
     };
     using Numbers = std::set<std::pair<std::uint64_t, std::uint64_t>>;
 
-    void sort(std::vector<UsedFile> used);
     const std::string& resolvedFolder(std::string_view path);
     const Numbers& doubtful(std::uint64_t device, std::uint64_t mount);
 
@@ -77,7 +71,8 @@ private:
     std::map<std::string, std::string, std::less<>> resolved_;
 };
 
-/// Looks at all processes at each call.
+/// A function that looks at all processes at each call; if a look fails as a whole, nothing is in use. It is used by
+/// one thread.
 std::function<OpenFiles()> lookingAtProcesses();
 
 }  // namespace vesk

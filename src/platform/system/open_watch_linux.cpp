@@ -12,7 +12,6 @@
 #include <set>
 #include <string_view>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 #include "platform/files/descriptor.h"
@@ -31,15 +30,6 @@ bool isFolderIn(const dirent& item) {
     return item.d_type == DT_DIR && name != "." && name != "..";
 }
 
-// Closing waits until the kernel has freed every watch, for some 30 ms.
-void closeOnAnotherThread(Descriptor descriptor) {
-    try {
-        std::thread([closed = std::move(descriptor)] {}).detach();
-    } catch (const std::system_error&) {
-        // No thread could start, so it has been closed here.
-    }
-}
-
 }  // namespace
 
 class OpenWatch::Items {
@@ -49,9 +39,6 @@ public:
             add(item);
         }
     }
-    Items(const Items&) = delete;
-    Items& operator=(const Items&) = delete;
-    ~Items() { closeOnAnotherThread(std::move(events_)); }
 
     bool noticed(const std::filesystem::path& item) {
         readEvents();
