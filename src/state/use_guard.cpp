@@ -1,6 +1,7 @@
 #include "state/use_guard.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/date.h"
@@ -9,8 +10,8 @@ namespace vesk {
 
 namespace {
 
-// The pause after a look at all processes is twenty times the look's length, within these limits.
-constexpr int shareOfTime = 20;
+// The pause after a look at all processes is forty times the look's length, within these limits.
+constexpr int shareOfTime = 40;
 constexpr std::chrono::milliseconds shortestPause{10};
 constexpr std::chrono::milliseconds longestPause{1000};
 
@@ -32,10 +33,10 @@ void UseGuard::expect(std::span<const SeenItem> items, std::span<const SeenItem>
 }
 
 void UseGuard::prepareWatch(std::span<const SeenItem> items) {
-    std::vector<std::filesystem::path> paths;
+    std::vector<std::string> paths;
     paths.reserve(items.size());
     for (const SeenItem& item : items) {
-        paths.push_back(item.path);
+        paths.push_back(item.path.native());
     }
     tools_.openWatch->prepare(std::move(paths));
 }
@@ -55,9 +56,8 @@ bool UseGuard::isInUse(const std::filesystem::path& item) {
 }
 
 void UseGuard::watch(const SeenItem& item, const TrashOutcome& outcome) {
-    trashed_.push_back(outcome.place);
     if (!outcome.place.empty()) {
-        watched_.push_back({outcome.place, item.path, {}, outcome.identity});
+        moved_.push_back({outcome.place, item.path, {}, outcome.identity});
     }
     if (isNoticed(item.path)) {
         lookAgain();
@@ -65,9 +65,18 @@ void UseGuard::watch(const SeenItem& item, const TrashOutcome& outcome) {
 }
 
 void UseGuard::finish() {
-    if (!watched_.empty()) {
+    if (checked_ != std::ssize(moved_)) {
         lookAgain();
     }
+}
+
+std::vector<std::filesystem::path> UseGuard::trashed() const {
+    std::vector<std::filesystem::path> places;
+    places.reserve(moved_.size());
+    for (const TrashedItem& item : moved_) {
+        places.push_back(item.place);
+    }
+    return places;
 }
 
 bool UseGuard::isNoticed(const std::filesystem::path& item) const {
@@ -83,13 +92,19 @@ void UseGuard::lookAgain() {
 }
 
 void UseGuard::restoreWhatIsInUse() {
-    for (TrashedItem& item : std::exchange(watched_, {})) {
-        item.cleaned = now();
-        if (open_->use(item.place) && !tools_.restore(item)) {
-            std::erase(trashed_, item.place);
-            log_.noteRestored(item.place);
+    const auto isRestored = [this](TrashedItem& item) {
+        if (!open_->use(item.place)) {
+            return false;
         }
-    }
+        item.cleaned = now();
+        if (tools_.restore(item)) {
+            return false;
+        }
+        log_.noteRestored(item.place);
+        return true;
+    };
+    moved_.erase(std::remove_if(moved_.begin() + checked_, moved_.end(), isRestored), moved_.end());
+    checked_ = std::ssize(moved_);
 }
 
 }  // namespace vesk

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -33,8 +34,8 @@ public:
     /// Checks once more the items moved since the last look.
     void finish();
 
-    /// The places in the Trash of the items that stay there.
-    const std::vector<std::filesystem::path>& trashed() const { return trashed_; }
+    /// The places in the Trash of the items that stay there, as far as they are known.
+    std::vector<std::filesystem::path> trashed() const;
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -42,7 +43,7 @@ private:
     void prepareWatch(std::span<const SeenItem> items);
     bool isNoticed(const std::filesystem::path& item) const;
     void lookAgain();
-    // Restores each item that a program opened between the last look and the move; it counts as not moved.
+    // Restores each item that a program opened between the look before its move and this one; it counts as not moved.
     void restoreWhatIsInUse();
 
     const CleaningTools& tools_;
@@ -50,8 +51,9 @@ private:
     bool isPrepared_ = false;
     std::optional<OpenFiles> open_;
     Clock::time_point next_;
-    std::vector<TrashedItem> watched_;
-    std::vector<std::filesystem::path> trashed_;
+    // The items moved so far; those before `checked_` were not in use at the last look.
+    std::vector<TrashedItem> moved_;
+    std::ptrdiff_t checked_ = 0;
 };
 
 }  // namespace vesk

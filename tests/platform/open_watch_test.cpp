@@ -28,7 +28,7 @@ protected:
         begin({item, other});
     }
 
-    void begin(std::vector<std::filesystem::path> items) {
+    void begin(std::vector<std::string> items) {
         watch.prepare(std::move(items));
         watch.begin();
     }

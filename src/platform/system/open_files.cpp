@@ -108,10 +108,13 @@ const OpenFiles::Numbers& OpenFiles::doubtful(std::uint64_t device, std::uint64_
     return place->second;
 }
 
-const std::string& OpenFiles::resolvedFolder(std::string_view path) {
-    auto known = resolved_.find(path);
-    if (known == resolved_.end()) {
-        known = resolved_.emplace(path, resolvingLinks(path).value_or(path).string()).first;
+const OpenFiles::Folder& OpenFiles::folderAt(std::string_view path) {
+    auto known = folders_.find(path);
+    if (known == folders_.end()) {
+        const std::string resolved = resolvingLinks(path).value_or(path).string();
+        FilePlace place;
+        findPlace(resolved.c_str(), place);
+        known = folders_.emplace(path, Folder{resolved, &doubtful(place.device, place.mount)}).first;
     }
     return known->second;
 }
@@ -123,7 +126,8 @@ bool OpenFiles::use(const std::filesystem::path& item) {
         return false;  // no item of a clean
     }
     // Processes' paths contain no links, but the item itself may be one.
-    std::string path = resolvedFolder(given.substr(0, std::max(slash, std::size_t{1})));
+    const Folder& folder = folderAt(given.substr(0, std::max(slash, std::size_t{1})));
+    std::string path = folder.path;
     path += given.substr(slash);
     const auto from = [&] {
         return std::lower_bound(placed_.begin(), placed_.end(), path,
@@ -139,13 +143,13 @@ bool OpenFiles::use(const std::filesystem::path& item) {
         return true;
     }
     path.pop_back();
+    // An item is on its folder's device and mount; if something is mounted on it, it cannot move.
     FilePlace place;
-    if (!findPlace(path.c_str(), place)) {
+    if (folder.doubtful->empty() || !findPlace(path.c_str(), place)) {
         return false;
     }
-    const Numbers& numbers = doubtful(place.device, place.mount);
-    return !numbers.empty() && (numbers.contains({place.device, place.inode}) ||
-                                (place.isFolder && holdsAnyOf(numbers, place.device, path)));
+    return folder.doubtful->contains({place.device, place.inode}) ||
+           (place.isFolder && holdsAnyOf(*folder.doubtful, place.device, path));
 }
 
 std::function<OpenFiles()> lookingAtProcesses() {

@@ -58,7 +58,15 @@ private:
     };
     using Numbers = std::set<std::pair<std::uint64_t, std::uint64_t>>;
 
-    const std::string& resolvedFolder(std::string_view path);
+    // A folder of items.
+    struct Folder {
+        // Its path without links.
+        std::string path;
+        // What may be in its items although no path says so.
+        const Numbers* doubtful;
+    };
+
+    const Folder& folderAt(std::string_view path);
     const Numbers& doubtful(std::uint64_t device, std::uint64_t mount);
 
     // Files in use whose path in this process is known, sorted by path.
@@ -67,8 +75,7 @@ private:
     Numbers unplaced_;
     // The same by mount: a file on another mount of the device may be here too.
     std::map<std::pair<std::uint64_t, std::uint64_t>, Numbers> doubtful_;
-    // Folders of items, without links.
-    std::map<std::string, std::string, std::less<>> resolved_;
+    std::map<std::string, Folder, std::less<>> folders_;
 };
 
 /// A function that looks at all processes at each call; if a look fails as a whole, nothing is in use. It is used by

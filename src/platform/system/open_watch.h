@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <future>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace vesk {
@@ -16,8 +17,8 @@ public:
     OpenWatch& operator=(const OpenWatch&) = delete;
     ~OpenWatch();
 
-    /// Starts watching these items, on another thread, beside those that are watched now.
-    void prepare(std::vector<std::filesystem::path> items);
+    /// Starts watching the items at these paths, on another thread, beside those that are watched now.
+    void prepare(std::vector<std::string> items);
 
     /// Notices from now on when a program opens one of the items last prepared or a file in it, and no other item.
     /// Waits until all are watched. Of a folder, the files in its first folders count, but not those further down. On
@@ -31,6 +32,8 @@ private:
     class Items;
 
     std::unique_ptr<Items> items_;
+    // No longer watched, but not closed yet.
+    std::unique_ptr<Items> former_;
     std::future<std::unique_ptr<Items>> prepared_;
 };
 

@@ -34,19 +34,19 @@ bool isFolderIn(const dirent& item) {
 
 class OpenWatch::Items {
 public:
-    explicit Items(const std::vector<std::filesystem::path>& items) : events_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-        for (const std::filesystem::path& item : items) {
+    explicit Items(const std::vector<std::string>& items) : events_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        for (const std::string& item : items) {
             add(item);
         }
     }
 
-    bool noticed(const std::filesystem::path& item) {
+    bool noticed(const std::string& item) {
         readEvents();
         return opened_.erase(item) > 0;
     }
 
 private:
-    void add(const std::filesystem::path& item) {
+    void add(const std::string& item) {
         Descriptor folder =
             watch(item, item) ? openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow) : Descriptor();
         DIR* const listing = folder ? fdopendir(folder.get()) : nullptr;
@@ -59,13 +59,13 @@ private:
                    folders < mostFolders ? readdir(listing) : nullptr) {  // NOLINT(concurrency-mt-unsafe)
             if (isFolderIn(*inside)) {
                 ++folders;
-                watch(item / inside->d_name, item);
+                watch(item + "/" + static_cast<const char*>(inside->d_name), item);
             }
         }
         closedir(listing);
     }
 
-    bool watch(const std::filesystem::path& part, const std::filesystem::path& item) {
+    bool watch(const std::string& part, const std::string& item) {
         const int number = events_ ? inotify_add_watch(events_.get(), part.c_str(), IN_OPEN | IN_DONT_FOLLOW) : -1;
         if (number >= 0) {
             items_.insert_or_assign(number, item);
@@ -99,28 +99,35 @@ private:
     }
 
     Descriptor events_;
-    std::map<int, std::filesystem::path> items_;
-    std::set<std::filesystem::path> opened_;
+    std::map<int, std::string> items_;
+    std::set<std::string> opened_;
 };
 
 OpenWatch::OpenWatch() = default;
 OpenWatch::~OpenWatch() = default;
 
-void OpenWatch::prepare(std::vector<std::filesystem::path> items) {
-    const auto watch = [watched = std::move(items)] { return std::make_unique<Items>(watched); };
+void OpenWatch::prepare(std::vector<std::string> items) {
+    // Closing a thousand watches takes more than ten milliseconds while others are added.
+    auto watch = [items, former = std::move(former_)]() mutable {
+        former.reset();
+        return std::make_unique<Items>(items);
+    };
     try {
-        prepared_ = std::async(std::launch::async, watch);
+        prepared_ = std::async(std::launch::async, std::move(watch));
     } catch (const std::system_error&) {
-        prepared_ = std::async(std::launch::deferred, watch);  // no thread could start
+        // No thread could start.
+        prepared_ =
+            std::async(std::launch::deferred, [items = std::move(items)] { return std::make_unique<Items>(items); });
     }
 }
 
 void OpenWatch::begin() {
+    former_ = std::move(items_);
     items_ = prepared_.valid() ? prepared_.get() : nullptr;
 }
 
 bool OpenWatch::noticed(const std::filesystem::path& item) {
-    return items_ && items_->noticed(item);
+    return items_ && items_->noticed(item.native());
 }
 
 }  // namespace vesk

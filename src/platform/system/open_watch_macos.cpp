@@ -10,7 +10,7 @@ OpenWatch::OpenWatch() = default;
 OpenWatch::~OpenWatch() = default;
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): on Linux, another thread keeps them
-void OpenWatch::prepare(std::vector<std::filesystem::path> /*items*/) {
+void OpenWatch::prepare(std::vector<std::string> /*items*/) {
 }
 
 void OpenWatch::begin() {
