@@ -16,25 +16,58 @@ namespace {
 constexpr std::string_view historyKey = "vesk.history";
 constexpr std::size_t keptEntries = 50;
 
+// Decoding that many bytes takes some 10 ms.
+constexpr std::size_t mostBytesAtOnce = std::size_t{4} * 1024 * 1024;
+
 std::size_t fingerprintOf(const std::string& bytes) {
     return std::hash<std::string>()(bytes);
+}
+
+template <typename Result>
+void waitFor(DetachedTask<Result>& task) {
+    constexpr std::chrono::hours patience{24};
+    while (task.isRunning()) {
+        task.finish(patience);
+    }
 }
 
 }  // namespace
 
 History::History(Preferences& preferences) : preferences_(preferences) {
-    // Bytes that cannot be decoded stay stored until the next save.
-    StoredBytes stored = preferences_.read(historyKey);
-    if (stored.bytes) {
-        fingerprint_ = fingerprintOf(*stored.bytes);
-        list_.append(decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>()));
+    const bool isLoading =
+        preferences_.size(historyKey) > mostBytesAtOnce &&
+        loading_.start(
+            [preferences, token = takeWorkToken()](DetachedTask<Stored>::Control&) { return load(preferences); },
+            [this](Stored stored) { take(std::move(stored)); });
+    if (!isLoading) {
+        take(load(preferences_));
     }
 }
 
-std::optional<std::size_t> History::rowOf(const Uuid& id) const {
-    const auto found =
-        std::find_if(entries().begin(), entries().end(), [&](const HistoryEntry& entry) { return entry.id == id; });
-    return found == entries().end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - entries().begin()));
+History::Stored History::load(const Preferences& preferences) {
+    StoredBytes stored = preferences.read(historyKey);
+    if (!stored.bytes) {
+        return {};
+    }
+    // Bytes that cannot be decoded stay stored until the next save.
+    const std::size_t fingerprint = fingerprintOf(*stored.bytes);
+    return {fingerprint, decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>())};
+}
+
+void History::take(Stored stored) {
+    fingerprint_ = stored.fingerprint;
+    list_.append(std::move(stored.entries));
+}
+
+HistoryList& History::loaded() {
+    waitFor(loading_);
+    return list_;
+}
+
+std::optional<std::size_t> History::rowOf(const Uuid& id) {
+    const std::vector<HistoryEntry>& all = entries();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const HistoryEntry& entry) { return entry.id == id; });
+    return found == all.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - all.begin()));
 }
 
 std::function<std::vector<TrashedItem>()> History::itemsOf(const HistoryEntry& entry) const {
@@ -95,13 +128,13 @@ History::Outcome History::store(const Task& task) {
     return {.isStored = true, .fingerprint = fingerprintOf(text)};
 }
 
-History::Task History::task() const {
-    return {list_.snapshot(), preferences_, receipts_, fingerprint_};
+History::Task History::task() {
+    return {loaded().snapshot(), preferences_, receipts_, fingerprint_};
 }
 
 void History::prepareToSave() {
     isSaved_ = false;
-    list_.trim(keptEntries);
+    loaded().trim(keptEntries);
     std::erase_if(unsavedReceipts_,
                   [&](const UnsavedReceipt& receipt) { return receipts_.write(receipt.run, receipt.items); });
 }
@@ -164,10 +197,7 @@ void History::tryInBackground(const std::function<void()>& done) {
 }
 
 void History::finishSaving() {
-    constexpr std::chrono::hours patience{24};
-    while (saving_.isRunning()) {
-        saving_.finish(patience);
-    }
+    waitFor(saving_);
 }
 
 }  // namespace vesk

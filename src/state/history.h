@@ -19,14 +19,16 @@ namespace vesk {
 
 class History {
 public:
-    /// Loads the history from these preferences, which must outlive this object.
+    /// Loads the history from these preferences, which must outlive this object. A large one is loaded on another
+    /// thread, since that takes up to half a second: `list` has it once the event loop delivers it, and all other
+    /// functions wait for it.
     explicit History(Preferences& preferences);
 
     HistoryList& list() { return list_; }
     /// Newest first.
-    const std::vector<HistoryEntry>& entries() const { return list_.entries(); }
+    const std::vector<HistoryEntry>& entries() { return loaded().entries(); }
     /// The row of the entry with this id; absent if there is none.
-    std::optional<std::size_t> rowOf(const Uuid& id) const;
+    std::optional<std::size_t> rowOf(const Uuid& id);
 
     const Receipts& receipts() const { return receipts_; }
     /// Returns a function that collects what is known about the items of an entry. It reads the disk. It may be called
@@ -34,7 +36,7 @@ public:
     std::function<std::vector<TrashedItem>()> itemsOf(const HistoryEntry& entry) const;
 
     /// Adds an entry at the front.
-    void add(HistoryEntry entry) { list_.prepend(std::move(entry)); }
+    void add(HistoryEntry entry) { loaded().prepend(std::move(entry)); }
     /// Keeps a receipt that could not be stored for the next save.
     void keepReceipt(const Uuid& run, Receipt items) { unsavedReceipts_.push_back({run, std::move(items)}); }
     /// Sets whether the run with this id is undone. The views are notified only by `tellUndone`, so that it can be
@@ -60,6 +62,16 @@ private:
         Receipt items;
     };
 
+    // What was stored at the start, for use on any thread.
+    struct Stored {
+        std::optional<std::size_t> fingerprint;
+        std::vector<HistoryEntry> entries;
+    };
+
+    static Stored load(const Preferences& preferences);
+    void take(Stored stored);
+    HistoryList& loaded();
+
     // A save's input and result, for use on any thread.
     struct Task;
     struct Outcome {
@@ -73,7 +85,7 @@ private:
     };
 
     static Outcome store(const Task& task);
-    Task task() const;
+    Task task();
     void prepareToSave();
     // Returns whether to try again.
     bool take(Outcome outcome);
@@ -88,6 +100,7 @@ private:
     // The entries whose `undone` is not stored yet.
     std::vector<Uuid> undoneHere_;
     std::vector<UnsavedReceipt> unsavedReceipts_;
+    DetachedTask<Stored> loading_;
     DetachedTask<Outcome> saving_;
 };
 

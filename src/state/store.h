@@ -111,8 +111,8 @@ public:
     const std::optional<std::string>& detailID() const { return detailID_; }
     /// A one-line message to the user; absent if there is none.
     const std::optional<std::string>& notice() const { return notice_; }
-    /// Past cleanups, newest first.
-    const std::vector<HistoryEntry>& history() const { return history_.entries(); }
+    /// Past cleanups, newest first. Waits until they are loaded, which the property `history` does not.
+    const std::vector<HistoryEntry>& history() { return history_.entries(); }
     bool previewOnly() const { return previewOnly_; }
 
     void setShowConfirm(bool value);

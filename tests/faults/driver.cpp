@@ -54,7 +54,7 @@ Json cardsOf(const Store& store) {
     return cards;
 }
 
-Json historyOf(const Store& store) {
+Json historyOf(Store& store) {
     Json history = Json::array();
     for (const vesk::HistoryEntry& entry : store.history()) {
         Json moves = Json::array();

@@ -5,7 +5,9 @@
 #include <QAbstractItemModelTester>
 #include <ctime>
 
+#include "state/history.h"
 #include "state/history_codec.h"
+#include "state/running_work.h"
 #include "state/store_home.h"
 #include "support/trash_home.h"
 
@@ -58,6 +60,52 @@ TEST_F(HistoryTest, LoadsWhatIsStoredAsItStands) {
     storeHistory(encodeHistory(entries));
     EXPECT_EQ(makeStore().history(), entries) << "no entry is dropped before something is saved";
     EXPECT_EQ(stored(), encodeHistory(entries));
+}
+
+// One of a million moves takes half a second: the window must not wait for it.
+class LargeHistoryTest : public HistoryTest {
+protected:
+    LargeHistoryTest() {
+        for (HistoryEntry& entry : entries_) {
+            entry.moves.assign(20'000, {"/home/tester/.cache/app", "/home/tester/.local/share/Trash/files/app", 1});
+        }
+        storeHistory(encodeHistory(entries_));
+    }
+
+    std::vector<HistoryEntry> entries_ = runs(3);
+};
+
+TEST_F(LargeHistoryTest, ArrivesWhileTheEventLoopRuns) {
+    HistoryList& list = listOf(makeStore());
+    EXPECT_EQ(list.count(), 0);
+    ASSERT_TRUE(waitFor([&] { return list.count() != 0; }));
+    EXPECT_EQ(list.entries(), entries_);
+    EXPECT_EQ(store_->history(), entries_);
+}
+
+TEST_F(LargeHistoryTest, IsThereForWhoeverAsks) {
+    EXPECT_EQ(makeStore().history(), entries_);
+    makeStore().undo(entries_[1].id);
+    EXPECT_TRUE(store_->busy());
+    makeStore().saveHistory();
+    EXPECT_EQ(stored(), encodeHistory(entries_));
+}
+
+TEST_F(LargeHistoryTest, GetsARunThatEndsBeforeItIsLoaded) {
+    Preferences preferences;
+    History history(preferences);
+    history.add(numbered(9));
+    history.save();
+    entries_.insert(entries_.begin(), numbered(9));
+    entries_.front().id = history.entries().front().id;
+    EXPECT_EQ(history.entries(), entries_);
+    EXPECT_EQ(stored(), encodeHistory(entries_));
+}
+
+TEST_F(LargeHistoryTest, MayArriveAfterItsStoreIsGone) {
+    makeStore();
+    store_.reset();
+    ASSERT_TRUE(waitFor([] { return runningWork() == 0; }));
 }
 
 TEST_F(HistoryTest, AnUnreadableOneStartsEmptyAndStaysUntilTheNextSave) {

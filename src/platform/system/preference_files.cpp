@@ -50,6 +50,12 @@ bool isUnfinished(int folder, const char* name) {
 
 }  // namespace
 
+std::size_t preferenceFileSize(const std::filesystem::path& folder, std::string_view key) {
+    struct stat found {};
+    const bool isFile = ::stat((folder / key).c_str(), &found) == 0 && S_ISREG(found.st_mode);
+    return isFile ? static_cast<std::size_t>(found.st_size) : 0;
+}
+
 StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_view key) {
     constexpr bool unreadable = true;
     // Not blocking, so that a FIFO put in the file's place cannot stop the program's start.

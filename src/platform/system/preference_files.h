@@ -2,6 +2,7 @@
 // finds the old value or the new one. Used by preferences_*.cpp and state/receipts.cpp; callable from any thread.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -10,6 +11,9 @@
 #include "platform/system/preferences.h"
 
 namespace vesk {
+
+/// The number of bytes stored under a key; 0 if there are none or the system does not tell.
+std::size_t preferenceFileSize(const std::filesystem::path& folder, std::string_view key);
 
 /// Reads the bytes stored under a key.
 StoredBytes readPreferenceFile(const std::filesystem::path& folder, std::string_view key);

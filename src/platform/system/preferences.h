@@ -2,7 +2,7 @@
 //
 // On macOS they are the user defaults; on Linux, and in every made-up world, one file per key in a folder that only its
 // owner may read, each replaced whole, so that a reader finds the old value or the new one. Used by Store and app/, on
-// the main thread.
+// the main thread, and by History also on others.
 #pragma once
 
 #include <cstddef>
@@ -47,6 +47,8 @@ public:
     /// Returns false when the value could not be stored; the old one then stays.
     bool setBoolean(std::string_view key, bool value);
 
+    /// How many bytes are stored; 0 if there are none or the system does not tell.
+    std::size_t size(std::string_view key) const;
     StoredBytes read(std::string_view key) const;
     /// Stored bytes; absent if there are none or they cannot be read.
     std::optional<std::string> data(std::string_view key) const { return read(key).bytes; }

@@ -24,6 +24,10 @@ bool Preferences::setBoolean(std::string_view key, bool value) {
     return setData(key, preferenceFileText(value));
 }
 
+std::size_t Preferences::size(std::string_view key) const {
+    return preferenceFileSize(folder_, key);
+}
+
 StoredBytes Preferences::read(std::string_view key) const {
     return readPreferenceFile(folder_, key);
 }

@@ -44,6 +44,10 @@ Owned<CFPropertyListRef> storedOfType(std::string_view key, CFTypeID type) {
     return value && CFGetTypeID(value.get()) == type ? std::move(value) : nullptr;
 }
 
+std::size_t sizeOf(CFPropertyListRef data) {
+    return static_cast<std::size_t>(CFDataGetLength(static_cast<CFDataRef>(data)));
+}
+
 // Whether a text means yes, as -[NSString boolValue] reads it: white space, a sign and zeros first mean nothing; then
 // one of these does.
 bool meansYes(CFStringRef text) {
@@ -102,6 +106,14 @@ bool Preferences::setBoolean(std::string_view key, bool value) {
     return storeValue(key, value ? kCFBooleanTrue : kCFBooleanFalse);
 }
 
+std::size_t Preferences::size(std::string_view key) const {
+    if (!folder_.empty()) {
+        return preferenceFileSize(folder_, key);
+    }
+    const Owned<CFPropertyListRef> value = storedOfType(key, CFDataGetTypeID());
+    return value ? sizeOf(value.get()) : 0;
+}
+
 StoredBytes Preferences::read(std::string_view key) const {
     if (!folder_.empty()) {
         return readPreferenceFile(folder_, key);
@@ -110,12 +122,11 @@ StoredBytes Preferences::read(std::string_view key) const {
     if (!value) {
         return {};  // the system does not tell whether it failed
     }
-    const auto data = static_cast<CFDataRef>(value.get());
-    if (static_cast<std::size_t>(CFDataGetLength(data)) > largestValue) {
+    const std::size_t size = sizeOf(value.get());
+    if (size > largestValue) {
         return {};
     }
-    return {std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
-                        static_cast<std::size_t>(CFDataGetLength(data)))};
+    return {std::string(reinterpret_cast<const char*>(CFDataGetBytePtr(static_cast<CFDataRef>(value.get()))), size)};
 }
 
 bool Preferences::setData(std::string_view key, std::string_view bytes) {
