@@ -178,7 +178,13 @@ int measureLook(const fs::path& folder, std::size_t processes, std::size_t descr
     return 0;
 }
 
-void storeHistory(std::size_t runs, std::size_t moves) {
+// In a process of its own: the memory it frees would be tidied up while the loading is measured.
+bool storeHistory(std::size_t runs, std::size_t moves) {
+    const pid_t child = fork();
+    if (child != 0) {
+        int status = 1;
+        return waitpid(child, &status, 0) == child && status == 0;
+    }
     std::vector<vesk::HistoryEntry> entries(runs);
     for (vesk::HistoryEntry& entry : entries) {
         for (std::size_t i = 0; i < moves; ++i) {
@@ -187,7 +193,7 @@ void storeHistory(std::size_t runs, std::size_t moves) {
                 {"/home/tester/Library/Caches/" + name, "/home/tester/.local/share/Trash/files/" + name, itemSize});
         }
     }
-    vesk::Preferences().setData("vesk.history", vesk::encodeHistory(entries));
+    _exit(vesk::Preferences().setData("vesk.history", vesk::encodeHistory(entries)) ? 0 : 1);
 }
 
 // The longest time that the event loop keeps a timer waiting until the work that `begin` starts is done.
@@ -211,7 +217,10 @@ double longestGap(const std::function<void()>& begin, const std::function<bool()
 }
 
 int measureStore(const fs::path& folder, std::size_t count, std::size_t runs) {
-    storeHistory(runs, count);
+    if (!storeHistory(runs, count)) {
+        std::fputs("The history could not be stored.\n", stderr);
+        return 1;
+    }
     vesk::Store::Sources sources;
     sources.catalogue = [&] {
         return std::vector<vesk::Spec>{

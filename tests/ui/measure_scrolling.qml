@@ -1,4 +1,5 @@
-// Prints the longest gap between two frames while long lists open and scroll: view_tests -input measure_scrolling.qml
+// Prints the longest gap between two frames while long lists open and scroll, the median of five times, since another
+// program may cause one: view_tests -input measure_scrolling.qml
 import QtQuick
 import QtTest
 import Vesk
@@ -30,7 +31,14 @@ ViewTest {
         scroll.start();
         tryCompare(scroll, "running", false, 60000);
         list.contentYChanged.disconnect(note);
+        list.positionViewAtBeginning();
+        wait(300);
         return stamps.slice(1).reduce((longest, stamp, place) => Math.max(longest, stamp - stamps[place]), 0);
+    }
+
+    function longestGaps(list: var): string {
+        const gaps = [1, 2, 3, 4, 5].map(() => longestGap(list)).sort((a, b) => a - b);
+        return `${gaps[2]} ms between frames at most (${gaps[0]} to ${gaps[4]})`;
     }
 
     function test_lists() {
@@ -46,7 +54,7 @@ ViewTest {
         tryCompare(view.store, "phase", "done");
         wait(500);
         const list = named(view, "cardList");
-        console.log(`500 cards: ${longestGap(list)} ms between frames at most, ${stamps.length} frames`);
+        console.log(`500 cards: ${longestGaps(list)}, ${stamps.length} frames`);
         const ticked = Date.now();
         view.store.setSelected("card0", true);
         waitForRendering(view);
@@ -55,6 +63,6 @@ ViewTest {
         view.tab = 1;
         waitForRendering(view);
         console.log(`a history of 50 runs and 10,000 moves opens in ${Date.now() - opened} ms`);
-        console.log(`history: ${longestGap(named(view, "historyList"))} ms between frames at most, ${stamps.length} frames`);
+        console.log(`history: ${longestGaps(named(view, "historyList"))}, ${stamps.length} frames`);
     }
 }
