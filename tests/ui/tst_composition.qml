@@ -240,6 +240,27 @@ ViewTest {
         verify(frame.mapFromItem(accept, 0, accept.height).y <= frame.height - 27.5);
     }
 
+    // Seen with doubled text in DejaVu, a wide font: "Found" and "History" met, and "Include in cl…" was cut.
+    function test_wide_words_have_room_data() {
+        return [{tag: "usual", scale: 1}, {tag: "doubled", scale: 2}, {tag: "doubled, in a wide font", scale: 2.6}];
+    }
+    function test_wide_words_have_room(data) {
+        Theme.textScale = data.scale;
+        const view = open();
+        for (const word of ["Found", "History"]) {
+            const choice = all(named(view, "tabs"), item => item.text === word && item.contentItem !== undefined)[0];
+            verify(choice.contentItem.contentWidth <= choice.width - 16, `${word}: ${choice.contentItem.contentWidth}`);
+        }
+        compare(named(view, "tabs").width >= 220, true);
+        view.store.detailID = "a";
+        waitForRendering(view, 100);
+        const label = all(named(view, "sheetFooter"), item => item.text === "Include in clean" && item.truncated !== undefined)[0];
+        compare(label.truncated, false);
+        const footer = named(view, "sheetFooter");
+        verify(label.height <= footer.height + 0.5);
+        verify(footer.mapToItem(view, 0, footer.height).y <= view.height);
+    }
+
     function test_nothing_stands_above_an_empty_list() {
         const view = open([]);
         compare(shown(view, "emptyState"), true);

@@ -119,7 +119,6 @@ FocusScope {
                     id: tabs
 
                     objectName: "tabs"
-                    Layout.preferredWidth: 220
                     Layout.alignment: Qt.AlignHCenter
                     choices: ["Found", "History"]
                 }

@@ -6,6 +6,8 @@ import Vesk
 RowLayout {
     id: footer
 
+    objectName: "sheetFooter"
+
     required property bool selected
     required property color tint
 
@@ -31,7 +33,7 @@ RowLayout {
         text: "Include in clean"
         announcedByParent: true
         weight: Font.Bold
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
 
         SwitchLabelArea {
             anchors.fill: parent

@@ -11,7 +11,10 @@ FocusScope {
     required property list<string> choices
     property int current: 0
 
-    implicitWidth: 220
+    readonly property real longest: Array.from(row.children).reduce((most, child) => Math.max(most, child.implicitWidth), 0)
+
+    // Wider only where large words need it.
+    implicitWidth: Math.max(220, choices.length * Math.ceil(longest) + 6)
     implicitHeight: Math.max(36, Math.ceil(Theme.callout * 1.4) + 12)
     Accessible.role: Accessible.PageTabList
     Accessible.ignored: !enabled
@@ -37,6 +40,8 @@ FocusScope {
         dampingFraction: 0.8
     }
     Row {
+        id: row
+
         anchors.fill: parent
         anchors.margins: 3
 
@@ -55,6 +60,7 @@ FocusScope {
                     }
                 }
 
+                implicitWidth: contentItem.implicitWidth + 24
                 width: (control.width - 6) / control.choices.length
                 height: control.height - 6
                 text: modelData
