@@ -168,13 +168,15 @@ void DiskWatch::look() {
     constexpr auto pause = std::chrono::milliseconds(1);
     // CPU time, since among many threads each waits long for its turn.
     constexpr auto longWork = std::chrono::milliseconds(1);
+    // A single wait may have been for another thread.
+    constexpr long fewestWaits = 2;
     const auto now = std::chrono::steady_clock::now();
     if (now - since_ < pause) {
         return;
     }
     since_ = now;
     const ThreadUse use = useOfThisThread();
-    if (use.waits != waits_) {
+    if (use.waits - waits_ >= fewestWaits) {
         hasWaited_ = true;
         threadPool().lendMore();
     } else if (use.work - worked_ >= longWork) {
