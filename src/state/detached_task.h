@@ -1,6 +1,6 @@
 // Runs a function on a new thread and delivers its result to the thread that started it. Used by Store for a clean and
-// an undo, by History for saving, and by the history's details for their report. `finish` is for a program that is
-// quitting: a clean must be recorded first. Used on one thread, which runs Qt's event loop.
+// an undo, by History for loading and saving, and by the history's details for their report. `finish` is for a program
+// that is quitting: a clean must be recorded first. Used on one thread, which runs Qt's event loop.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
-// Counts the threads that are running for Store and the views: of a scan, a clean, an undo, a save, a report. A
-// quitting program does not wait for all of them and must know how many are left. Callable from any thread.
+// Counts the threads that are running for Store and the views: of a scan, a clean, an undo, loading, saving, a report.
+// A quitting program does not wait for all of them and must know how many are left. Callable from any thread.
 #pragma once
 
 #include <cstddef>
