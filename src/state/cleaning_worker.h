@@ -25,8 +25,8 @@ struct CleaningTools {
     OpenWatch* openWatch = nullptr;
     /// Restores an item from the Trash. Returns the reason if that failed, else absent.
     std::function<std::optional<PlatformError>(const TrashedItem&)> restore;
-    /// Called after the last move with the places of all moved items. Makes sure that the moves are on the disk before
-    /// anything that mentions them is stored.
+    /// Called after the last move with the places of the items in the Trash, as far as they are known. Makes sure that
+    /// the moves are on the disk before anything that mentions them is stored.
     std::function<void(const std::vector<std::filesystem::path>& trashed)> settle =
         [](const std::vector<std::filesystem::path>&) {};
     /// Runs a program and returns its exit status.

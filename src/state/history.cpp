@@ -23,13 +23,8 @@ std::size_t fingerprintOf(const std::string& bytes) {
     return std::hash<std::string>()(bytes);
 }
 
-template <typename Result>
-void waitFor(DetachedTask<Result>& task) {
-    constexpr std::chrono::hours patience{24};
-    while (task.isRunning()) {
-        task.finish(patience);
-    }
-}
+// For work that ends by itself.
+constexpr std::chrono::hours patience{24};
 
 }  // namespace
 
@@ -38,9 +33,11 @@ History::History(Preferences& preferences) : preferences_(preferences) {
         preferences_.size(historyKey) > mostBytesAtOnce &&
         loading_.start(
             [preferences, token = takeWorkToken()](DetachedTask<Stored>::Control&) { return load(preferences); },
-            [this](Stored stored) { take(std::move(stored)); });
-    if (!isLoading) {
-        take(load(preferences_));
+            [this](Stored stored) { setLoaded(std::move(stored)); });
+    if (isLoading) {
+        list_.beginLoading();
+    } else {
+        setLoaded(load(preferences_));
     }
 }
 
@@ -54,13 +51,17 @@ History::Stored History::load(const Preferences& preferences) {
     return {fingerprint, decodeHistory(*std::move(stored.bytes)).value_or(std::vector<HistoryEntry>())};
 }
 
-void History::take(Stored stored) {
+void History::setLoaded(Stored stored) {
     fingerprint_ = stored.fingerprint;
-    list_.append(std::move(stored.entries));
+    list_.finishLoading(std::move(stored.entries));
+}
+
+void History::finishLoading() {
+    loading_.finish(patience);
 }
 
 HistoryList& History::loaded() {
-    waitFor(loading_);
+    finishLoading();
     return list_;
 }
 
@@ -197,7 +198,9 @@ void History::tryInBackground(const std::function<void()>& done) {
 }
 
 void History::finishSaving() {
-    waitFor(saving_);
+    while (saving_.isRunning()) {
+        saving_.finish(patience);
+    }
 }
 
 }  // namespace vesk

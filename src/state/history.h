@@ -20,11 +20,13 @@ namespace vesk {
 class History {
 public:
     /// Loads the history from these preferences, which must outlive this object. A large one is loaded on another
-    /// thread, since that takes up to half a second: `list` has it once the event loop delivers it, and all other
-    /// functions wait for it.
+    /// thread, since a million moves take half a second: `list` has it once the event loop delivers it, and whatever
+    /// else needs the entries waits for it.
     explicit History(Preferences& preferences);
 
     HistoryList& list() { return list_; }
+    /// Waits for a history that is still being loaded. The list's signals may lead to this object's destruction.
+    void finishLoading();
     /// Newest first.
     const std::vector<HistoryEntry>& entries() { return loaded().entries(); }
     /// The row of the entry with this id; absent if there is none.
@@ -69,7 +71,7 @@ private:
     };
 
     static Stored load(const Preferences& preferences);
-    void take(Stored stored);
+    void setLoaded(Stored stored);
     HistoryList& loaded();
 
     // A save's input and result, for use on any thread.

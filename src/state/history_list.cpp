@@ -38,6 +38,15 @@ QString dateText(double date) {
 
 }  // namespace
 
+void HistoryList::finishLoading(std::vector<HistoryEntry> entries) {
+    isLoading_ = false;
+    if (entries.empty()) {
+        Q_EMIT countChanged();
+    } else {
+        append(std::move(entries));
+    }
+}
+
 void HistoryList::append(std::vector<HistoryEntry> entries) {
     if (entries.empty()) {
         return;

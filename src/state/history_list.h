@@ -13,6 +13,8 @@ namespace vesk {
 class HistoryList : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY countChanged)
+    /// Whether there is more to come: `finishLoading` has not been called since `beginLoading`.
+    Q_PROPERTY(bool loading READ isLoading NOTIFY countChanged)
 
 public:
     /// The roles of a row; `roleNames` has their names in QML.
@@ -35,6 +37,10 @@ public:
     /// next change copies all entries.
     std::shared_ptr<const std::vector<HistoryEntry>> snapshot() const { return entries_; }
 
+    bool isLoading() const { return isLoading_; }
+    void beginLoading() { isLoading_ = true; }
+    /// Adds what was loaded.
+    void finishLoading(std::vector<HistoryEntry> entries);
     /// Adds entries at the end.
     void append(std::vector<HistoryEntry> entries);
     /// Merges the first `most` entries of what another program has stored. New entries go before the first older one;
@@ -61,6 +67,7 @@ private:
     void setUndone(std::size_t row, bool undone);
     void ownEntries();
 
+    bool isLoading_ = false;
     std::shared_ptr<std::vector<HistoryEntry>> entries_ = std::make_shared<std::vector<HistoryEntry>>();
 };
 

@@ -84,7 +84,8 @@ public:
         Sources();
     };
 
-    /// Reads the preview switch, the history and the volume's figures. Does not start a scan.
+    /// Reads the preview switch and the volume's figures, and the history or, if it is large, begins to. Does not start
+    /// a scan.
     explicit Store(Sources sources = Sources(), QObject* parent = nullptr);
     /// Calls `finish`.
     ~Store() override;
@@ -111,7 +112,8 @@ public:
     const std::optional<std::string>& detailID() const { return detailID_; }
     /// A one-line message to the user; absent if there is none.
     const std::optional<std::string>& notice() const { return notice_; }
-    /// Past cleanups, newest first. Waits until they are loaded, which the property `history` does not.
+    /// Past cleanups, newest first. Waits until they are loaded, which the property `history` does not, and then emits
+    /// that list's signals.
     const std::vector<HistoryEntry>& history() { return history_.entries(); }
     bool previewOnly() const { return previewOnly_; }
 
@@ -241,6 +243,7 @@ private:
     void recordClean(HistoryEntry entry, std::int64_t failures);
     void rescan();
 
+    void startUndo(const Uuid& id);
     void finishUndo(const Uuid& id, std::size_t restored, std::size_t wanted);
 
     Sources sources_;

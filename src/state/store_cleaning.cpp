@@ -155,7 +155,7 @@ void Store::recordClean(HistoryEntry entry, std::int64_t failures) {
     celebration.snapshots = entry.snapshotsRemoved;
     celebration.failures = failures;
 
-    inTurn([&] { history_.add(std::move(entry)); },
+    inTurn([&] { history_.finishLoading(); }, [&] { history_.add(std::move(entry)); },
            [&] {
                history_.saveThen([this, celebration] {
                    inTurn([&] { setCleaning(false); }, [&] { setCelebration(celebration); },

@@ -28,6 +28,10 @@ void Store::undo(const QString& id) {
 }
 
 void Store::undo(const Uuid& id) {
+    inTurn([&] { history_.finishLoading(); }, [&] { startUndo(id); });
+}
+
+void Store::startUndo(const Uuid& id) {
     const std::optional<std::size_t> row = history_.rowOf(id);
     if (!row || busy()) {
         return;

@@ -92,12 +92,8 @@ void UseGuard::lookAgain() {
 }
 
 void UseGuard::restoreWhatIsInUse() {
-    const auto isRestored = [this](TrashedItem& item) {
-        if (!open_->use(item.place)) {
-            return false;
-        }
-        item.cleaned = now();
-        if (tools_.restore(item)) {
+    const auto isRestored = [this](const TrashedItem& item) {
+        if (!open_->use(item.place) || tools_.restore({item.place, item.original, now(), item.identity})) {
             return false;
         }
         log_.noteRestored(item.place);

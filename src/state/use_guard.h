@@ -51,7 +51,7 @@ private:
     bool isPrepared_ = false;
     std::optional<OpenFiles> open_;
     Clock::time_point next_;
-    // The items moved so far; those before `checked_` were not in use at the last look.
+    // The items moved so far; those before `checked_` have been checked since their move.
     std::vector<TrashedItem> moved_;
     std::ptrdiff_t checked_ = 0;
 };

@@ -99,6 +99,25 @@ class SubvolumesTest(unittest.TestCase):
         self.assertEqual(self.run_driver("undo")["notice"], "All 1 items are back where they were.")
         self.assertTrue((item / "file").exists())
 
+    # Its device is not its folder's, though it is no mount point.
+    def test_a_subvolume_in_use_through_another_mount_stays(self):
+        item = self.caches / "com.acme.Used"
+        self.caches.mkdir()
+        call("btrfs", "subvolume", "create", item)
+        self.make_item(item)
+        elsewhere = self.folder / "elsewhere"
+        elsewhere.mkdir()
+        device = call("findmnt", "--noheadings", "--output", "SOURCE", self.disk).strip()
+        holding = f'mount -o "subvol={item.relative_to(self.disk)}" {device} "{elsewhere}" && ' \
+                  f'exec 3<"{elsewhere}/file" && echo ready && exec sleep 60'
+        with subprocess.Popen(["unshare", "--mount", "sh", "-c", holding], stdout=subprocess.PIPE, text=True) as holder:
+            self.addCleanup(holder.kill)
+            self.assertEqual(holder.stdout.readline(), "ready\n")
+            told = self.run_driver("careful", "scan", "clean")
+            holder.kill()
+        self.assertEqual(told["celebration"]["failures"], 1, told)
+        self.assertTrue((item / "file").exists())
+
 
 if __name__ == "__main__":
     if (reason := lacking()) is not None:

@@ -62,7 +62,7 @@ TEST_F(HistoryTest, LoadsWhatIsStoredAsItStands) {
     EXPECT_EQ(stored(), encodeHistory(entries));
 }
 
-// One of a million moves takes half a second: the window must not wait for it.
+// Loading one with a million moves takes half a second: the window must not wait for it.
 class LargeHistoryTest : public HistoryTest {
 protected:
     LargeHistoryTest() {
@@ -78,7 +78,9 @@ protected:
 TEST_F(LargeHistoryTest, ArrivesWhileTheEventLoopRuns) {
     HistoryList& list = listOf(makeStore());
     EXPECT_EQ(list.count(), 0);
+    EXPECT_TRUE(list.isLoading());
     ASSERT_TRUE(waitFor([&] { return list.count() != 0; }));
+    EXPECT_FALSE(list.isLoading());
     EXPECT_EQ(list.entries(), entries_);
     EXPECT_EQ(store_->history(), entries_);
 }
@@ -100,6 +102,14 @@ TEST_F(LargeHistoryTest, GetsARunThatEndsBeforeItIsLoaded) {
     entries_.front().id = history.entries().front().id;
     EXPECT_EQ(history.entries(), entries_);
     EXPECT_EQ(stored(), encodeHistory(entries_));
+}
+
+TEST_F(LargeHistoryTest, MayLeadToItsStoresEndWhenAnUndoAsksForIt) {
+    const HistoryList& list = listOf(makeStore());
+    EXPECT_TRUE(list.isLoading());
+    QObject::connect(&list, &HistoryList::countChanged, [this] { store_.reset(); });
+    store_->undo(entries_[0].id);
+    EXPECT_EQ(store_, nullptr);
 }
 
 TEST_F(LargeHistoryTest, MayArriveAfterItsStoreIsGone) {

@@ -251,14 +251,15 @@ ViewTest {
             const choice = all(named(view, "tabs"), item => item.text === word && item.contentItem !== undefined)[0];
             verify(choice.contentItem.contentWidth <= choice.width - 16, `${word}: ${choice.contentItem.contentWidth}`);
         }
-        compare(named(view, "tabs").width >= 220, true);
+        verify(named(view, "tabs").width >= 220);
         view.store.detailID = "a";
         waitForRendering(view, 100);
         const label = all(named(view, "sheetFooter"), item => item.text === "Include in clean" && item.truncated !== undefined)[0];
         compare(label.truncated, false);
+        verify(label.contentWidth <= label.width + 0.5 && label.contentHeight <= label.height + 0.5);
+        const frame = named(view, "sheetFrame");
         const footer = named(view, "sheetFooter");
-        verify(label.height <= footer.height + 0.5);
-        verify(footer.mapToItem(view, 0, footer.height).y <= view.height);
+        verify(frame.mapFromItem(footer, 0, footer.height).y <= frame.height - 20);
     }
 
     function test_nothing_stands_above_an_empty_list() {

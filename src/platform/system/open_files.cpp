@@ -113,8 +113,9 @@ const OpenFiles::Folder& OpenFiles::folderAt(std::string_view path) {
     if (known == folders_.end()) {
         const std::string resolved = resolvingLinks(path).value_or(path).string();
         FilePlace place;
-        findPlace(resolved.c_str(), place);
-        known = folders_.emplace(path, Folder{resolved, &doubtful(place.device, place.mount)}).first;
+        const bool pathsAreEnough =
+            findPlace(resolved.c_str(), place) && place.isOneDevice && doubtful(place.device, place.mount).empty();
+        known = folders_.emplace(path, Folder{resolved, pathsAreEnough}).first;
     }
     return known->second;
 }
@@ -143,13 +144,13 @@ bool OpenFiles::use(const std::filesystem::path& item) {
         return true;
     }
     path.pop_back();
-    // An item is on its folder's device and mount; if something is mounted on it, it cannot move.
     FilePlace place;
-    if (folder.doubtful->empty() || !findPlace(path.c_str(), place)) {
+    if (folder.pathsAreEnough || !findPlace(path.c_str(), place)) {
         return false;
     }
-    return folder.doubtful->contains({place.device, place.inode}) ||
-           (place.isFolder && holdsAnyOf(*folder.doubtful, place.device, path));
+    const Numbers& numbers = doubtful(place.device, place.mount);
+    return !numbers.empty() && (numbers.contains({place.device, place.inode}) ||
+                                (place.isFolder && holdsAnyOf(numbers, place.device, path)));
 }
 
 std::function<OpenFiles()> lookingAtProcesses() {

@@ -62,8 +62,8 @@ private:
     struct Folder {
         // Its path without links.
         std::string path;
-        // What may be in its items although no path says so.
-        const Numbers* doubtful;
+        // Whether nothing can be in use in its items unless a path says so.
+        bool pathsAreEnough;
     };
 
     const Folder& folderAt(std::string_view path);
@@ -79,7 +79,7 @@ private:
 };
 
 /// A function that looks at all processes at each call; if a look fails as a whole, nothing is in use. It is used by
-/// one thread.
+/// one thread at a time.
 std::function<OpenFiles()> lookingAtProcesses();
 
 }  // namespace vesk

@@ -280,8 +280,10 @@ bool findPlace(const char* path, FilePlace& place) {
     if (statx(AT_FDCWD, path, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, wantedOfUsed, &found) != 0) {
         return false;
     }
+    // File systems with several devices, btrfs and overlayfs, have numbers that belong to no driver.
+    const bool isOneDevice = found.stx_dev_major != 0;
     place = {usedDevice(found), found.stx_ino, (found.stx_mask & STATX_MNT_ID) != 0 ? found.stx_mnt_id : 0,
-             S_ISDIR(found.stx_mode)};
+             S_ISDIR(found.stx_mode), isOneDevice};
     return true;
 }
 

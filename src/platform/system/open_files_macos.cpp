@@ -73,7 +73,7 @@ bool findPlace(const char* path, FilePlace& place) {
     if (lstat(path, &found) != 0) {
         return false;
     }
-    place = {static_cast<std::uint64_t>(found.st_dev), found.st_ino, 0, S_ISDIR(found.st_mode)};
+    place = {static_cast<std::uint64_t>(found.st_dev), found.st_ino, 0, S_ISDIR(found.st_mode), true};
     return true;
 }
 

@@ -11,6 +11,8 @@ struct FilePlace {
     std::uint64_t inode = 0;
     std::uint64_t mount = 0;
     bool isFolder = false;
+    /// Whether all that lies in it, except for mounts, is on its device. On btrfs a subvolume is not.
+    bool isOneDevice = false;
 };
 bool findPlace(const char* path, FilePlace& place);
 

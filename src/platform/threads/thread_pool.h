@@ -31,7 +31,7 @@ public:
     void restart();
 
     /// Call this often during the work. Checks the clock and, once a millisecond, whether the thread has had to wait
-    /// again and again: if so, the pool may lend one more thread; if not, one fewer.
+    /// more than once: if so, the pool may lend one more thread; if not, one fewer.
     void look();
 
     /// Whether the thread waited for the disk at the last check.

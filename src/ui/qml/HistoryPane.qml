@@ -18,7 +18,7 @@ Item {
         objectName: "emptyHistory"
         anchors.centerIn: parent
         width: parent.width
-        visible: pane.store.history.count === 0
+        visible: pane.store.history.count === 0 && !pane.store.history.loading
         spacing: Theme.gap
 
         EmptyDrawing {

@@ -11,10 +11,10 @@ FocusScope {
     required property list<string> choices
     property int current: 0
 
-    readonly property real longest: Array.from(row.children).reduce((most, child) => Math.max(most, child.implicitWidth), 0)
+    readonly property real widest: Array.from(row.children).reduce((most, child) => Math.max(most, child.implicitWidth), 0)
 
     // Wider only where large words need it.
-    implicitWidth: Math.max(220, choices.length * Math.ceil(longest) + 6)
+    implicitWidth: Math.max(220, choices.length * Math.ceil(widest) + 6)
     implicitHeight: Math.max(36, Math.ceil(Theme.callout * 1.4) + 12)
     Accessible.role: Accessible.PageTabList
     Accessible.ignored: !enabled
