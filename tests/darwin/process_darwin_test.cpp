@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <thread>
 #include <vector>
@@ -78,13 +79,20 @@ TEST_F(ProcessTest, TheLimitOfDescriptorsIsRaisedAsFarAsItMayBe) {
 
 // A tool that is not run for that would be a card that vanishes.
 TEST_F(ProcessTest, AToolWaitsForDescriptorsThatAWalkHolds) {
-    std::vector<int> taken = takeAllDescriptors();
-    std::thread walk([&taken] {
+    std::vector<int> taken;
+    std::atomic<bool> hasAll = false;
+    // Started first: the checks of a sanitized build need a descriptor when a thread starts.
+    std::thread walk([&] {
+        while (!hasAll) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(30));
         for (const int descriptor : taken) {
             close(descriptor);
         }
     });
+    taken = takeAllDescriptors();
+    hasAll = true;
     const auto ended = runProcess("/bin/echo", {"there"});
     walk.join();
     ASSERT_TRUE(ended);

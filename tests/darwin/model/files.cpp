@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -230,7 +231,7 @@ int readInBulk(int folder, const attrlist& wanted, char* buffer, std::size_t siz
                 errno = ERANGE;
                 return count > 0 ? count : -1;
             }
-            std::memcpy(buffer + used, record.data(), record.size());
+            std::copy(record.begin(), record.end(), buffer + used);
             used += record.size();
             count += record.empty() ? 0 : 1;
             files().records.fetch_add(record.empty() ? 0 : 1);

@@ -63,7 +63,7 @@ int list(const std::vector<Item>& items, void* buffer, int size) {
         return static_cast<int>((items.size() + spare) * sizeof(Item));
     }
     const std::size_t count = std::min(items.size(), static_cast<std::size_t>(size) / sizeof(Item));
-    std::memcpy(buffer, items.data(), count * sizeof(Item));
+    std::copy_n(items.begin(), count, static_cast<Item*>(buffer));
     return static_cast<int>(count * sizeof(Item));
 }
 
