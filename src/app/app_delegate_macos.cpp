@@ -16,9 +16,8 @@ namespace vesk {
 namespace {
 
 // From AppKit's headers.
-constexpr long activationPolicyRegular = 0;               // NSApplicationActivationPolicyRegular
-constexpr unsigned long fullSizeContentView = 1UL << 15;  // NSWindowStyleMaskFullSizeContentView
-constexpr long titleHidden = 1;                           // NSWindowTitleHidden
+constexpr long activationPolicyRegular = 0;  // NSApplicationActivationPolicyRegular
+constexpr long titleHidden = 1;              // NSWindowTitleHidden
 
 // Under any other platform of Qt's (offscreen, for tests and pictures) there is nobody to talk to: a window's id is a
 // number, and no object.
@@ -55,6 +54,7 @@ double insetOf(const QWindow& window) {
 #else
 
 void letContentReachTop(QWindow& window) {
+    constexpr unsigned long fullSizeContentView = 1UL << 15;  // NSWindowStyleMaskFullSizeContentView
     const id frame = frameOf(window);
     if (frame == nullptr) {
         return;
