@@ -1,6 +1,8 @@
 #include "app/vesk_app.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
+#include <QQmlComponent>
 #include <QScreen>
 #include <QVariant>
 #include <utility>
@@ -22,7 +24,11 @@ bool VeskApp::show() {
         properties.insert(QStringLiteral("available"), QSizeF(screen->availableSize()));
     }
     engine_.setInitialProperties(properties);
-    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Vesk/MainWindow.qml")));
+    const QUrl window(QStringLiteral("qrc:/qt/qml/Vesk/MainWindow.qml"));
+    // A thread of the engine's loads the types. This one would only wait; it finds the fonts meanwhile.
+    const QQmlComponent loading(&engine_, window, QQmlComponent::Asynchronous);
+    QFontDatabase::families();
+    engine_.load(window);
     if (engine_.rootObjects().isEmpty()) {
         return false;
     }

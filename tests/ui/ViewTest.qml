@@ -41,6 +41,10 @@ TestCase {
         view.width = Qt.binding(() => test.width);
         view.height = Qt.binding(() => test.height);
         waitForRendering(test, 200);
+        const layers = findChild(view, "layers");
+        if (layers) {
+            tryCompare(layers, "status", Loader.Ready);
+        }
         return view;
     }
 

@@ -189,6 +189,18 @@ ViewTest {
         compare(findChild(view, "noticeAlert"), null);
     }
 
+    function test_what_is_told_before_the_layers_are_loaded_is_shown_once_they_are() {
+        const store = Stage.open([], {});
+        store.notice = "News";
+        const view = createTemporaryObject(content, test, {store: store, width: 980, height: 660});
+        compare(findChild(view, "noticeAlert"), null);
+        tryVerify(() => findChild(view, "noticeAlert") !== null);
+        tryCompare(named(view, "acceptButton"), "activeFocus", true);
+        keyClick(Qt.Key_Return);
+        compare(store.notice, "");
+        compare(named(view, "tabs").enabled, true);
+    }
+
     function test_sheet_follows_detail_id() {
         const view = open();
         view.store.detailID = "a";

@@ -74,8 +74,13 @@ ColumnLayout {
             visible: pane.store.cards.count === 0 && pane.store.phase !== "scanning"
             spacing: Theme.gap
 
-            EmptyDrawing {
-                anchors.horizontalCenter: parent.horizontalCenter
+            // Only after a scan: it is many items, which the first frame would wait for.
+            Repeater {
+                model: pane.store.phase === "done" && pane.store.cards.count === 0 ? 1 : 0
+
+                EmptyDrawing {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
             }
             Label {
                 width: parent.width

@@ -43,6 +43,8 @@ FocusScope {
     }
     onTopLayerChanged: {
         screen.enabled = topLayer === "";
+        // A layer that is about to go must not get the focus.
+        layers.enabled = !screen.enabled;
         if (screen.enabled) {
             giveFocusBack();
         }
@@ -145,55 +147,25 @@ FocusScope {
         }
     }
 
-    // The layers exist only while they are shown. (In Qt 6.4 a Loader cannot create bound components, but a Repeater
-    // can.) A new celebration gets a new view, and so new confetti.
-    Repeater {
-        model: content.store.celebration === null ? [] : [content.store.celebration]
+    // A third of the window's QML is for what is shown later, and is loaded after the first frame.
+    Loader {
+        id: layers
 
-        CelebrationView {
-            required property var modelData
+        objectName: "layers"
+        anchors.fill: parent
+        asynchronous: true
 
-            info: modelData
-            topmost: content.topLayer === "celebration"
-            onClose: content.store.dismissCelebration()
-        }
-    }
-    Repeater {
-        model: content.store.detailID !== "" ? 1 : 0
+        Connections {
+            target: layers.Window.window
+            enabled: layers.status === Loader.Null
 
-        DetailSheet {
-            store: content.store
-            cardID: content.store.detailID
-            topmost: content.topLayer === "detail"
-            onDismiss: content.store.detailID = ""
-        }
-    }
-    Repeater {
-        model: content.store.showConfirm ? 1 : 0
-
-        ConfirmDialog {
-            objectName: "confirmDialog"
-            store: content.store
-            sizeText: leftPanel.sizeText
-            topmost: content.topLayer === "confirm"
-            onAccepted: {
-                content.store.showConfirm = false;
-                content.store.performClean();
+            function onFrameSwapped() {
+                layers.setSource("ModalLayers.qml", {
+                    store: Qt.binding(() => content.store),
+                    topLayer: Qt.binding(() => content.topLayer),
+                    sizeText: Qt.binding(() => leftPanel.sizeText)
+                });
             }
-            onRejected: content.store.showConfirm = false
-        }
-    }
-    Repeater {
-        model: content.store.notice !== "" ? 1 : 0
-
-        MessageDialog {
-            objectName: "noticeAlert"
-            title: "Heads up"
-            message: content.store.notice
-            acceptText: "OK"
-            topmost: content.topLayer === "notice"
-            onAccepted: content.store.notice = ""
-            onRejected: content.store.notice = ""
         }
     }
 }
