@@ -9,6 +9,7 @@ target_compile_options(vesk_flags INTERFACE
 if(VESK_SANITIZE)
   target_compile_options(vesk_flags INTERFACE -fsanitize=${VESK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(vesk_flags INTERFACE -fsanitize=${VESK_SANITIZE})
+  target_compile_definitions(vesk_flags INTERFACE VESK_SANITIZED)
 endif()
 
 # One layer of Vesk: a static library that knows the layers it names and no others.

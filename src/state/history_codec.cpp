@@ -1,7 +1,5 @@
 // The encoder.
 
-#include <rapidjson/writer.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -10,6 +8,7 @@
 
 #include "platform/text.h"
 #include "state/history_codec.h"
+#include "state/json.h"
 
 namespace vesk {
 

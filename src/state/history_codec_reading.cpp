@@ -1,7 +1,5 @@
 // The decoder.
 
-#include <rapidjson/reader.h>
-
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -15,6 +13,7 @@
 
 #include "platform/text.h"
 #include "state/history_codec.h"
+#include "state/json.h"
 
 namespace vesk {
 

@@ -76,6 +76,28 @@ TEST(HistoryCodecTest, ReadsWhatItWrites) {
     EXPECT_TRUE(decodeHistory(withAddition(R"([null, {"a": -0.5E+3}, true, "\u0000"])")));
 }
 
+// The parser reads strings in blocks.
+TEST(HistoryCodecTest, TextsOfEveryLengthAreReadAsWritten) {
+    HistoryEntry entry = sampleEntry();
+    entry.titles.clear();
+    constexpr std::size_t longest = 50;
+    for (const std::string special : {"\"", "\\", "\n", "\x01", "\x7F", "\xC3\x9C"}) {
+        for (std::size_t length = 0; length <= longest; ++length) {
+            for (std::size_t place = 0; place <= length; ++place) {
+                entry.titles.push_back(std::string(length, 'a').insert(place, special));
+            }
+        }
+    }
+    EXPECT_EQ(decodeHistory(encodeHistory({entry})), std::vector{entry});
+}
+
+TEST(HistoryCodecTest, ATextWithoutAnEndIsUnreadable) {
+    constexpr std::size_t longest = 50;
+    for (std::size_t length = 0; length <= longest; ++length) {
+        EXPECT_FALSE(decodeHistory(std::string("[{\"id\":\"").append(length, 'a'))) << length;
+    }
+}
+
 TEST(HistoryCodecTest, ADateKeepsItsMicroseconds) {
     const Date date = dateFromUnix(1'790'000'000, 123'456'789);
     EXPECT_NEAR(historyDate(date), 1'790'000'000.123456789 - static_cast<double>(historyEpoch), 1e-6);
