@@ -24,11 +24,14 @@ void UseGuard::expect(std::span<const SeenItem> items, std::span<const SeenItem>
     if (!isPrepared_) {
         prepareWatch(items);
     }
-    tools_.openWatch->begin();
-    lookAgain();  // shows what was opened before the watch began
+    // A look shows what was opened before the watch began.
+    const Clock::time_point since = tools_.openWatch->begin();
+    if (!open_ || looked_ < since) {
+        lookAgain();
+    }
     isPrepared_ = !next.empty();
     if (isPrepared_) {
-        prepareWatch(next);  // after the look, which wants all cores
+        prepareWatch(next);  // after a look, which wants all cores
     }
 }
 
@@ -84,10 +87,10 @@ bool UseGuard::isNoticed(const std::filesystem::path& item) const {
 }
 
 void UseGuard::lookAgain() {
-    const Clock::time_point start = Clock::now();
+    looked_ = Clock::now();
     open_.emplace(tools_.lookAtUse());
     const Clock::time_point end = Clock::now();
-    next_ = end + std::clamp<Clock::duration>((end - start) * shareOfTime, shortestPause, longestPause);
+    next_ = end + std::clamp<Clock::duration>((end - looked_) * shareOfTime, shortestPause, longestPause);
     restoreWhatIsInUse();
 }
 

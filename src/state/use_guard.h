@@ -50,6 +50,8 @@ private:
     CleaningLog& log_;
     bool isPrepared_ = false;
     std::optional<OpenFiles> open_;
+    // When the last look began, and when the next is due.
+    Clock::time_point looked_;
     Clock::time_point next_;
     // The items moved so far; those before `checked_` have been checked since their move.
     std::vector<TrashedItem> moved_;

@@ -62,6 +62,39 @@ TEST_F(OpenWatchTest, NoticesAnItemThatIsAFile) {
     EXPECT_TRUE(watch.noticed(testHome() / "single"));
 }
 
+TEST_F(OpenWatchTest, TellsItemsOfOneFolderApart) {
+    for (const char* name : {"a", "b", "c", "not an item"}) {
+        makeFile(testHome() / "files" / name);
+    }
+    begin({testHome() / "files/a", testHome() / "files/b", testHome() / "files/c"});
+    openAndClose(testHome() / "files/b");
+    openAndClose(testHome() / "files/not an item");
+    EXPECT_FALSE(watch.noticed(testHome() / "files/a"));
+    EXPECT_TRUE(watch.noticed(testHome() / "files/b"));
+    EXPECT_FALSE(watch.noticed(testHome() / "files/b"));
+    EXPECT_FALSE(watch.noticed(testHome() / "files/c"));
+    EXPECT_FALSE(watch.noticed(testHome() / "files/not an item"));
+}
+
+TEST_F(OpenWatchTest, NoticesBothKindsOfItemsInOneFolder) {
+    makeFile(testHome() / "files/single");
+    makeFile(testHome() / "files/folder/inside");
+    begin({testHome() / "files/single", testHome() / "files/folder"});
+    openAndClose(testHome() / "files/folder/inside");
+    EXPECT_FALSE(watch.noticed(testHome() / "files/single"));
+    EXPECT_TRUE(watch.noticed(testHome() / "files/folder"));
+    openAndClose(testHome() / "files/single");
+    EXPECT_TRUE(watch.noticed(testHome() / "files/single"));
+}
+
+TEST_F(OpenWatchTest, NoticesAFileBehindALinkToItsFolder) {
+    makeFile(testHome() / "far/single");
+    makeLink(testHome() / "near", "far");
+    begin({testHome() / "near/single"});
+    openAndClose(testHome() / "far/single");
+    EXPECT_TRUE(watch.noticed(testHome() / "near/single"));
+}
+
 TEST_F(OpenWatchTest, NoticesWhatIsOpenedAfterTheItemHasMoved) {
     std::filesystem::rename(item, testHome() / "elsewhere");
     openAndClose(testHome() / "elsewhere/file");

@@ -2,6 +2,7 @@
 // date as soon as it is made; this tells for which items. Each object is used by one thread.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <future>
 #include <memory>
@@ -21,9 +22,10 @@ public:
     void prepare(std::vector<std::string> items);
 
     /// Notices from now on when a program opens one of the items last prepared or a file in it, and no other item.
-    /// Waits until all are watched. Of a folder, the files in its first folders count, but not those further down. On
-    /// macOS, and where the system allows no more watches, nothing is noticed.
-    void begin();
+    /// Waits until all are watched. Of a folder, the files in its first folders count, but not those further down; of an
+    /// item that is a file, its opening at its own path. On macOS, and where the system allows no more watches, nothing
+    /// is noticed. Returns since when they are watched: that may be long before the call.
+    std::chrono::steady_clock::time_point begin();
 
     /// Whether a file in the item was opened since it was watched, or since the last call that returned true.
     bool noticed(const std::filesystem::path& item);

@@ -5,6 +5,7 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
@@ -34,11 +35,16 @@ bool isFolderIn(const dirent& item) {
 
 class OpenWatch::Items {
 public:
-    explicit Items(const std::vector<std::string>& items) : events_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-        for (const std::string& item : items) {
+    explicit Items(std::vector<std::string> items)
+        : events_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), items_(std::move(items)) {
+        std::sort(items_.begin(), items_.end());
+        for (const std::string& item : items_) {
             add(item);
         }
+        since_ = std::chrono::steady_clock::now();
     }
+
+    std::chrono::steady_clock::time_point since() const { return since_; }
 
     bool noticed(const std::string& item) {
         readEvents();
@@ -47,9 +53,13 @@ public:
 
 private:
     void add(const std::string& item) {
-        Descriptor folder =
-            watch(item, item) ? openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow) : Descriptor();
-        DIR* const listing = folder ? fdopendir(folder.get()) : nullptr;
+        Descriptor folder = openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow);
+        if (!folder) {
+            watchFolderOf(item);
+            return;
+        }
+        watchInside(item, item);
+        DIR* const listing = fdopendir(folder.get());
         if (listing == nullptr) {
             return;
         }
@@ -59,18 +69,30 @@ private:
                    folders < mostFolders ? readdir(listing) : nullptr) {  // NOLINT(concurrency-mt-unsafe)
             if (isFolderIn(*inside)) {
                 ++folders;
-                watch(item + "/" + static_cast<const char*>(inside->d_name), item);
+                watchInside(item + "/" + static_cast<const char*>(inside->d_name), item);
             }
         }
         closedir(listing);
     }
 
-    bool watch(const std::string& part, const std::string& item) {
-        const int number = events_ ? inotify_add_watch(events_.get(), part.c_str(), IN_OPEN | IN_DONT_FOLLOW) : -1;
-        if (number >= 0) {
-            items_.insert_or_assign(number, item);
+    // One watch serves all items that are files of one folder: its events tell their names.
+    void watchFolderOf(const std::string& item) {
+        std::string folder = item.substr(0, item.rfind('/'));
+        if (folder == lastFolder_) {
+            return;
         }
-        return number >= 0;
+        const int number = events_ ? inotify_add_watch(events_.get(), folder.c_str(), IN_OPEN | IN_ONLYDIR) : -1;
+        lastFolder_ = folder;
+        if (number >= 0) {
+            foldersOfItems_.insert_or_assign(number, std::move(folder));
+        }
+    }
+
+    void watchInside(const std::string& folder, const std::string& item) {
+        const int number = events_ ? inotify_add_watch(events_.get(), folder.c_str(), IN_OPEN | IN_DONT_FOLLOW) : -1;
+        if (number >= 0) {
+            insideItems_.insert_or_assign(number, item);
+        }
     }
 
     void readEvents() {
@@ -83,23 +105,37 @@ private:
             for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
                 inotify_event event{};
                 std::memcpy(&event, bytes.data() + at, sizeof event);
+                const char* const name = bytes.data() + at + sizeof event;
                 at += sizeof event + event.len;
                 if ((event.mask & IN_Q_OVERFLOW) != 0) {
-                    for (const auto& [number, item] : items_) {
-                        opened_.insert(item);
-                    }
-                } else if ((event.mask & IN_OPEN) != 0 && (event.mask & IN_ISDIR) == 0) {
+                    opened_.insert(items_.begin(), items_.end());
+                } else if ((event.mask & IN_OPEN) != 0 && (event.mask & IN_ISDIR) == 0 && event.len > 0) {
                     // Whoever lists a folder, as Vesk does, keeps nothing in it.
-                    if (const auto found = items_.find(event.wd); found != items_.end()) {
-                        opened_.insert(found->second);
-                    }
+                    note(event.wd, name);
                 }
             }
         }
     }
 
+    void note(int number, const char* name) {
+        if (const auto found = insideItems_.find(number); found != insideItems_.end()) {
+            opened_.insert(found->second);
+        }
+        if (const auto found = foldersOfItems_.find(number); found != foldersOfItems_.end()) {
+            std::string file = found->second + "/" + name;
+            if (std::binary_search(items_.begin(), items_.end(), file)) {
+                opened_.insert(std::move(file));
+            }
+        }
+    }
+
     Descriptor events_;
-    std::map<int, std::string> items_;
+    std::vector<std::string> items_;
+    std::chrono::steady_clock::time_point since_;
+    // By the numbers of their watches: the item that a folder belongs to, and the folder that items are files of.
+    std::map<int, std::string> insideItems_;
+    std::map<int, std::string> foldersOfItems_;
+    std::string lastFolder_;
     std::set<std::string> opened_;
 };
 
@@ -110,7 +146,7 @@ void OpenWatch::prepare(std::vector<std::string> items) {
     // Closing a thousand watches takes more than ten milliseconds while others are added.
     auto watch = [items, former = std::move(former_)]() mutable {
         former.reset();
-        return std::make_unique<Items>(items);
+        return std::make_unique<Items>(std::move(items));
     };
     try {
         prepared_ = std::async(std::launch::async, std::move(watch));
@@ -121,9 +157,10 @@ void OpenWatch::prepare(std::vector<std::string> items) {
     }
 }
 
-void OpenWatch::begin() {
+std::chrono::steady_clock::time_point OpenWatch::begin() {
     former_ = std::move(items_);
     items_ = prepared_.valid() ? prepared_.get() : nullptr;
+    return items_ ? items_->since() : std::chrono::steady_clock::now();
 }
 
 bool OpenWatch::noticed(const std::filesystem::path& item) {

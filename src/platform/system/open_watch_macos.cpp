@@ -13,7 +13,8 @@ OpenWatch::~OpenWatch() = default;
 void OpenWatch::prepare(std::vector<std::string> /*items*/) {
 }
 
-void OpenWatch::begin() {
+std::chrono::steady_clock::time_point OpenWatch::begin() {
+    return std::chrono::steady_clock::now();
 }
 
 bool OpenWatch::noticed(const std::filesystem::path& /*item*/) {
