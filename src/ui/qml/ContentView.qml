@@ -147,7 +147,7 @@ FocusScope {
         }
     }
 
-    // A third of the window's QML is for what is shown later, and is loaded after the first frame.
+    // Loaded after the first frame, which it would delay.
     Loader {
         id: layers
 
