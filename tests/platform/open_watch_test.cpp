@@ -90,9 +90,12 @@ TEST_F(OpenWatchTest, NoticesBothKindsOfItemsInOneFolder) {
 TEST_F(OpenWatchTest, NoticesAFileBehindALinkToItsFolder) {
     makeFile(testHome() / "far/single");
     makeLink(testHome() / "near", "far");
-    begin({testHome() / "near/single"});
+    makeFile(testHome() / "far/other");
+    begin({testHome() / "far/other", testHome() / "near/single"});
     openAndClose(testHome() / "far/single");
     EXPECT_TRUE(watch.noticed(testHome() / "near/single"));
+    openAndClose(testHome() / "near/other");
+    EXPECT_TRUE(watch.noticed(testHome() / "far/other"));
 }
 
 TEST_F(OpenWatchTest, NoticesWhatIsOpenedAfterTheItemHasMoved) {

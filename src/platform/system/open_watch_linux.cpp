@@ -84,7 +84,7 @@ private:
         const int number = events_ ? inotify_add_watch(events_.get(), folder.c_str(), IN_OPEN | IN_ONLYDIR) : -1;
         lastFolder_ = folder;
         if (number >= 0) {
-            foldersOfItems_.insert_or_assign(number, std::move(folder));
+            foldersOfItems_.emplace(number, std::move(folder));
         }
     }
 
@@ -121,8 +121,8 @@ private:
         if (const auto found = insideItems_.find(number); found != insideItems_.end()) {
             opened_.insert(found->second);
         }
-        if (const auto found = foldersOfItems_.find(number); found != foldersOfItems_.end()) {
-            std::string file = found->second + "/" + name;
+        for (auto [folder, end] = foldersOfItems_.equal_range(number); folder != end; ++folder) {
+            std::string file = folder->second + "/" + name;
             if (std::binary_search(items_.begin(), items_.end(), file)) {
                 opened_.insert(std::move(file));
             }
@@ -132,9 +132,10 @@ private:
     Descriptor events_;
     std::vector<std::string> items_;
     std::chrono::steady_clock::time_point since_;
-    // By the numbers of their watches: the item that a folder belongs to, and the folder that items are files of.
+    // By the numbers of their watches: the item that a folder belongs to, and the folder that items are files of, by
+    // each of the paths that lead there.
     std::map<int, std::string> insideItems_;
-    std::map<int, std::string> foldersOfItems_;
+    std::multimap<int, std::string> foldersOfItems_;
     std::string lastFolder_;
     std::set<std::string> opened_;
 };
