@@ -73,7 +73,8 @@ bool findPlace(const char* path, FilePlace& place) {
     if (lstat(path, &found) != 0) {
         return false;
     }
-    place = {static_cast<std::uint64_t>(found.st_dev), found.st_ino, 0, S_ISDIR(found.st_mode), true};
+    // Signed here, unsigned in vinfo_stat.
+    place = {static_cast<std::uint32_t>(found.st_dev), found.st_ino, 0, S_ISDIR(found.st_mode), true};
     return true;
 }
 

@@ -212,22 +212,19 @@ int readInBulk(int folder, const attrlist& wanted, char* buffer, std::size_t siz
     std::size_t used = 0;
     alignas(KernelEntry) std::array<char, 2048> entries;
     for (;;) {
+        std::int64_t before = lseek(folder, 0, SEEK_CUR);
         const long got = syscall(SYS_getdents64, folder, entries.data(), entries.size());
         if (got <= 0) {
             return got < 0 ? -1 : count;
         }
-        std::int64_t before = -1;
         for (long at = 0; at < got;) {
             const auto* entry = reinterpret_cast<const KernelEntry*>(entries.data() + at);
             const std::string name = entry->name;
             const std::vector<char> record =
                 name == "." || name == ".." ? std::vector<char>() : recordOf(folder, name, wanted, behaviour);
             if (used + record.size() > size || (count == behaviour.mostRecords && !record.empty())) {
-                // The rest of these names comes next time: before this one, or before all of them.
-                if (before >= 0) {
-                    lseek(folder, before, SEEK_SET);
-                    return count;
-                }
+                // This name and the rest of these come next time.
+                lseek(folder, before, SEEK_SET);
                 errno = ERANGE;
                 return count > 0 ? count : -1;
             }
