@@ -14,7 +14,7 @@ namespace {
 
 // Returns false if it was stopped before the last item.
 bool moveItems(const std::vector<SeenItem>& workList, const CleaningTools& tools, CleaningLog& log) {
-    // Their watch ends with a look at all processes, which takes as long as dozens of moves.
+    // A group may begin with a look at all processes, which takes as long as dozens of moves.
     constexpr std::size_t watchedAtOnce = 8 * TrashBatch::size;
     const auto group = [&](std::size_t first) {
         const std::size_t start = std::min(first, workList.size());

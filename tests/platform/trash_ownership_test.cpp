@@ -1,11 +1,15 @@
 // Any program may change the Trash and the items' original places: what has an item's name there may be another item by
 // now.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 
 #include <cerrno>
 
+#include "platform/files/descriptor.h"
+#include "platform/files/directory.h"
 #include "platform/trash/trash_info.h"
+#include "platform/trash/trash_record.h"
 #include "platform/trash_fixture.h"
 #include "support/private_mounts.h"
 
@@ -54,6 +58,20 @@ TEST_F(TrashTest, TheOnlyNameOfAFileIsNotTakenForOneOfTwoThroughAMount) {
     EXPECT_EQ(restoring(files / "item", item), EEXIST);
     EXPECT_EQ(contentOf(files / "item"), "the only copy");
     unmount(item.parent_path());
+}
+
+TEST_F(TrashTest, ARecordThatHasReplacedTheOneThatWasJudgedStays) {
+    writeFile(info / "item.trashinfo", "judged");
+    const Descriptor folder = openFolder(AT_FDCWD, info.c_str(), LastLink::doNotFollow);
+    const Descriptor judged(open((info / "item.trashinfo").c_str(), O_RDONLY | O_CLOEXEC));
+    writeFile(info / "fresh", "another program's");
+    fs::rename(info / "fresh", info / "item.trashinfo");
+    removeRecord(folder.get(), "item.trashinfo", judged);
+    EXPECT_EQ(contentOf(info / "item.trashinfo"), "another program's");
+
+    const Descriptor fresh(open((info / "item.trashinfo").c_str(), O_RDONLY | O_CLOEXEC));
+    removeRecord(folder.get(), "item.trashinfo", fresh);
+    EXPECT_THAT(namesIn(info), IsEmpty());
 }
 
 // Another program trashes the restored item: its record exists already, and the item follows a moment later.
