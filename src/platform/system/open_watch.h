@@ -22,9 +22,9 @@ public:
     void prepare(std::vector<std::string> items);
 
     /// Notices from now on when a program opens one of the items last prepared or a file in it, and no other item.
-    /// Waits until all are watched. Of a folder, the files in its first folders count, but not those further down; of an
-    /// item that is a file, its opening at its own path. On macOS, and where the system allows no more watches, nothing
-    /// is noticed. Returns since when they are watched: that may be long before the call.
+    /// Waits until all are watched. Of a folder, the files in its first folders count, but not those further down; of
+    /// an item that is a file, its opening at its own path. On macOS, and where the system allows no more watches,
+    /// nothing is noticed. Returns since when they are watched: that may be long before the call.
     std::chrono::steady_clock::time_point begin();
 
     /// Whether a file in the item was opened since it was watched, or since the last call that returned true.
