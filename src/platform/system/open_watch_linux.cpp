@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <map>
 #include <set>
@@ -53,13 +54,12 @@ public:
 
 private:
     void add(const std::string& item) {
-        Descriptor folder = openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow);
-        if (!folder) {
+        if (!watchInside(item, item)) {
             watchFolderOf(item);
             return;
         }
-        watchInside(item, item);
-        DIR* const listing = fdopendir(folder.get());
+        Descriptor folder = openFolder(AT_FDCWD, item.c_str(), LastLink::doNotFollow);
+        DIR* const listing = folder ? fdopendir(folder.get()) : nullptr;
         if (listing == nullptr) {
             return;
         }
@@ -75,24 +75,29 @@ private:
         closedir(listing);
     }
 
+    // Returns whether there is such a folder, and it can be watched.
+    bool watchInside(const std::string& folder, const std::string& item) {
+        const int number = watch(folder, IN_DONT_FOLLOW);
+        if (number >= 0) {
+            insideItems_.insert_or_assign(number, item);
+        }
+        return number >= 0;
+    }
+
     // One watch serves all items that are files of one folder: its events tell their names.
     void watchFolderOf(const std::string& item) {
         std::string folder = item.substr(0, item.rfind('/'));
         if (folder == lastFolder_) {
             return;
         }
-        const int number = events_ ? inotify_add_watch(events_.get(), folder.c_str(), IN_OPEN | IN_ONLYDIR) : -1;
         lastFolder_ = folder;
-        if (number >= 0) {
+        if (const int number = watch(folder, 0); number >= 0) {
             foldersOfItems_.emplace(number, std::move(folder));
         }
     }
 
-    void watchInside(const std::string& folder, const std::string& item) {
-        const int number = events_ ? inotify_add_watch(events_.get(), folder.c_str(), IN_OPEN | IN_DONT_FOLLOW) : -1;
-        if (number >= 0) {
-            insideItems_.insert_or_assign(number, item);
-        }
+    int watch(const std::string& folder, std::uint32_t flags) {
+        return events_ ? inotify_add_watch(events_.get(), folder.c_str(), IN_OPEN | IN_ONLYDIR | flags) : -1;
     }
 
     void readEvents() {
