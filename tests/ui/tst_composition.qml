@@ -291,6 +291,22 @@ ViewTest {
         fuzzyCompare(inside.b, beside.b, 0.02);
     }
 
+    // Combining marks stack, as high as a name has them.
+    function test_texts_that_hold_names_draw_over_nothing_else() {
+        const view = open([card("a", "safe", [mb])], {history: [{bytes: mb, titles: ["a"]}]});
+        const shows = {
+            titleText: () => {},
+            sheetTitle: () => view.store.detailID = "a",
+            dialogItems: () => view.store.showConfirm = true,
+            titlesText: () => view.tab = 1
+        };
+        for (const [name, show] of Object.entries(shows)) {
+            show();
+            tryVerify(() => findChild(view, name) !== null, 5000, name);
+            compare(named(view, name).clip, true, name);
+        }
+    }
+
     function test_names_have_no_gaps() {
         const view = open([card("a", "safe", [mb])], {history: [{bytes: mb, titles: ["a"]},
                                                                {bytes: mb, titles: ["b"], undone: true, snapshotsRemoved: 2}]});

@@ -127,6 +127,7 @@ ViewTest {
             if (found === null) {
                 return lines;
             }
+            verify(found.clip, "marks stay in their line");
             lines.push(found.text);
         }
     }
