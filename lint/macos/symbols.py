@@ -30,7 +30,7 @@ FRAMEWORKS = {
 
 # What the C++ library and its runtime define: names in std and __cxxabiv1, their tables and thunks, new and delete. To
 # build the compiler's own library for a list would take longer than all the rest.
-CXX_LIBRARY = re.compile(r"__Z(?:T[ISV]|Tv0_n\d+_)?N?K?(?:St|10__cxxabiv1)|__Z(?:n[aw]m|d[al]Pv)"
+CXX_LIBRARY = re.compile(r"__Z(?:T(?:[ISV]|hn\d+_|v0_n\d+_))?N?K?(?:St|10__cxxabiv1)|__Z(?:n[aw]m|d[al]Pv)"
                          r"|___(?:cxa|gxx)_|___dso_handle$|___dynamic_cast$")
 
 
@@ -114,6 +114,8 @@ def main(build, compiler):
     for entry in commands:
         output = re.search(r" -o (\S+)", entry["command"])[1]
         by_target.setdefault(re.search(r"CMakeFiles/([^/]+)\.dir/", output)[1], []).append(build / output)
+    if missing := [path for paths in by_target.values() for path in paths if not path.exists()]:
+        sys.exit(f"not looked for: {len(missing)} sources did not compile")
     system = system_symbols(compiler)
     frameworks = {name: {"_" + symbol for symbol in text.split()} for name, text in FRAMEWORKS.items()}
     read, qt, found, count, needed = {}, {}, [], 0, set()

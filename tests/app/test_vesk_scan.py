@@ -24,9 +24,11 @@ class VeskScanTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="vesk-scan-")
         self.addCleanup(folder.cleanup)
-        # Without links on the way, since programs tell the folder that they work in like that; on macOS the place of
-        # temporary folders is reached through one.
-        self.root = Path(folder.name).resolve() / "root"
+        # On macOS the place of temporary folders is reached through a link, as it is here. Programs tell the folder that
+        # they work in without links on the way.
+        place = Path(folder.name) / "link"
+        place.symlink_to(".")
+        self.root = place.resolve() / "root"
         self.home = self.root / "Users/tester"
         self.home.mkdir(parents=True)
 

@@ -125,7 +125,7 @@ TEST_F(LinuxCaches, AreNoLinksNoFilesAndNothingAtWork) {
     makeFile(testHome() / ".cache/yarn");
     make({".cache/ccache/deep/er/file", ".cache/chromium/file", ".cache/go-build/file"});
     ASSERT_EQ(mkfifo((testHome() / ".cache/ccache/deep/er/pipe").c_str(), 0600), 0);
-    const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     const std::string place = testHome() / ".cache/chromium/socket";
