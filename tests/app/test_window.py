@@ -3,13 +3,14 @@
 import os
 import subprocess
 import sys
+import tempfile
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 
 import pyatspi  # noqa: E402
-from window import PATIENCE, ScannedWindowTest, act, is_checked, role_of, wait_for  # noqa: E402
+from window import PATIENCE, ScannedWindowTest, Window, act, is_checked, role_of, wait_for  # noqa: E402
 
 CARDS = 19
 # What a clean itself creates in the home: the Trash and the preferences.
@@ -207,6 +208,30 @@ class WindowTest(ScannedWindowTest):
         self.window.process.terminate()
         self.assertEqual(self.window.process.wait(PATIENCE), 0)
         self.assertFalse(folder.exists())
+
+
+class TextSizeTest(unittest.TestCase):
+    def text_size(self, mac, **environment):
+        """How high the list's heading is, as a multiple of a switch, whose size does not depend on the text's."""
+        window = Window(os.environ["VESK_DEMO"], mac=mac, **environment)
+        try:
+            window.scanned()
+            items = [window.wait("heading", "Best first"), window.wait("check box", "Preview only")]
+            heading, switch = [item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).height for item in items]
+            self.home = window.home
+            return heading / switch
+        finally:
+            window.close()
+
+    def test_texts_are_as_large_as_the_desktop_has_them(self):
+        with tempfile.TemporaryDirectory(prefix="vesk-text-size-") as mac:
+            usual = self.text_size(mac)
+            settings = self.home / ".config/gtk-4.0/settings.ini"
+            settings.parent.mkdir(parents=True)
+            settings.write_text(f"[Settings]\ngtk-xft-dpi={int(1.5 * 96 * 1024)}\n")
+            self.assertAlmostEqual(self.text_size(mac) / usual, 1.5, delta=0.1)
+            # Where the whole window is drawn larger by this setting, its texts are not enlarged once more.
+            self.assertAlmostEqual(self.text_size(mac, QT_SCALE_FACTOR="1.5") / usual, 1, delta=0.1)
 
 
 if __name__ == "__main__":
