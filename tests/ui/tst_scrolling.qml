@@ -27,10 +27,11 @@ ViewTest {
         return view;
     }
 
-    // A list, with its rows in place: on a busy machine they may be a frame late.
+    // A list, with everything in its place: on a busy machine that may take some frames. A grab waits for none.
     function laidOut(view, name, count) {
         const list = named(view, name);
         tryCompare(list, "count", count);
+        grabImage(view);
         list.forceLayout();
         return list;
     }
