@@ -1,7 +1,9 @@
 #include "darwin/model/appkit.h"
 
 #include <QGuiApplication>
+#include <QMargins>
 #include <QString>
+#include <QtGlobal>
 
 #include "darwin/model/misuse.h"
 
@@ -11,6 +13,7 @@
 #endif
 extern "C" {
 WId __real__ZNK7QWindow5winIdEv(const QWindow* window);
+void __real__ZN7QWindow8setFlagsE6QFlagsIN2Qt10WindowTypeEE(QWindow* window, Qt::WindowFlags flags);
 QString __real__ZN15QGuiApplication12platformNameEv();
 }
 
@@ -149,6 +152,16 @@ void declarePictures() {
 
 const bool isDeclared = (declareApplication(), declareWindow(), declarePictures(), true);
 
+// What Qt does whenever it sets a window's flags.
+void applyFlags([[maybe_unused]] id frame, [[maybe_unused]] const QWindow& window) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 9, 0)
+    const auto mask = valueOr<unsigned long>(frame, "styleMask") & ~fullSizeContentView;
+    valueOf(frame, "styleMask") =
+        window.flags().testFlag(Qt::ExpandedClientAreaHint) ? mask | fullSizeContentView : mask;
+    valueOf(frame, "transparent") = window.flags().testFlag(Qt::NoTitleBarBackgroundHint);
+#endif
+}
+
 // What Qt makes for a window, again whenever it was closed.
 id viewOf(const QWindow& window) {
     id& view = appKit().views[&window];
@@ -156,15 +169,23 @@ id viewOf(const QWindow& window) {
         view = makeShared("NSView");
         const id frame = makeShared("NSWindow");
         valueOf(frame, "styleMask") = 0xFUL;  // titled, closable, miniaturizable, resizable
+        applyFlags(frame, window);
         valueOf(view, "window") = frame;
     }
     return view;
 }
 
 // Qt sets the window's flags anew, and with them these.
-void takeContentOut(id frame, unsigned long mask) {
+void changeFullScreen(QWindow& window, unsigned long mask, Qt::WindowState state) {
+    const id frame = frameOf(window);
     valueOf(frame, "styleMask") = mask;
     valueOf(frame, "transparent") = false;
+    applyFlags(frame, window);
+    window.setWindowState(state);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 9, 0)
+    emit window.safeAreaMarginsChanged(window.safeAreaMargins());
+#endif
+    QCoreApplication::processEvents();
 }
 
 }  // namespace
@@ -178,17 +199,13 @@ id frameOf(const QWindow& window) {
 }
 
 void enterFullScreen(QWindow& window) {
-    const id frame = frameOf(window);
-    takeContentOut(frame, (valueOr<unsigned long>(frame, "styleMask") & ~fullSizeContentView) | fullScreen);
-    window.setWindowState(Qt::WindowFullScreen);
-    QCoreApplication::processEvents();
+    const auto mask = valueOr<unsigned long>(frameOf(window), "styleMask");
+    changeFullScreen(window, (mask & ~fullSizeContentView) | fullScreen, Qt::WindowFullScreen);
 }
 
 void leaveFullScreen(QWindow& window) {
-    const id frame = frameOf(window);
-    takeContentOut(frame, valueOr<unsigned long>(frame, "styleMask") & ~(fullScreen | fullSizeContentView));
-    window.setWindowState(Qt::WindowNoState);
-    QCoreApplication::processEvents();
+    const auto mask = valueOr<unsigned long>(frameOf(window), "styleMask");
+    changeFullScreen(window, mask & ~(fullScreen | fullSizeContentView), Qt::WindowNoState);
 }
 
 void wantLessMotion(bool wanted) {
@@ -211,6 +228,20 @@ extern "C" {
 
 WId __wrap__ZNK7QWindow5winIdEv(const QWindow* window) {
     return appKit().isCocoa ? reinterpret_cast<WId>(viewOf(*window)) : __real__ZNK7QWindow5winIdEv(window);
+}
+
+void __wrap__ZN7QWindow8setFlagsE6QFlagsIN2Qt10WindowTypeEE(QWindow* window, Qt::WindowFlags flags) {
+    __real__ZN7QWindow8setFlagsE6QFlagsIN2Qt10WindowTypeEE(window, flags);
+    if (appKit().isCocoa) {
+        applyFlags(frameOf(*window), *window);
+    }
+}
+
+// Since Qt 6.9: how much of the content the title bar covers.
+QMargins __wrap__ZNK7QWindow15safeAreaMarginsEv(const QWindow* window) {
+    constexpr int titleBarHeight = 28;
+    const auto mask = appKit().isCocoa ? valueOr<unsigned long>(frameOf(*window), "styleMask") : 0;
+    return {0, (mask & (fullSizeContentView | fullScreen)) == fullSizeContentView ? titleBarHeight : 0, 0, 0};
 }
 
 QString __wrap__ZN15QGuiApplication12platformNameEv() {

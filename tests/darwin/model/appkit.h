@@ -1,6 +1,6 @@
 // The classes of AppKit's that Vesk sends messages to, as far as it does. Beliefs, by their sources: the signatures are
-// those of AppKit's headers; that entering and leaving full screen takes the content out from beneath the title bar is
-// what Qt does from 6.9 on (QCocoaWindow::setWindowFlags). Main thread.
+// those of AppKit's headers; that entering and leaving full screen takes the content out from beneath the title bar,
+// unless a window's flags ask for it, is what Qt does from 6.9 on (QCocoaWindow::setWindowFlags). Main thread.
 #pragma once
 
 #include <QWindow>
