@@ -36,9 +36,14 @@ ViewTest {
         return stamps.slice(1).reduce((longest, stamp, place) => Math.max(longest, stamp - stamps[place]), 0);
     }
 
+    // The median of five times, and the least and the most. `measure` is given the number of the turn.
+    function fiveTimes(measure: var, what: string): string {
+        const times = [1, 2, 3, 4, 5].map(measure).sort((a, b) => a - b);
+        return `${times[2]} ms ${what} (${times[0]} to ${times[4]})`;
+    }
+
     function longestGaps(list: var): string {
-        const gaps = [1, 2, 3, 4, 5].map(() => longestGap(list)).sort((a, b) => a - b);
-        return `${gaps[2]} ms between frames at most (${gaps[0]} to ${gaps[4]})`;
+        return fiveTimes(() => longestGap(list), "between frames at most");
     }
 
     function test_lists() {
@@ -55,14 +60,14 @@ ViewTest {
         wait(500);
         const list = named(view, "cardList");
         console.log(`500 cards: ${longestGaps(list)}, ${stamps.length} frames`);
-        const ticks = [1, 2, 3, 4, 5].map(time => {
+        const oneTick = turn => {
             wait(1500);  // until what moved has come to rest
             const ticked = Date.now();
-            view.store.setSelected("card0", time % 2 === 1);
+            view.store.setSelected("card0", turn % 2 === 1);
             waitForRendering(view);
             return Date.now() - ticked;
-        }).sort((a, b) => a - b);
-        console.log(`one tick of 500: ${ticks[2]} ms to its frame (${ticks[0]} to ${ticks[4]})`);
+        };
+        console.log(`one tick of 500: ${fiveTimes(oneTick, "to its frame")}`);
         const opened = Date.now();
         view.tab = 1;
         waitForRendering(view);
